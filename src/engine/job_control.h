@@ -1,0 +1,94 @@
+// CJobControl: starts and stops jobs. A job is one pass over the input that writes at most MaxEntries() entries. Used on
+// one thread, the one that owns the entry list; the workers report through the message target.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "dsp/dsp_binding.h"
+#include "engine/entry_list.h"
+#include "engine/message_box.h"
+#include "engine/message_target.h"
+#include "engine/output_result.h"
+#include "input/recording_set.h"
+
+namespace carvello {
+
+class CBackgroundThreadReader;
+
+enum class EJobQuestion {
+  TooManyEntries,   // Yes, No
+  OverwriteFiles,   // Yes, No (leave out the existing), Cancel
+  AllFilesExist,    // notice
+  ContinueBatch,    // Yes, No
+  CannotStart,      // notice: the job cannot start at all
+};
+
+class IJobQuestions {
+ public:
+  virtual ~IJobQuestions() = default;
+  virtual EAnswer Ask(EJobQuestion question, const SMessageBox& box) = 0;
+};
+
+enum class EStartResult {
+  Started,
+  Declined,           // the user answered No or Cancel
+  AllFilesExist,      // nothing was left to do
+  LibraryMissing,     // the downconverter library is not complete
+  InputUnsupported,   // nothing converts the input's sample size
+  OutputIsInput,      // an output would replace a file of the input
+  OutputUnwritable,   // the output folder is missing or cannot be written to
+};
+
+class CJobControl {
+ public:
+  CJobControl(const DspBinding& dsp, IMessageTarget& target, IJobQuestions& questions,
+              unsigned processors = platform::ProcessorCount());
+  ~CJobControl();  // stops a running job
+  CJobControl(const CJobControl&) = delete;
+  CJobControl& operator=(const CJobControl&) = delete;
+
+  unsigned Processors() const { return m_nProcessors; }
+  unsigned MaxEntries() const { return 4 * m_nProcessors; }
+
+  // Starts a job over the first entries of the list. What stands in the way is put to the user; nothing is created
+  // then. The list and the recording must stay unchanged until the job has ended.
+  EStartResult Start(const CEntryList& entries, const CRecordingSet& recording);
+  // Ends a running job; every file is finished and closed on return.
+  void Stop();
+  bool IsRunning() const { return m_bJobRunning; }
+
+  // To be called whenever the owner has nothing else to do. True once, when the job has just ended on its own; all
+  // files are closed then.
+  bool OnIdle();
+  // Whether the list holds more entries than the batch just processed.
+  bool MoreThanOneBatch(const CEntryList& entries) const { return entries.Size() > MaxEntries(); }
+  // Asks whether to go on; on Yes the processed entries are removed from the list and rebuilt, and true is returned:
+  // the owner then calls Start again.
+  bool ContinueBatch(CEntryList& entries);
+
+  // Of the last job, in the order of its entries; valid when no job is running.
+  const std::vector<SOutputResult>& Results() const { return m_results; }
+  std::int64_t InputBytesRead() const { return m_nInputBytesRead; }  // of the last job
+  bool InputFailed() const { return m_bInputFailed; }  // the last job could not read all of its input
+
+ private:
+  void Log(const std::string& text);
+  void FinishJob();
+
+  const DspBinding& m_dsp;
+  IMessageTarget& m_target;
+  IJobQuestions& m_questions;
+  unsigned m_nProcessors;
+  bool m_bJobRunning = false;
+  bool m_bReaderConfigured = false;
+  std::unique_ptr<CBackgroundThreadReader> m_pReader;
+  std::vector<SOutputResult> m_results;
+  std::int64_t m_nInputBytesRead = 0;
+  bool m_bInputFailed = false;
+};
+
+}  // namespace carvello

@@ -1,0 +1,47 @@
+// A recording as one timeline: the files of the set that a selected file belongs to, in playing order.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "recording/metadata_xml.h"
+#include "support/my_string_array.h"
+
+namespace carvello {
+
+struct SRecordingFile {
+  std::string strPath;
+  std::int64_t nDataBytes = 0;
+  std::uint32_t tStart = 0;  // seconds since 1970; 0 for recordings with XML metadata
+};
+
+struct CRecordingSet {
+  std::string strSourceName;  // "Halvarn (V3)", "Halvarn (V2)", "Halvarn", or another program's name
+  std::vector<SRecordingFile> files;
+  // Total data bytes are nTotalMillions x 1,000,000 + nTotalRemainder, the remainder below 1,000,000.
+  std::int64_t nTotalMillions = 0;
+  std::int64_t nTotalRemainder = 0;
+  std::int64_t tStart = 0;  // seconds since 1970 UTC
+  std::int64_t tEnd = 0;
+  double dDuration = 0.0;   // seconds
+  std::int64_t nRadioCenterFreq = 0;  // Hz
+  std::uint32_t nSampleRate = 0;      // frames/s
+  std::uint32_t nBandwidth = 0;       // Hz
+  std::uint32_t nBytesPerSecond = 0;
+  std::uint32_t nBitsPerSample = 0;
+  bool bFloat = false;        // IEEE float samples
+  bool bRF64 = false;         // the first file
+  bool bFromSourceRecord = false;  // described by source recognition, not by XML metadata
+  bool bFloatScale = false;   // see CWaveFileReader::FloatScale
+  std::string strMetadata;    // the selected file's XML text; empty when it has none
+  SMetadataLists metadata;    // its name/value lists
+
+  std::int64_t TotalBytes() const { return nTotalMillions * 1'000'000 + nTotalRemainder; }
+};
+
+// Finds the whole set that the file belongs to and describes it. False when the file is no recording; `log` then says
+// why. The set is reset first. May raise the invalid-argument or failure error for impossible dates.
+bool AnalyseRecordingSet(const std::string& selectedFile, CRecordingSet& set, CMyStringArray& log);
+
+}  // namespace carvello

@@ -1,0 +1,81 @@
+// CWaveFileReader: one input file of an IQ recording, its RIFF or RF64 structure and where its samples lie.
+// RF64 as published in EBU Tech 3306.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "input/recording_source_info.h"
+#include "recording/info_texts.h"
+#include "recording/wave_format.h"
+#include "support/file.h"
+#include "support/my_string_array.h"
+#include "support/text.h"
+
+namespace carvello {
+
+// What the analysis walk found in one file.
+struct SScanResult {
+  WAVEFORMATEXTENSIBLE format;
+  std::string strXml;         // UTF-8 text of an "auxi" chunk that holds XML; empty otherwise
+  RecordingSourceInfo source; // filled when another program's recording was recognised
+  SInfoTexts infoTexts;
+  std::int64_t nDataBytes = 0;
+  bool bRF64 = false;
+};
+
+// Used by one thread at a time. Every step leaves a line in Log(); nothing is thrown.
+class CWaveFileReader {
+ public:
+  // Opens for reading with shared access that denies nobody, and logs the outcome. The file stays open until Close().
+  bool Open(const std::string& fileName);
+  // Closes the file, logs "Closing %s", forgets the name and zeroes the counters. Nothing when no file is open.
+  void Close();
+  bool IsOpen() const { return m_file.IsOpen(); }
+
+  // Streaming parse of the open file: true with the file positioned at the first sample byte, the format and the data
+  // counters set. dataSize is the data chunk's size before rounding down to whole frames. False leaves the file open
+  // for the caller to close.
+  bool ParseWave(WAVEFORMATEXTENSIBLE& format, std::int64_t& dataSize);
+  bool ParseRF64(WAVEFORMATEXTENSIBLE& format, std::int64_t& dataSize);
+
+  // Analysis walk over every chunk of the file, never reading sample data. Opens and closes the file itself. True when
+  // a data chunk was found. On false the result holds what was found up to there.
+  bool ScanChunks(const std::string& fileName, SScanResult& result);
+
+  const std::string& FileName() const { return m_strFileName; }
+  const WAVEFORMATEXTENSIBLE& Format() const { return m_format; }
+  std::int64_t DataBytesRead() const { return m_nDataBytesRead; }
+  std::int64_t DataBytesTotal() const { return m_nDataBytesTotal; }
+  std::int64_t DataStart() const { return m_nDataStart; }
+  // Bytes of one I/Q frame: 2 x bits per sample / 8.
+  std::uint32_t BytesPerFrame() const { return 2u * (m_format.Format.wBitsPerSample / 8u); }
+
+  // Reads sample bytes and counts them; bytes read.
+  std::size_t ReadData(void* buffer, std::size_t bytes);
+  // Seeks to `frames` frames behind the data start and counts them as read. False on failure.
+  bool SkipFrames(std::int64_t frames);
+
+  // Whether the samples of a 32-bit float file already stand at 16-bit full scale and must not be scaled up.
+  bool FloatScale() const { return m_bFloatScale; }
+  void SetFloatScale(bool floatScale) { m_bFloatScale = floatScale; }
+
+  CMyStringArray& Log() { return m_log; }
+  const CMyStringArray& Log() const { return m_log; }
+
+ private:
+  // to be completed by the implementation
+  std::string m_strFileName;
+  CFile m_file;
+  std::int64_t m_nDataBytesRead = 0;
+  std::int64_t m_nDataBytesTotal = 0;
+  std::int64_t m_nDataStart = 0;
+  CMyStringArray m_log{200};
+  WAVEFORMATEXTENSIBLE m_format;
+  bool m_bFloatScale = false;
+};
+
+// The five INFO texts of a file, by a walk with a reader of its own. True when at least one is not empty.
+bool ReadInfoTexts(const std::string& fileName, SInfoTexts& texts);
+
+}  // namespace carvello

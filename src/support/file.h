@@ -1,0 +1,46 @@
+// CFile: one open file, closed by its owner's end. Unbuffered, with its own 64-bit position; reads and writes go to the
+// system as they are asked for, so a killed process loses nothing that Write had accepted.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "support/platform.h"
+
+namespace carvello {
+
+class CFile {
+ public:
+  CFile() = default;
+  ~CFile() { Close(); }
+  CFile(CFile&& other) noexcept;
+  CFile& operator=(CFile&& other) noexcept;
+  CFile(const CFile&) = delete;
+  CFile& operator=(const CFile&) = delete;
+
+  // Closes what was open. False on failure; platform::LastError() then holds the reason.
+  bool Open(const std::string& path, platform::EOpenMode mode);
+  void Close();
+  bool IsOpen() const { return m_hFile != platform::kNoFile; }
+
+  // Bytes read; less than asked for at the end of the file or on a read error.
+  std::size_t Read(void* buffer, std::size_t bytes);
+  // True when all bytes were read.
+  bool ReadExactly(void* buffer, std::size_t bytes) { return Read(buffer, bytes) == bytes; }
+  // Bytes written; less than asked for on failure.
+  std::size_t Write(const void* buffer, std::size_t bytes);
+
+  std::int64_t Position() const { return m_nPosition; }
+  bool Seek(std::int64_t position);  // absolute; false for a negative position
+  std::int64_t Length() const;       // bytes, -1 when it cannot be had
+
+  // A number to tell handles apart in a log; 0 when closed.
+  std::uint32_t LogId() const { return static_cast<std::uint32_t>(m_hFile); }
+
+ private:
+  platform::FileHandle m_hFile = platform::kNoFile;
+  std::int64_t m_nPosition = 0;
+};
+
+}  // namespace carvello

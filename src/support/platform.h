@@ -1,0 +1,127 @@
+// Everything that differs between operating systems, in one place: platform_posix.cpp and platform_windows.cpp
+// implement it, and nothing else knows which system it runs on. Paths and texts are UTF-8.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace carvello::platform {
+
+// ---- files -----------------------------------------------------------------------------------------------------
+
+// An open file of the system: a descriptor on POSIX, a handle on Windows. 0 is never a valid value on Windows, and is
+// never handed out on POSIX either (descriptors travel as descriptor + 1).
+using FileHandle = std::intptr_t;
+inline constexpr FileHandle kNoFile = 0;
+
+enum class EOpenMode {
+  ReadShared,  // existing file, sequential access hint, denies nobody anything
+  WriteNew,    // created or emptied, sequential access hint, others may read
+};
+
+// kNoFile on failure; LastError() then holds the reason. A directory is refused.
+FileHandle OpenFile(const std::string& path, EOpenMode mode);
+void CloseFile(FileHandle file);
+// Bytes read or written, short at the end of the file or on failure; interrupted calls go on, and large requests are
+// split as the system needs. On a short write LastError() holds the reason.
+std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes);
+std::size_t WriteFile(FileHandle file, const void* buffer, std::size_t bytes);
+// 64-bit absolute seek. False on failure.
+bool SeekFile(FileHandle file, std::int64_t position);
+// Current length of the open file in bytes, or -1.
+std::int64_t FileLength(FileHandle file);
+
+struct FileStatus {
+  std::int64_t nSize = 0;          // bytes
+  bool bDirectory = false;
+  std::int64_t tCreated = 0;       // seconds since 1970 UTC; the change time where the file system has no birth time
+  std::int64_t tModified = 0;      // seconds since 1970 UTC
+  std::uint64_t nVolume = 0;       // volume and file number together identify the file whatever its path
+  std::uint64_t nFileNumber = 0;
+};
+// Nothing when the status cannot be had.
+std::optional<FileStatus> GetFileStatus(const std::string& path);
+bool IsReadable(const std::string& path);
+// Whether new files can be created in the folder. On false LastError() holds the reason.
+bool IsWritableFolder(const std::string& folder);
+bool RemoveFile(const std::string& path);
+// Names (not paths) of everything in the folder but "." and "..", in the order the system gives. Nothing on failure.
+std::optional<std::vector<std::string>> ListFolder(const std::string& folder);
+
+// Folder and name joined by the system's separator; a separator at the folder's end is not doubled.
+std::string JoinPath(std::string_view folder, std::string_view name);
+// What stands before and behind the last separator ("/" everywhere; also "\" and a drive's ":" on Windows). The folder
+// of a bare name is ".", that of a file in the root keeps its separator.
+std::string FolderOf(std::string_view path);
+std::string NameOf(std::string_view path);
+bool FileNamesEqual(std::string_view a, std::string_view b);  // without case on Windows
+
+// ---- errors ----------------------------------------------------------------------------------------------------
+
+std::uint32_t LastError();                       // errno, or GetLastError()
+std::optional<std::string> ErrorText(std::uint32_t code);  // the system's text; nothing when it has none
+
+// ---- libraries and the program itself --------------------------------------------------------------------------
+
+using LibraryHandle = void*;
+LibraryHandle LoadSharedLibrary(const std::string& path);  // nullptr on failure
+void* FindSymbol(LibraryHandle library, const char* name);
+void FreeSharedLibrary(LibraryHandle library);
+// "Vantrel" becomes "libVantrel.so" or "Vantrel.dll".
+std::string SharedLibraryFileName(std::string_view name);
+std::string ProgramPath();
+std::vector<std::string> ProgramArguments(int argc, char** argv);  // UTF-8 on every system, the program's name first
+
+// ---- threads, processes, machine -------------------------------------------------------------------------------
+
+// Sets the calling thread's priority: 15, 2, 1, 0, -1, -2, -15 as in the log texts of the workers. False when the
+// system refuses (raising a priority needs a privilege on Linux).
+bool SetCurrentThreadPriority(int priority);
+void SetCurrentThreadName(const std::string& name);
+// User and kernel time of this process, in milliseconds.
+std::int64_t ProcessCpuMilliseconds();
+unsigned ProcessorCount();
+std::string UserName();
+std::string ComputerName();
+
+// ---- time ------------------------------------------------------------------------------------------------------
+
+// The 172-byte TIME_ZONE_INFORMATION record (little-endian, names as 32 UTF-16 characters), and the status that goes
+// with it: 0 unknown, 1 standard time, 2 daylight time.
+struct TimeZoneRecord {
+  std::uint32_t nStatus = 0;
+  std::array<std::uint8_t, 172> bytes{};
+};
+TimeZoneRecord GetTimeZoneRecord();
+
+// Broken-down times; false for a value that the system cannot convert.
+bool UtcTime(std::int64_t seconds, std::tm& out);
+bool LocalTime(std::int64_t seconds, std::tm& out);
+// The inverse functions; -1 for fields that no calendar has, as far as the system notices.
+std::int64_t UtcSeconds(const std::tm& fields);
+std::int64_t LocalSeconds(const std::tm& fields);
+// The user's short date, in the user's own locale.
+std::string ShortDate(const std::tm& fields);
+// The user's time format, in the user's own locale.
+std::string LocaleTime(const std::tm& fields);
+
+// ---- texts of the system code page (ANSI on Windows, UTF-8 elsewhere) ------------------------------------------
+
+std::string Utf8ToSystemCodePage(std::string_view text);
+std::string SystemCodePageToUtf8(std::string_view bytes);
+
+// ---- desktop and console ---------------------------------------------------------------------------------------
+
+std::string TempFolder();
+// Opens a file or folder with the desktop's own program. On false LastError() holds the reason.
+bool OpenWithDesktop(const std::string& path, const std::string& verb);
+bool IsTerminal(int standardStream);  // 1 stdout, 2 stderr
+unsigned TerminalColumns();           // 80 where it is not known
+
+}  // namespace carvello::platform

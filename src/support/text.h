@@ -1,0 +1,41 @@
+// Texts: UTF-8 everywhere inside, printf-style formatting, and the borders to UTF-16 and the system code page.
+#pragma once
+
+#include <cstdarg>
+#include <string>
+#include <string_view>
+
+// GCC checks against the C standard's format set on every platform ("gnu_printf"); clang knows only "printf".
+#if defined(__clang__)
+#define CARVELLO_PRINTF(formatIndex, firstArgument) __attribute__((format(printf, formatIndex, firstArgument)))
+#else
+#define CARVELLO_PRINTF(formatIndex, firstArgument) __attribute__((format(gnu_printf, formatIndex, firstArgument)))
+#endif
+
+namespace carvello {
+
+// printf into a string of any length. An encoding error gives an empty text.
+std::string Format(const char* format, ...) CARVELLO_PRINTF(1, 2);
+std::string FormatV(const char* format, va_list arguments) CARVELLO_PRINTF(1, 0);
+
+// ASCII white space (blank, tab, CR, LF, VT, FF) removed at the right end, or at both ends.
+std::string TrimRight(std::string_view text);
+std::string Trim(std::string_view text);
+
+// ASCII letters only; bytes of multi-byte characters stay as they are.
+std::string ToLowerAscii(std::string_view text);
+bool EqualsNoCaseAscii(std::string_view a, std::string_view b);
+
+// Every occurrence of `what` replaced by `with`. An empty `what` changes nothing.
+std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view with);
+
+// Bytes that are no UTF-8, and surrogates without a partner, become U+FFFD.
+std::u16string Utf8ToUtf16(std::string_view text);
+std::string Utf16ToUtf8(std::u16string_view text);
+
+// UTF-16LE bytes as they stand in a file. A trailing odd byte is ignored; the text ends at the first zero character.
+std::u16string Utf16FromLittleEndian(std::string_view bytes);
+// The characters of `text` as little-endian bytes, without a terminator.
+std::string Utf16ToLittleEndian(std::u16string_view text);
+
+}  // namespace carvello
