@@ -83,7 +83,13 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);  // UTF-8 on e
 // Sets the calling thread's priority: 15, 2, 1, 0, -1, -2, -15 as in the log texts of the workers. False when the
 // system refuses (raising a priority needs a privilege on Linux).
 bool SetCurrentThreadPriority(int priority);
+// Whether a thread that was set to a lower priority can be set back to a higher one. Not so on Linux without the
+// privilege to lower a nice value.
+bool CanRaiseThreadPriority();
 void SetCurrentThreadName(const std::string& name);
+// A line for a developer's debugger: its output window on Windows; stderr on POSIX, and there only when the environment
+// variable CARVELLO_DEBUG_OUTPUT is set.
+void DebugOutput(const std::string& line);
 // User and kernel time of this process, in milliseconds.
 std::int64_t ProcessCpuMilliseconds();
 unsigned ProcessorCount();

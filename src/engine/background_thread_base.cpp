@@ -1,0 +1,196 @@
+#include "engine/background_thread_base.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdarg>
+#include <thread>
+
+#include "support/platform.h"
+#include "support/system_time.h"
+
+namespace carvello {
+
+namespace {
+
+constexpr int kLowestPriority = -2;
+constexpr std::size_t kMaxFreeRequests = 100;
+// How often an idle worker looks again, a millisecond apart, before it sleeps until it is woken.
+constexpr int kIdleLooks = 100;
+constexpr std::chrono::milliseconds kIdlePause{1};
+
+}  // namespace
+
+std::string PriorityName(int priority) {
+  switch (priority) {
+    case 15: return "Low real time";
+    case 2: return "Highest";
+    case 1: return "Above normal";
+    case 0: return "Normal";
+    case -1: return "Below normal";
+    case -2: return "Lowest";
+    case -15: return "Idle";
+    default: return Format("Other (%d)", priority);
+  }
+}
+
+void CBackgroundThreadBase::SetTarget(IMessageTarget* target, std::uint32_t logMessage) {
+  m_pTarget = target;
+  m_nLogMessage = logMessage;
+}
+
+void CBackgroundThreadBase::SetHistory(bool on, bool timePrefix) {
+  m_bHistory = on;
+  m_bHistoryTime = timePrefix;
+}
+
+bool CBackgroundThreadBase::Start() {
+  m_bStarted = true;
+  return StartThread();
+}
+
+void CBackgroundThreadBase::Stop() {
+  StopThread();
+  m_bStarted = false;
+}
+
+CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::TakeRequest(std::uint32_t code) {
+  RequestPtr request;
+  {
+    const std::lock_guard guard(m_freeLock);
+    if (!m_free.empty()) {
+      request = std::move(m_free.back());
+      m_free.pop_back();
+      m_nFreeCount = static_cast<std::uint32_t>(m_free.size());
+    }
+  }
+  if (!request) request = std::make_unique<CBackgroundRequest>();
+  request->Reset();
+  request->pOwner = this;
+  request->nCode = code;
+  return request;
+}
+
+void CBackgroundThreadBase::Post(RequestPtr request) {
+  bool wasEmpty = false;
+  {
+    const std::lock_guard guard(m_queueLock);
+    wasEmpty = m_queue.empty();
+    m_queue.push_back(std::move(request));
+    m_nQueued = static_cast<std::uint32_t>(m_queue.size());
+    m_nQueuedMax = std::max(m_nQueuedMax.load(), m_nQueued.load());
+  }
+  // A worker with requests left is not asleep, so it needs no waking.
+  if (wasEmpty) Wake();
+}
+
+void CBackgroundThreadBase::Post(std::uint32_t code, std::int32_t param1) {
+  RequestPtr request = TakeRequest(code);
+  request->nParam1 = param1;
+  Post(std::move(request));
+}
+
+void CBackgroundThreadBase::WaitIdle() {
+  if (!m_bStarted) return;
+  Post(request::kSynchronise);
+  while (m_nQueued != 0 && IsThreadRunning()) std::this_thread::sleep_for(kIdlePause);
+}
+
+CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::NextRequest(std::uint32_t& remaining) {
+  const std::lock_guard guard(m_queueLock);
+  if (m_queue.empty()) return nullptr;
+  RequestPtr request = std::move(m_queue.front());
+  m_queue.pop_front();
+  remaining = static_cast<std::uint32_t>(m_queue.size());
+  m_nQueued = remaining;
+  return request;
+}
+
+void CBackgroundThreadBase::Recycle(RequestPtr request) {
+  request->Reset();
+  std::vector<RequestPtr> surplus;  // freed after the lock is gone
+  const std::lock_guard guard(m_freeLock);
+  m_free.push_back(std::move(request));
+  if (m_free.size() >= kMaxFreeRequests) surplus.swap(m_free);
+  m_nFreeCount = static_cast<std::uint32_t>(m_free.size());
+}
+
+void CBackgroundThreadBase::OnThreadStart() {
+  platform::SetCurrentThreadName(m_strName);
+  // Lowest until the worker's own priority is set; left out where the way back up is barred.
+  if (platform::CanRaiseThreadPriority()) platform::SetCurrentThreadPriority(kLowestPriority);
+  const int priority = m_nPriority;
+  const bool done = platform::SetCurrentThreadPriority(priority);
+  if (!done) {
+    DebugLog("Setting priority to '%s' (%d), status %d", PriorityName(priority).c_str(), priority, done ? 1 : 0);
+    Log("Setting priority to '%s' (%d), status %d", PriorityName(priority).c_str(), priority, done ? 1 : 0);
+  }
+}
+
+void CBackgroundThreadBase::ChangePriority(int priority) {
+  if (priority == m_nPriority) return;
+  m_nPriority = priority;
+  platform::SetCurrentThreadPriority(priority);
+  Log("Setting priority to '%s' (%d)", PriorityName(priority).c_str(), priority);
+}
+
+void CBackgroundThreadBase::ProcessQueue() {
+  for (int idle = 0; !StopRequested();) {
+    std::uint32_t remaining = 0;
+    RequestPtr request = NextRequest(remaining);
+    if (!request) {
+      if (idle++ == kIdleLooks) return;
+      WaitForWake(kIdlePause);
+      continue;
+    }
+    if (!request->bCancelled) {
+      switch (request->nCode) {
+        case request::kSynchronise: break;
+        case request::kSetPriority: ChangePriority(request->nParam1); break;
+        default: HandleRequest(*request, remaining); break;
+      }
+    }
+    Recycle(std::move(request));
+    idle = 0;
+  }
+}
+
+CMyStringArray CBackgroundThreadBase::History() const {
+  const std::lock_guard guard(m_historyLock);
+  return m_history;
+}
+
+void CBackgroundThreadBase::Log(const char* format, ...) {
+  va_list arguments;
+  va_start(arguments, format);
+  std::string text = TrimRight(FormatV(format, arguments));
+  va_end(arguments);
+  if (text.empty() && m_strLastLine.empty()) return;
+
+  if (m_bDebugOutput) platform::DebugOutput(Format("%s: %s", m_strName.c_str(), text.c_str()));
+  if (m_bSendLog) {
+    if (m_logCallback) {
+      m_logCallback(m_strName, text, 0);
+    } else if (m_pTarget != nullptr) {
+      m_pTarget->PostTexts(m_nLogMessage, m_strName, text);
+    }
+  }
+  if (m_bHistory) {
+    std::string line = text;
+    if (m_bHistoryTime) line = Format("%s %s", FormatLocal("%H:%M:%S", CurrentTime()).c_str(), text.c_str());
+    const std::lock_guard guard(m_historyLock);
+    m_history.Add(std::move(line));
+  }
+  m_strLastLine = std::move(text);
+}
+
+void CBackgroundThreadBase::DebugLog(const char* format, ...) const {
+  va_list arguments;
+  va_start(arguments, format);
+  const std::string text = FormatV(format, arguments);
+  va_end(arguments);
+  const std::string stamp =
+      Format("Halvarn @ %s.%03u", FormatLocal("%H:%M:%S", CurrentTime()).c_str(), CurrentMilliseconds());
+  platform::DebugOutput(Format("%s: %s> %s", stamp.c_str(), m_strName.c_str(), text.c_str()));
+}
+
+}  // namespace carvello

@@ -1,0 +1,98 @@
+// CBackgroundThreadBase: a worker. A thread with a first-in-first-out queue of requests, a name, a priority and a log.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "engine/background_request.h"
+#include "engine/message_target.h"
+#include "engine/thin_thread.h"
+#include "support/my_string_array.h"
+#include "support/text.h"
+
+namespace carvello {
+
+// Anybody may post; only the worker's own thread removes and handles. Three locks (queue, free list, history), never
+// two at once. The owner stops the worker before it destroys it.
+class CBackgroundThreadBase : public CThinThread {
+ public:
+  using LogCallback = std::function<void(const std::string& worker, const std::string& text, int)>;
+  using RequestPtr = std::unique_ptr<CBackgroundRequest>;
+
+  // Before the thread is started: who hears the log lines, the worker's name and the priority it runs at.
+  void SetTarget(IMessageTarget* target, std::uint32_t logMessage);
+  void SetLogCallback(LogCallback callback) { m_logCallback = std::move(callback); }
+  void SetName(std::string name) { m_strName = std::move(name); }
+  void SetPriority(int priority) { m_nPriority = priority; }
+  void SetDebugOutput(bool on) { m_bDebugOutput = on; }
+  void SetSendLog(bool on) { m_bSendLog = on; }
+  void SetHistory(bool on, bool timePrefix);
+
+  // True when the thread runs. On false requests are queued but never handled.
+  bool Start();
+  void Stop();
+  bool IsStarted() const { return m_bStarted; }
+
+  // An empty request of this worker's, recycled where one is left over. Fill it and post it.
+  RequestPtr TakeRequest(std::uint32_t code);
+  void Post(RequestPtr request);
+  void Post(std::uint32_t code, std::int32_t param1 = 0);
+  // Waits until everything posted so far has been handled; returns at once when the thread does not run.
+  void WaitIdle();
+
+  std::uint32_t Queued() const { return m_nQueued; }
+  std::uint32_t QueuedMax() const { return m_nQueuedMax; }
+  std::uint32_t FreeRequests() const { return m_nFreeCount; }
+  int Priority() const { return m_nPriority; }
+  const std::string& Name() const { return m_strName; }
+  CMyStringArray History() const;
+
+  // A line for the log: trailing white space is cut, and a second blank line in a row is dropped. Worker's thread only.
+  void Log(const char* format, ...) CARVELLO_PRINTF(2, 3);
+  // A line for the debugger alone.
+  void DebugLog(const char* format, ...) const CARVELLO_PRINTF(2, 3);
+
+ protected:
+  void OnThreadStart() override;
+  void ProcessQueue() final;
+  // `remaining`: requests still queued behind this one.
+  virtual void HandleRequest(CBackgroundRequest& request, std::uint32_t remaining) = 0;
+
+ private:
+  RequestPtr NextRequest(std::uint32_t& remaining);
+  void Recycle(RequestPtr request);
+  void ChangePriority(int priority);
+
+  IMessageTarget* m_pTarget = nullptr;
+  std::uint32_t m_nLogMessage = 0;
+  LogCallback m_logCallback;  // used instead of the target when set
+  bool m_bDebugOutput = false;
+  bool m_bSendLog = true;
+  bool m_bHistory = false;
+  bool m_bHistoryTime = false;
+  bool m_bStarted = false;
+  std::atomic<std::uint32_t> m_nQueued = 0;     // written under m_queueLock
+  std::atomic<std::uint32_t> m_nQueuedMax = 0;  // written under m_queueLock
+  std::atomic<std::uint32_t> m_nFreeCount = 0;  // written under m_freeLock
+  std::atomic<int> m_nPriority = 0;
+  std::string m_strName;
+  std::string m_strLastLine;
+
+  mutable std::mutex m_historyLock;
+  CMyStringArray m_history;
+  std::mutex m_queueLock;
+  std::deque<RequestPtr> m_queue;
+  std::mutex m_freeLock;
+  std::vector<RequestPtr> m_free;
+};
+
+// The name of a thread priority as log lines show it: 2 "Highest", 1 "Above normal", 0 "Normal", ...
+std::string PriorityName(int priority);
+
+}  // namespace carvello

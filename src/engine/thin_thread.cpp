@@ -1,0 +1,65 @@
+#include "engine/thin_thread.h"
+
+#include <system_error>
+
+namespace carvello {
+
+namespace {
+constexpr int kStartTries = 10;
+constexpr std::chrono::milliseconds kStartPause{250};
+}  // namespace
+
+bool CThinThread::StartThread() {
+  m_bStop = false;
+  m_bRunning = true;
+  for (int i = 0; i < kStartTries; ++i) {
+    try {
+      m_thread = std::thread([this] { Body(); });
+      return true;
+    } catch (const std::system_error&) {
+      std::this_thread::sleep_for(kStartPause);
+    }
+  }
+  m_bRunning = false;
+  return false;
+}
+
+void CThinThread::StopThread() {
+  m_bStop = true;
+  Wake();
+  if (m_thread.joinable()) m_thread.join();
+}
+
+void CThinThread::Wake() {
+  {
+    const std::lock_guard guard(m_wakeLock);
+    m_bWoken = true;
+  }
+  m_wake.notify_one();
+}
+
+void CThinThread::WaitForWake() {
+  std::unique_lock guard(m_wakeLock);
+  m_wake.wait(guard, [this] { return m_bWoken; });
+  m_bWoken = false;
+}
+
+bool CThinThread::WaitForWake(std::chrono::milliseconds timeout) {
+  std::unique_lock guard(m_wakeLock);
+  const bool woken = m_wake.wait_for(guard, timeout, [this] { return m_bWoken; });
+  m_bWoken = false;
+  return woken;
+}
+
+void CThinThread::Body() {
+  OnThreadStart();
+  while (!m_bStop) {
+    WaitForWake();
+    if (m_bStop) break;
+    ProcessQueue();
+  }
+  OnThreadEnd();
+  m_bRunning = false;
+}
+
+}  // namespace carvello

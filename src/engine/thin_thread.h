@@ -1,0 +1,50 @@
+// CThinThread: one thread with a wake event and a stop flag. What it does each time it wakes is its subclass's.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+namespace carvello {
+
+// Start and Stop are called on one owning thread. A subclass's destructor must find the thread stopped: its virtual
+// functions run on it. A thread that was stopped may be started again.
+class CThinThread {
+ public:
+  CThinThread() = default;
+  virtual ~CThinThread() = default;
+  CThinThread(const CThinThread&) = delete;
+  CThinThread& operator=(const CThinThread&) = delete;
+
+  // False when the system gives no thread, after ten tries a quarter of a second apart.
+  bool StartThread();
+  // Asks the thread to end and waits until it has. It is never ended by force: that would leave a half-written file and
+  // held locks behind, so a request that takes long (closing files on a slow disk) is waited for.
+  void StopThread();
+  bool IsThreadRunning() const { return m_bRunning; }
+
+ protected:
+  virtual void OnThreadStart() {}  // first in the thread
+  virtual void ProcessQueue() = 0;  // after every wake-up
+  virtual void OnThreadEnd() {}    // last in the thread
+
+  bool StopRequested() const { return m_bStop; }
+  void Wake();
+  // True when woken, false when the time ran out. Consumes the wake-up.
+  bool WaitForWake(std::chrono::milliseconds timeout);
+
+ private:
+  void Body();
+  void WaitForWake();
+
+  std::mutex m_wakeLock;
+  std::condition_variable m_wake;
+  bool m_bWoken = false;  // under m_wakeLock
+  std::atomic<bool> m_bStop = false;
+  std::atomic<bool> m_bRunning = false;
+  std::thread m_thread;
+};
+
+}  // namespace carvello
