@@ -38,11 +38,11 @@ bool SeekFile(FileHandle file, std::int64_t position);
 std::int64_t FileLength(FileHandle file);
 
 struct FileStatus {
-  std::int64_t nSize = 0;          // bytes
+  std::int64_t nSize = 0;  // bytes
   bool bDirectory = false;
-  std::int64_t tCreated = 0;       // seconds since 1970 UTC; the change time where the file system has no birth time
-  std::int64_t tModified = 0;      // seconds since 1970 UTC
-  std::uint64_t nVolume = 0;       // volume and file number together identify the file whatever its path
+  std::int64_t tCreated = 0;   // seconds since 1970 UTC; the change time where the file system has no birth time
+  std::int64_t tModified = 0;  // seconds since 1970 UTC
+  std::uint64_t nVolume = 0;   // volume and file number together identify the file whatever its path
   std::uint64_t nFileNumber = 0;
 };
 // Nothing when the status cannot be had.
@@ -64,8 +64,11 @@ bool FileNamesEqual(std::string_view a, std::string_view b);  // without case on
 
 // ---- errors ----------------------------------------------------------------------------------------------------
 
-std::uint32_t LastError();                       // errno, or GetLastError()
+std::uint32_t LastError();                                 // errno, or GetLastError()
 std::optional<std::string> ErrorText(std::uint32_t code);  // the system's text; nothing when it has none
+// Whether the code is the one by which the system refuses what another program holds open: 5 ("access denied") on
+// Windows. POSIX systems have none, there 5 is an input/output error and a refusal is about permissions.
+bool MeansHeldOpen(std::uint32_t code);
 
 // ---- libraries and the program itself --------------------------------------------------------------------------
 
@@ -76,10 +79,16 @@ void FreeSharedLibrary(LibraryHandle library);
 // "Vantrel" becomes "libVantrel.so" or "Vantrel.dll".
 std::string SharedLibraryFileName(std::string_view name);
 std::string ProgramPath();
+// One value of the version record inside another program or library, by its key; nothing when it has none, as on
+// systems whose modules carry no such record.
+std::optional<std::string> ModuleVersionValue(const std::string& path, const std::string& key);
 std::vector<std::string> ProgramArguments(int argc, char** argv);  // UTF-8 on every system, the program's name first
 
 // ---- threads, processes, machine -------------------------------------------------------------------------------
 
+// To be called once, first of all, by every program of ours: makes a reached file-size limit an ordinary write error
+// instead of the end of the process.
+void PrepareProcess();
 // Sets the calling thread's priority: 15, 2, 1, 0, -1, -2, -15 as in the log texts of the workers. False when the
 // system refuses (raising a priority needs a privilege on Linux).
 bool SetCurrentThreadPriority(int priority);
@@ -112,6 +121,9 @@ bool LocalTime(std::int64_t seconds, std::tm& out);
 // The inverse functions; -1 for fields that no calendar has, as far as the system notices.
 std::int64_t UtcSeconds(const std::tm& fields);
 std::int64_t LocalSeconds(const std::tm& fields);
+// strftime with the C locale's names, whatever locale the process has set. Empty when the result has more than 127
+// characters.
+std::string FormatTime(const char* format, const std::tm& fields);
 // The user's short date, in the user's own locale.
 std::string ShortDate(const std::tm& fields);
 // The user's time format, in the user's own locale.

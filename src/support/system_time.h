@@ -9,7 +9,7 @@ namespace carvello {
 // The Windows calendar record as it stands in files: eight 16-bit little-endian numbers, 16 bytes.
 struct SYSTEMTIME {
   std::uint16_t wYear = 0;
-  std::uint16_t wMonth = 0;  // 1 to 12
+  std::uint16_t wMonth = 0;      // 1 to 12
   std::uint16_t wDayOfWeek = 0;  // 0 is Sunday
   std::uint16_t wDay = 0;
   std::uint16_t wHour = 0;

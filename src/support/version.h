@@ -9,12 +9,12 @@
 namespace carvello {
 
 struct VersionTexts {
-  std::string strBuildDate;    // "%s at %s": build date and time
-  std::string strModulePath;   // the path asked about, or the program's own
+  std::string strBuildDate;        // "%s at %s": build date and time
+  std::string strModulePath;       // the path asked about, or the program's own
   std::uint32_t nBuildNumber = 0;  // days from 1 August 2009 to the build date, plus 4
-  std::string strLongTitle;    // "%s version %s build %u%s%s%s"
-  std::string strShortTitle;   // "%s %s build %u"
-  std::string strVersionText;  // "Version %s build %u"
+  std::string strLongTitle;        // "%s version %s build %u%s%s%s"
+  std::string strShortTitle;       // "%s %s build %u"
+  std::string strVersionText;      // "Version %s build %u"
   // Display name and value of every entry that the version record has, for example "Product Name" and "Carvello".
   std::vector<std::pair<std::string, std::string>> values;
 };

@@ -1,0 +1,55 @@
+#include "support/file.h"
+
+#include <utility>
+
+namespace carvello {
+
+CFile::CFile(CFile&& other) noexcept
+    : m_hFile(std::exchange(other.m_hFile, platform::kNoFile)), m_nPosition(std::exchange(other.m_nPosition, 0)) {}
+
+CFile& CFile::operator=(CFile&& other) noexcept {
+  if (this != &other) {
+    Close();
+    m_hFile = std::exchange(other.m_hFile, platform::kNoFile);
+    m_nPosition = std::exchange(other.m_nPosition, 0);
+  }
+  return *this;
+}
+
+bool CFile::Open(const std::string& path, platform::EOpenMode mode) {
+  Close();
+  m_hFile = platform::OpenFile(path, mode);
+  return IsOpen();
+}
+
+void CFile::Close() {
+  if (IsOpen()) platform::CloseFile(m_hFile);
+  m_hFile = platform::kNoFile;
+  m_nPosition = 0;
+}
+
+std::size_t CFile::Read(void* buffer, std::size_t bytes) {
+  if (!IsOpen()) return 0;
+  const std::size_t done = platform::ReadFile(m_hFile, buffer, bytes);
+  m_nPosition += static_cast<std::int64_t>(done);
+  return done;
+}
+
+std::size_t CFile::Write(const void* buffer, std::size_t bytes) {
+  if (!IsOpen()) return 0;
+  const std::size_t done = platform::WriteFile(m_hFile, buffer, bytes);
+  m_nPosition += static_cast<std::int64_t>(done);
+  return done;
+}
+
+bool CFile::Seek(std::int64_t position) {
+  if (!IsOpen() || position < 0 || !platform::SeekFile(m_hFile, position)) return false;
+  m_nPosition = position;
+  return true;
+}
+
+std::int64_t CFile::Length() const {
+  return IsOpen() ? platform::FileLength(m_hFile) : -1;
+}
+
+}  // namespace carvello

@@ -1,0 +1,335 @@
+// Files, errors, modules, threads and texts of POSIX systems; times stand in platform_posix_time.cpp.
+#include <dirent.h>
+#include <dlfcn.h>
+#include <fcntl.h>
+#include <pwd.h>
+#include <spawn.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/sysmacros.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <thread>
+
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello::platform {
+
+namespace {
+
+// Linux transfers at most this much in one call, and some systems refuse more.
+constexpr std::size_t kLargestTransfer = 0x7FFFF000;
+
+int Descriptor(FileHandle file) {
+  return static_cast<int>(file - 1);
+}
+
+// Repeats a call that a signal interrupts.
+template <typename Call>
+auto Uninterrupted(Call call) {
+  auto result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
+
+// read(2) or write(2) until everything is transferred, the file ends or the system refuses.
+template <typename Buffer, typename Call>
+std::size_t TransferAll(Call call, int descriptor, Buffer* buffer, std::size_t bytes) {
+  std::size_t done = 0;
+  while (done < bytes) {
+    const std::size_t part = std::min(bytes - done, kLargestTransfer);
+    const ssize_t count = Uninterrupted([&] { return call(descriptor, buffer + done, part); });
+    if (count <= 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+}  // namespace
+
+// ---- files -----------------------------------------------------------------------------------------------------
+
+FileHandle OpenFile(const std::string& path, EOpenMode mode) {
+  // Without O_NONBLOCK a pipe with nobody at its other end would hold the caller for ever; on files it has no effect.
+  const int access = mode == EOpenMode::ReadShared ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC;
+  const int descriptor = Uninterrupted([&] { return open(path.c_str(), access | O_CLOEXEC | O_NONBLOCK, 0666); });
+  if (descriptor < 0) return kNoFile;
+  struct stat status {};
+  int refusal = fstat(descriptor, &status) != 0 ? errno : 0;
+  if (S_ISDIR(status.st_mode)) refusal = EISDIR;
+  if (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode)) refusal = ESPIPE;
+  if (refusal != 0) {
+    close(descriptor);
+    errno = refusal;
+    return kNoFile;
+  }
+  posix_fadvise(descriptor, 0, 0, POSIX_FADV_SEQUENTIAL);
+  return static_cast<FileHandle>(descriptor) + 1;
+}
+
+void CloseFile(FileHandle file) {
+  const int kept = errno;
+  close(Descriptor(file));
+  errno = kept;
+}
+
+std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes) {
+  return TransferAll(read, Descriptor(file), static_cast<char*>(buffer), bytes);
+}
+
+std::size_t WriteFile(FileHandle file, const void* buffer, std::size_t bytes) {
+  return TransferAll(write, Descriptor(file), static_cast<const char*>(buffer), bytes);
+}
+
+bool SeekFile(FileHandle file, std::int64_t position) {
+  return lseek(Descriptor(file), position, SEEK_SET) >= 0;
+}
+
+std::int64_t FileLength(FileHandle file) {
+  struct stat status {};
+  return fstat(Descriptor(file), &status) == 0 ? status.st_size : -1;
+}
+
+std::optional<FileStatus> GetFileStatus(const std::string& path) {
+  struct statx status {};
+  if (statx(AT_FDCWD, path.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return std::nullopt;
+  const bool hasBirth = (status.stx_mask & STATX_BTIME) != 0;
+  FileStatus result;
+  result.nSize = static_cast<std::int64_t>(status.stx_size);
+  result.bDirectory = S_ISDIR(status.stx_mode);
+  result.tCreated = hasBirth ? status.stx_btime.tv_sec : status.stx_ctime.tv_sec;
+  result.tModified = status.stx_mtime.tv_sec;
+  result.nVolume = makedev(status.stx_dev_major, status.stx_dev_minor);
+  result.nFileNumber = status.stx_ino;
+  return result;
+}
+
+bool IsReadable(const std::string& path) {
+  return access(path.c_str(), R_OK) == 0;
+}
+
+bool IsWritableFolder(const std::string& folder) {
+  const std::optional<FileStatus> status = GetFileStatus(folder);
+  if (!status) return false;
+  if (!status->bDirectory) {
+    errno = ENOTDIR;
+    return false;
+  }
+  return access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
+bool RemoveFile(const std::string& path) {
+  return unlink(path.c_str()) == 0;
+}
+
+std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
+  if (!directory) return std::nullopt;
+  std::vector<std::string> names;
+  errno = 0;
+  while (const dirent* entry = readdir(directory.get())) {
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") names.emplace_back(name);
+    errno = 0;
+  }
+  if (errno != 0) return std::nullopt;
+  return names;
+}
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+  std::string path(folder);
+  if (!path.empty() && path.back() != '/') path += '/';
+  return path.append(name);
+}
+
+std::string FolderOf(std::string_view path) {
+  const std::size_t separator = path.rfind('/');
+  if (separator == std::string_view::npos) return ".";
+  return std::string(path.substr(0, std::max<std::size_t>(separator, 1)));
+}
+
+std::string NameOf(std::string_view path) {
+  return std::string(path.substr(path.rfind('/') + 1));
+}
+
+bool FileNamesEqual(std::string_view a, std::string_view b) {
+  return a == b;
+}
+
+// ---- errors ----------------------------------------------------------------------------------------------------
+
+std::uint32_t LastError() {
+  return static_cast<std::uint32_t>(errno);
+}
+
+std::optional<std::string> ErrorText(std::uint32_t code) {
+  const char* text = code <= INT_MAX ? strerrordesc_np(static_cast<int>(code)) : nullptr;
+  if (text == nullptr) return std::nullopt;
+  return text;
+}
+
+bool MeansHeldOpen(std::uint32_t /*code*/) {
+  return false;
+}
+
+// ---- libraries and the program itself --------------------------------------------------------------------------
+
+LibraryHandle LoadSharedLibrary(const std::string& path) {
+  return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+}
+
+void* FindSymbol(LibraryHandle library, const char* name) {
+  return dlsym(library, name);
+}
+
+void FreeSharedLibrary(LibraryHandle library) {
+  dlclose(library);
+}
+
+std::string SharedLibraryFileName(std::string_view name) {
+  return "lib" + std::string(name) + ".so";
+}
+
+std::string ProgramPath() {
+  std::string path(256, '\0');
+  for (;;) {
+    const ssize_t length = readlink("/proc/self/exe", path.data(), path.size());
+    if (length < 0) return {};
+    if (static_cast<std::size_t>(length) < path.size()) {
+      path.resize(static_cast<std::size_t>(length));
+      return path;
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+std::optional<std::string> ModuleVersionValue(const std::string& /*path*/, const std::string& /*key*/) {
+  return std::nullopt;
+}
+
+std::vector<std::string> ProgramArguments(int argc, char** argv) {
+  return {argv, argv + argc};
+}
+
+// ---- threads, processes, machine -------------------------------------------------------------------------------
+
+void PrepareProcess() {
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+bool SetCurrentThreadPriority(int priority) {
+  struct Level {
+    int nPriority;
+    int nNice;
+  };
+  constexpr Level kLevels[] = {{15, -20}, {2, -10}, {1, -5}, {0, 0}, {-1, 5}, {-2, 10}, {-15, 19}};
+  const auto* level = std::ranges::find(kLevels, priority, &Level::nPriority);
+  if (level == std::end(kLevels)) {
+    errno = EINVAL;
+    return false;
+  }
+  // Linux keeps the nice value per thread.
+  const auto thread = static_cast<id_t>(syscall(SYS_gettid));
+  return setpriority(PRIO_PROCESS, thread, level->nNice) == 0;
+}
+
+void SetCurrentThreadName(const std::string& name) {
+  // The system takes 15 bytes and refuses longer names as a whole.
+  pthread_setname_np(pthread_self(), name.substr(0, 15).c_str());
+}
+
+std::int64_t ProcessCpuMilliseconds() {
+  rusage usage{};
+  if (getrusage(RUSAGE_SELF, &usage) != 0) return 0;
+  const auto milliseconds = [](const timeval& time) { return std::int64_t{time.tv_sec} * 1000 + time.tv_usec / 1000; };
+  return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+}
+
+unsigned ProcessorCount() {
+  return std::max(1U, std::thread::hardware_concurrency());
+}
+
+std::string UserName() {
+  passwd entry{};
+  passwd* found = nullptr;
+  std::vector<char> texts(16384);
+  if (getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found) == 0 && found != nullptr) return entry.pw_name;
+  // An account that no list names, as in containers.
+  return std::to_string(geteuid());
+}
+
+std::string ComputerName() {
+  std::array<char, HOST_NAME_MAX + 1> name{};
+  if (gethostname(name.data(), name.size() - 1) != 0) return {};
+  return name.data();
+}
+
+// ---- texts of the system code page -----------------------------------------------------------------------------
+
+std::string Utf8ToSystemCodePage(std::string_view text) {
+  return std::string(text);
+}
+
+std::string SystemCodePageToUtf8(std::string_view bytes) {
+  return Utf16ToUtf8(Utf8ToUtf16(bytes));
+}
+
+// ---- desktop and console ---------------------------------------------------------------------------------------
+
+std::string TempFolder() {
+  static const std::string folder = [] {
+    for (const char* variable : {"TMPDIR", "TEMP"}) {
+      const char* value = std::getenv(variable);
+      if (value != nullptr && *value != '\0') return std::string(value);
+    }
+    return std::string("/tmp");
+  }();
+  return folder;
+}
+
+bool OpenWithDesktop(const std::string& path, const std::string& /*verb*/) {
+  if (access(path.c_str(), F_OK) != 0) return false;
+  // The shell ends at once and leaves the opener, which can live as long as what it opens, to the system.
+  constexpr char kScript[] = "command -v xdg-open >/dev/null || exit 127; xdg-open \"$1\" </dev/null >/dev/null 2>&1 &";
+  std::string shell = "sh";
+  std::string option = "-c";
+  std::string script = kScript;
+  std::string target = path;
+  char* arguments[] = {shell.data(), option.data(), script.data(), shell.data(), target.data(), nullptr};
+  pid_t child = 0;
+  const int refusal = posix_spawnp(&child, shell.c_str(), nullptr, nullptr, arguments, environ);
+  if (refusal != 0) {
+    errno = refusal;
+    return false;
+  }
+  int status = 0;
+  if (Uninterrupted([&] { return waitpid(child, &status, 0); }) == child && WIFEXITED(status) &&
+      WEXITSTATUS(status) == 0) {
+    return true;
+  }
+  errno = ENOENT;
+  return false;
+}
+
+bool IsTerminal(int standardStream) {
+  return isatty(standardStream) != 0;
+}
+
+unsigned TerminalColumns() {
+  winsize size{};
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return 80;
+  return size.ws_col;
+}
+
+}  // namespace carvello::platform
