@@ -22,20 +22,33 @@ constexpr std::chrono::milliseconds kIdlePause{1};
 
 std::string PriorityName(int priority) {
   switch (priority) {
-    case 15: return "Low real time";
-    case 2: return "Highest";
-    case 1: return "Above normal";
-    case 0: return "Normal";
-    case -1: return "Below normal";
-    case -2: return "Lowest";
-    case -15: return "Idle";
-    default: return Format("Other (%d)", priority);
+    case 15:
+      return "Low real time";
+    case 2:
+      return "Highest";
+    case 1:
+      return "Above normal";
+    case 0:
+      return "Normal";
+    case -1:
+      return "Below normal";
+    case -2:
+      return "Lowest";
+    case -15:
+      return "Idle";
+    default:
+      return Format("Other (%d)", priority);
   }
 }
 
 void CBackgroundThreadBase::SetTarget(IMessageTarget* target, std::uint32_t logMessage) {
   m_pTarget = target;
   m_nLogMessage = logMessage;
+}
+
+void CBackgroundThreadBase::ShareLogWith(CBackgroundThreadBase& other) const {
+  other.SetTarget(m_pTarget, m_nLogMessage);
+  other.SetLogCallback(m_logCallback);
 }
 
 void CBackgroundThreadBase::SetHistory(bool on, bool timePrefix) {
@@ -144,9 +157,14 @@ void CBackgroundThreadBase::ProcessQueue() {
     }
     if (!request->bCancelled) {
       switch (request->nCode) {
-        case request::kSynchronise: break;
-        case request::kSetPriority: ChangePriority(request->nParam1); break;
-        default: HandleRequest(*request, remaining); break;
+        case request::kSynchronise:
+          break;
+        case request::kSetPriority:
+          ChangePriority(request->nParam1);
+          break;
+        default:
+          HandleRequest(*request, remaining);
+          break;
       }
     }
     Recycle(std::move(request));

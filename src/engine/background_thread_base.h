@@ -27,6 +27,8 @@ class CBackgroundThreadBase : public CThinThread {
 
   // Before the thread is started: who hears the log lines, the worker's name and the priority it runs at.
   void SetTarget(IMessageTarget* target, std::uint32_t logMessage);
+  // Gives another worker, not yet started, the log of this one.
+  void ShareLogWith(CBackgroundThreadBase& other) const;
   void SetLogCallback(LogCallback callback) { m_logCallback = std::move(callback); }
   void SetName(std::string name) { m_strName = std::move(name); }
   void SetPriority(int priority) { m_nPriority = priority; }

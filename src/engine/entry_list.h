@@ -27,11 +27,11 @@ struct SEntryFields {
   std::uint32_t nFileSizeMB = 100;  // 100, 1000 or 0 (one RF64 file)
   bool b32Bit = false;
   EStartMode startMode = EStartMode::Beginning;
-  std::int64_t tPickedStart = 0;    // seconds since 1970 UTC, in start mode At
+  std::int64_t tPickedStart = 0;  // seconds since 1970 UTC, in start mode At
   EEndMode endMode = EEndMode::Finish;
   std::uint32_t nDurationSeconds = 0;  // in end mode After
-  std::int64_t tPickedEnd = 0;      // seconds since 1970 UTC, in end mode At
-  bool bUtc = true;                 // times in file names as UTC
+  std::int64_t tPickedEnd = 0;         // seconds since 1970 UTC, in end mode At
+  bool bUtc = true;                    // times in file names as UTC
   std::string strOutputFolder;
 };
 
@@ -56,7 +56,7 @@ class CEntryList {
   // Removes duplicates (the earlier stays), then sorts by frequency, ties by bandwidth, equal keys in their order.
   void Rebuild();
 
-  void Reset();                                        // removes all
+  void Reset();                                          // removes all
   void Remove(const std::vector<std::size_t>& indices);  // any order; indices beyond the end are ignored
   void RemoveFirst(std::size_t count);
 
@@ -66,14 +66,11 @@ class CEntryList {
   std::vector<const OutputEntry*> Pointers() const;
 
  private:
-  std::string UniqueName(const OutputEntry& entry, const std::string& folder) const;
+  void NameEntry(OutputEntry& entry, const std::string& stem, const std::string& folder) const;
 
   CRecordingSet m_recording;
   SInfoTexts m_infoTexts;
   std::vector<std::unique_ptr<OutputEntry>> m_entries;
 };
-
-// The bandwidth as file names and lists show it.
-std::string BandwidthText(std::uint32_t bandwidth);
 
 }  // namespace carvello

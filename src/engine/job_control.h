@@ -1,10 +1,11 @@
-// CJobControl: starts and stops jobs. A job is one pass over the input that writes at most MaxEntries() entries. Used on
-// one thread, the one that owns the entry list; the workers report through the message target.
+// CJobControl: starts and stops jobs. A job is one pass over the input that writes at most MaxEntries() entries. Used
+// on one thread, the one that owns the entry list; the workers report through the message target.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,28 +21,33 @@ namespace carvello {
 class CBackgroundThreadReader;
 
 enum class EJobQuestion {
-  TooManyEntries,   // Yes, No
-  OverwriteFiles,   // Yes, No (leave out the existing), Cancel
-  AllFilesExist,    // notice
-  ContinueBatch,    // Yes, No
-  CannotStart,      // notice: the job cannot start at all
+  TooManyEntries,  // Yes, No
+  OverwriteFiles,  // Yes, No (leave out the existing), Cancel
+  AllFilesExist,   // notice
+  ContinueBatch,   // Yes, No
+  CannotStart,     // notice: the job cannot start at all
 };
 
 class IJobQuestions {
  public:
   virtual ~IJobQuestions() = default;
   virtual EAnswer Ask(EJobQuestion question, const SMessageBox& box) = 0;
+  // The questions are answered and a job begins: the moment to clear the log and the progress shown.
+  virtual void JobStarting() {}
 };
 
 enum class EStartResult {
   Started,
-  Declined,           // the user answered No or Cancel
-  AllFilesExist,      // nothing was left to do
-  LibraryMissing,     // the downconverter library is not complete
-  InputUnsupported,   // nothing converts the input's sample size
-  OutputIsInput,      // an output would replace a file of the input
-  OutputUnwritable,   // the output folder is missing or cannot be written to
+  Declined,          // the user answered No or Cancel
+  AllFilesExist,     // nothing was left to do
+  LibraryMissing,    // the downconverter library is not complete
+  InputUnsupported,  // nothing converts the input's sample size
+  OutputIsInput,     // an output would replace a file of the input
+  OutputUnwritable,  // the output folder is missing or cannot be written to
 };
+
+// Why no job can read this recording, as a text that names the file and what is accepted; nothing when one can.
+std::optional<std::string> InputProblem(const CRecordingSet& recording);
 
 class CJobControl {
  public:
@@ -73,11 +79,20 @@ class CJobControl {
   // Of the last job, in the order of its entries; valid when no job is running.
   const std::vector<SOutputResult>& Results() const { return m_results; }
   std::int64_t InputBytesRead() const { return m_nInputBytesRead; }  // of the last job
-  bool InputFailed() const { return m_bInputFailed; }  // the last job could not read all of its input
 
  private:
-  void Log(const std::string& text);
+  struct SObstacle {
+    EStartResult result;
+    std::string strText;
+  };
+
+  std::optional<SObstacle> FindObstacle(const std::vector<const OutputEntry*>& entries,
+                                        const CRecordingSet& recording) const;
+  void BeginJob();
+  void RemoveOldParts(const std::vector<const OutputEntry*>& entries);
+  void PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording);
   void FinishJob();
+  void Log(const std::string& text);
 
   const DspBinding& m_dsp;
   IMessageTarget& m_target;
@@ -88,7 +103,6 @@ class CJobControl {
   std::unique_ptr<CBackgroundThreadReader> m_pReader;
   std::vector<SOutputResult> m_results;
   std::int64_t m_nInputBytesRead = 0;
-  bool m_bInputFailed = false;
 };
 
 }  // namespace carvello

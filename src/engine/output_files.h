@@ -10,6 +10,9 @@ namespace carvello {
 
 // Whether the entry's output is split into numbered parts.
 bool IsSplit(const OutputEntry& entry);
+// Full paths of the numbered parts ("name 000.wav", ...) of an earlier output of this name; none for an entry that is
+// not split.
+std::vector<std::string> ExistingParts(const OutputEntry& entry);
 // Full paths of existing files that writing this entry would replace or stand beside as parts of one output: the file
 // itself, and for a split output every "name NNN.wav" of its folder.
 std::vector<std::string> ExistingOutputFiles(const OutputEntry& entry);

@@ -8,15 +8,15 @@
 namespace carvello {
 
 struct SOutputResult {
-  std::string strFileName;          // as the entry names it
-  std::vector<std::string> files;   // full paths of the files written, in order
+  std::string strFileName;            // as the entry names it
+  std::vector<std::string> files;     // full paths of the files written, in order
   std::int64_t nOutputFrequency = 0;  // Hz
-  std::uint32_t nBandwidth = 0;     // Hz, as the entry asks for it
+  std::uint32_t nBandwidth = 0;       // Hz, as the entry asks for it
   std::uint32_t nBitsPerSample = 0;
-  std::int64_t nFrames = 0;         // complex samples written over all files
-  std::uint64_t nBytes = 0;         // sample bytes written over all files
+  std::int64_t nFrames = 0;  // complex samples written over all files
+  std::uint64_t nBytes = 0;  // sample bytes written over all files
   bool bOk = false;
-  std::string strError;             // empty when bOk
+  std::string strError;  // empty when bOk
 };
 
 }  // namespace carvello

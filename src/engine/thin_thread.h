@@ -26,9 +26,9 @@ class CThinThread {
   bool IsThreadRunning() const { return m_bRunning; }
 
  protected:
-  virtual void OnThreadStart() {}  // first in the thread
+  virtual void OnThreadStart() {}   // first in the thread
   virtual void ProcessQueue() = 0;  // after every wake-up
-  virtual void OnThreadEnd() {}    // last in the thread
+  virtual void OnThreadEnd() {}     // last in the thread
 
   bool StopRequested() const { return m_bStop; }
   void Wake();

@@ -1,0 +1,307 @@
+#include "engine/background_thread_writer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+#include <new>
+
+#include "recording/metadata_xml.h"
+#include "support/formatting.h"
+#include "support/system_time.h"
+
+namespace carvello {
+
+namespace {
+
+constexpr std::uint32_t kOutputBytes = 16'777'216;
+// Above this output rate the library decimates by whole numbers only.
+constexpr std::uint32_t kMaxFractionalRate = 1'000'000;
+// Above this part size an output is one RF64 file; a WAV file's 32-bit sizes would come close to their end.
+constexpr std::uint32_t kMaxWavSplitMB = 2000;
+// Free blocks that a writer keeps. The reader keeps at most about three blocks in flight, so more are never in use.
+constexpr std::size_t kMaxFreeBlocks = 4;
+
+const wchar_t* const kApplicationName = L"Carvello";
+
+std::string RecordingTag() {
+  const auto seconds = static_cast<std::uint64_t>(CurrentTime());
+  return Format("%04X-%04X-%04X", static_cast<unsigned>((seconds >> 16) & 0xFFFF),
+                static_cast<unsigned>(seconds & 0xFFFF), CurrentMilliseconds());
+}
+
+}  // namespace
+
+CBackgroundThreadWriter::CBackgroundThreadWriter(const DspBinding& dsp, CBackgroundThreadBase& reader)
+    : m_dsp(dsp),
+      m_reader(reader),
+      m_hDsp(dsp.AllocInstance(kApplicationName)),
+      m_pOutput(AllocComplex(kOutputBytes / sizeof(SComplex))) {}
+
+CBackgroundThreadWriter::~CBackgroundThreadWriter() {
+  m_dsp.ReleaseInstance(m_hDsp);
+}
+
+void CBackgroundThreadWriter::HandOn(CBackgroundThreadWriter& writer, const SComplex* source, std::int32_t capacity,
+                                     std::int32_t count) {
+  RequestPtr request = writer.TakeRequest(request::kDataBlock);
+  request->nParam1 = capacity;
+  request->nParam2 = count;
+  // Without memory, or without a block from the worker before, an empty request tells the rest of the chain.
+  if (source != nullptr) request->block = writer.TakeBlock(capacity);
+  if (request->block) CopyComplex(source, request->block.get(), count);
+  writer.Post(std::move(request));
+}
+
+ComplexBuffer CBackgroundThreadWriter::TakeBlock(std::int32_t capacity) {
+  std::vector<SFreeBlock> misfits;  // freed after the lock is gone
+  {
+    const std::lock_guard guard(m_poolLock);
+    while (!m_pool.empty()) {
+      SFreeBlock last = std::move(m_pool.back());
+      m_pool.pop_back();
+      if (last.nCapacity == capacity) return std::move(last.block);
+      misfits.push_back(std::move(last));
+    }
+  }
+  return ComplexBuffer(AllocComplex(capacity));
+}
+
+void CBackgroundThreadWriter::ReturnBlock(ComplexBuffer block, std::int32_t capacity) {
+  if (!block) return;
+  SFreeBlock surplus;  // freed after the lock is gone
+  const std::lock_guard guard(m_poolLock);
+  if (m_pool.size() >= kMaxFreeBlocks) {
+    surplus = SFreeBlock{std::move(block), capacity};
+  } else {
+    m_pool.push_back(SFreeBlock{std::move(block), capacity});
+  }
+}
+
+void CBackgroundThreadWriter::HandleRequest(CBackgroundRequest& request, std::uint32_t /*remaining*/) {
+  // Only impossible times and exhausted memory raise exceptions. They end this entry, never the chain.
+  try {
+    switch (request.nCode) {
+      case request::kStartEntry:
+        StartEntry(*request.pEntry);
+        break;
+      case request::kDataBlock:
+        ProcessBlock(request);
+        break;
+      case request::kCloseOutput:
+        CloseOutput();
+        break;
+      case request::kInputSkipped:
+        InputSkipped(request.llParam1);
+        break;
+      default:
+        break;
+    }
+  } catch (const std::exception& error) {
+    Fail(error.what());
+  }
+  if (request.nCode == request::kDataBlock) {
+    ReturnBlock(std::move(request.block), request.nParam1);
+    ++m_nBlocksDone;
+  } else if (request.nCode == request::kCloseOutput) {
+    m_bFileOpen = false;
+    if (m_pNext != nullptr) m_pNext->Post(request::kCloseOutput);
+  }
+}
+
+void CBackgroundThreadWriter::StartEntry(const OutputEntry& entry) {
+  m_pEntry = &entry;
+  m_dsp.DownconvertInit(m_hDsp, entry.nInputSampleRate, entry.nOutputSampleRate);
+  if (entry.nOutputSampleRate > kMaxFractionalRate) m_dsp.DisableFractionalResampler(m_hDsp);
+  m_nOutputFill = 0;
+  m_bFinished = m_bStarted = false;
+  m_llSkip = entry.nStartSample;
+  m_llLeft = entry.nTotalSamples;
+  LogEntry();
+  if (!m_pOutput) throw std::bad_alloc();
+
+  DescribeOutput();
+  m_bFileOpen = m_output.Open(entry.strFileName, 0, m_output.m_strInternalTag);
+  if (!m_bFileOpen) {
+    Log("Error creating %s - %s", entry.strFileName.c_str(), m_output.m_strLastError.c_str());
+    Fail(m_output.m_strLastError);
+    return;
+  }
+  // An entry that ends before it begins holds nothing; without this it would count as one without a limit.
+  if (m_llLeft < 0) Finish();
+}
+
+void CBackgroundThreadWriter::LogEntry() {
+  const OutputEntry& entry = *m_pEntry;
+  const auto ll = [](std::int64_t value) { return static_cast<long long>(value); };
+  const bool rf64 = entry.nFileSizeMB == 0;
+  Log("Input frequency .....: %lld", ll(entry.nInputFrequency));
+  Log("      sample rate ...: %u", entry.nInputSampleRate);
+  Log("Output filename .....: %s", entry.strFileName.c_str());
+  Log("       WAV RF64 .....: %d", rf64 ? 1 : 0);
+  Log("       frequency ....: %lld", ll(entry.nOutputFrequency));
+  Log("       sample rate ..: %u", entry.nOutputSampleRate);
+  Log("%s", "");
+  Log("Downconverter .......: %u to %u", entry.nInputSampleRate, entry.nOutputSampleRate);
+  Log("%s", "");
+  Log("Samples: start ......: %lld", ll(m_llSkip));
+  Log("         total ......: %lld", ll(m_llLeft));
+  Log("%s", "");
+}
+
+void CBackgroundThreadWriter::DescribeOutput() {
+  const OutputEntry& entry = *m_pEntry;
+  SMetadataLists metadata;
+  ParseMetadataXml(entry.strMetadata, metadata);
+
+  m_output.Reset();
+  if (metadata.Has("RadioModel")) m_output.m_strRadioModel = metadata.Find("RadioModel");
+  if (metadata.Has("RadioSerial")) m_output.m_strRadioSerial = metadata.Find("RadioSerial");
+  if (metadata.Has("ADFrequency")) {
+    m_output.m_nADFrequency = static_cast<std::uint32_t>(metadata.FindNumber("ADFrequency"));
+  }
+  m_output.m_nRadioCenterFreq = entry.nOutputFrequency;
+  // The file tells the rate that its samples really have: with whole-number decimation that can differ from the one
+  // asked for (1.5 MHz out of 2.4 MHz gives 1.2 MHz).
+  m_output.m_nSampleRate = m_dsp.DownconvertRateOut(m_hDsp);
+  if (m_output.m_nSampleRate != entry.nOutputSampleRate) {
+    Log("True sample rate ....: %u", m_output.m_nSampleRate);
+  }
+  m_output.m_tStart = entry.tStart;
+  m_output.m_bStartValid = true;
+  m_output.m_nBitsPerSample = entry.nBitsPerSample;
+  m_output.m_nSplitMB = entry.nFileSizeMB;
+  m_output.m_bRF64 = entry.nFileSizeMB == 0 || entry.nFileSizeMB > kMaxWavSplitMB;
+  m_output.m_strBaseFileName = entry.strFileName;
+  m_output.m_strTitle = entry.strTitle;
+  m_output.m_strInternalTag = RecordingTag();
+}
+
+void CBackgroundThreadWriter::InputSkipped(std::int64_t samples) {
+  m_llSkip = std::max<std::int64_t>(0, m_llSkip - samples);
+  Log("Seek offset ..: %lld", static_cast<long long>(samples));
+  Log("Start in .....: %lld", static_cast<long long>(m_llSkip));
+}
+
+void CBackgroundThreadWriter::ProcessBlock(CBackgroundRequest& request) {
+  // Handed on first: the oscillator shifts this copy in place, and every writer must get the samples as they were read.
+  if (m_pNext != nullptr) HandOn(*m_pNext, request.block.get(), request.nParam1, request.nParam2);
+  if (!request.block) throw std::bad_alloc();
+  if (m_bFinished) return;
+
+  SComplex* data = request.block.get();
+  std::int32_t count = request.nParam2;
+  if (TrimToEntry(data, count)) Downconvert(data, count);
+}
+
+// Cuts the block to the entry's span; false when nothing of it lies inside.
+bool CBackgroundThreadWriter::TrimToEntry(SComplex*& data, std::int32_t& count) {
+  if (!m_bStarted) {
+    if (m_llSkip >= count) {
+      m_llSkip -= count;
+      return false;
+    }
+    data += m_llSkip;
+    count -= static_cast<std::int32_t>(m_llSkip);
+    m_llSkip = 0;
+    m_bStarted = true;
+    Log("Starting after %lld samples", static_cast<long long>(m_pEntry->nStartSample));
+  }
+  if (m_llLeft != 0) {
+    count = static_cast<std::int32_t>(std::min<std::int64_t>(count, m_llLeft));
+    m_llLeft -= count;
+    if (m_llLeft == 0) {
+      Log("Finishing after %lld samples", static_cast<long long>(m_pEntry->nTotalSamples));
+      Finish();
+    }
+  }
+  return true;
+}
+
+void CBackgroundThreadWriter::GrowWorkBuffers(std::int32_t count) {
+  if (count <= m_nWorkCapacity) return;
+  m_pWork16.reset(AllocInt16Pairs(count));
+  m_pWorkFloat.reset(AllocComplex(count));
+  m_nWorkCapacity = m_pWork16 && m_pWorkFloat ? count : 0;
+  if (m_nWorkCapacity == 0) throw std::bad_alloc();
+}
+
+void CBackgroundThreadWriter::Downconvert(SComplex* data, std::int32_t count) {
+  GrowWorkBuffers(count);
+  const auto inputCount = static_cast<std::uint32_t>(count);
+  std::uint32_t outputCount = 0;
+  m_dsp.NCO(m_hDsp, m_pEntry->nOutputFrequency - m_pEntry->nInputFrequency, m_pEntry->nInputSampleRate, data,
+            inputCount, data);
+  m_dsp.DownconvertRun(m_hDsp, data, inputCount, m_pWorkFloat.get(), &outputCount);
+  if (outputCount == 0) return;
+
+  if (m_pEntry->nBitsPerSample == 16) {
+    FloatToInt16(&m_pWorkFloat[0].re, m_pWork16.get(), static_cast<std::int32_t>(2 * outputCount), kRoundHalfAway, 0);
+    Append(m_pWork16.get(), 4 * outputCount);
+  } else if (m_pEntry->nBitsPerSample == 32) {
+    // Floats keep the engine's scale, 16-bit full scale being 32768: a wide recording and the cuts made from it then
+    // show the same levels.
+    Append(m_pWorkFloat.get(), 8 * outputCount);
+  }
+  m_llOutputSamples += outputCount;
+  // Wraps on purpose: the line is a sign of life in very long jobs only.
+  m_nDataCalls = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nDataCalls) + 1);
+  if (m_nDataCalls < 1) Log("Data call %d, samples %d > %u", m_nDataCalls, count, outputCount);
+}
+
+void CBackgroundThreadWriter::Append(const void* samples, std::uint32_t bytes) {
+  if (m_nOutputFill + bytes > kOutputBytes && !FlushOutput()) return;
+  std::memcpy(reinterpret_cast<std::uint8_t*>(m_pOutput.get()) + m_nOutputFill, samples, bytes);
+  m_nOutputFill += bytes;
+}
+
+bool CBackgroundThreadWriter::FlushOutput() {
+  const std::uint32_t bits = m_pEntry->nBitsPerSample;
+  const std::uint32_t fill = m_nOutputFill;
+  m_nOutputFill = 0;
+  if (fill == 0 || m_output.Write(m_pOutput.get(), fill / (bits / 8), bits)) return true;
+  Fail(m_output.m_strLastError);
+  return false;
+}
+
+void CBackgroundThreadWriter::CloseOutput() {
+  if (!m_bFileOpen) return;
+  Log("Closing");
+  if (m_strError.empty()) FlushOutput();
+  m_output.m_strLastError.clear();
+  m_output.Close();
+  if (!m_output.m_strLastError.empty()) Fail(m_output.m_strLastError);
+}
+
+void CBackgroundThreadWriter::Finish() {
+  if (m_bFinished) return;
+  m_bFinished = true;
+  m_reader.Post(request::kWriterFinished);
+}
+
+// The first reason is kept and logged; what was written before stays. The job goes on for the other entries.
+void CBackgroundThreadWriter::Fail(const std::string& reason) {
+  if (m_strError.empty()) {
+    m_strError = reason.empty() ? "Unknown error" : reason;
+    const std::string& name = m_output.m_strFileName.empty() ? m_pEntry->strFileName : m_output.m_strFileName;
+    Log("[ERROR] %s: %s", name.c_str(), m_strError.c_str());
+  }
+  Finish();
+}
+
+SOutputResult CBackgroundThreadWriter::Result() const {
+  SOutputResult result;
+  result.bOk = m_strError.empty();
+  result.strError = m_strError;
+  if (m_pEntry == nullptr) return result;
+  result.strFileName = m_pEntry->strFileName;
+  result.files = m_output.Files();
+  result.nOutputFrequency = m_pEntry->nOutputFrequency;
+  result.nBandwidth = m_pEntry->nOutputSampleRate;
+  result.nBitsPerSample = m_pEntry->nBitsPerSample;
+  result.nBytes = static_cast<std::uint64_t>(m_output.TotalDataBytes());
+  const std::uint32_t bytesPerFrame = 2 * (m_pEntry->nBitsPerSample / 8);
+  if (bytesPerFrame != 0) result.nFrames = m_output.TotalDataBytes() / bytesPerFrame;
+  return result;
+}
+
+}  // namespace carvello

@@ -1,0 +1,35 @@
+// CBlockReader: reads a block of an input file and brings its samples to the engine's form, whatever their stored size.
+#pragma once
+
+#include <cstdint>
+
+#include "dsp/primitives.h"
+#include "input/wave_file_reader.h"
+#include "recording/wave_format.h"
+
+namespace carvello {
+
+// Frames of one block, everywhere in the engine.
+inline constexpr std::uint32_t kBlockFrames = 0x200000;
+
+// Whether samples of this format can be converted: I/Q pairs of PCM with 8, 16, 24 or 32 bits, or of 32-bit float.
+bool CanConvert(const WAVEFORMATEXTENSIBLE& format);
+// The same as a sentence for the user: what the format is and what is accepted.
+std::string UnsupportedFormatText(const WAVEFORMATEXTENSIBLE& format);
+
+// One per job; used on the reader's thread.
+class CBlockReader {
+ public:
+  // Reads at most kBlockFrames frames from the file's read position and converts them to complex floats at 16-bit full
+  // scale (32768). Frames read; fewer than kBlockFrames at the end of the data, 0 behind it. The destination holds
+  // kBlockFrames samples; it stays as it is for a format that nothing converts.
+  std::uint32_t ReadBlock(CWaveFileReader& file, SComplex* destination);
+
+ private:
+  bool GrowRaw(std::int64_t bytes);
+
+  Int16Buffer m_pRaw;               // file bytes; only ever grows
+  std::int64_t m_nRawCapacity = 0;  // bytes
+};
+
+}  // namespace carvello

@@ -1,0 +1,203 @@
+#include "engine/job_control.h"
+
+#include <algorithm>
+#include <set>
+
+#include "engine/background_thread_reader.h"
+#include "engine/block_reader.h"
+#include "engine/output_files.h"
+#include "support/formatting.h"
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello {
+
+namespace {
+
+constexpr int kReaderPriority = 1;  // above normal: reading is never starved by the writers
+constexpr std::uint64_t kProgressTotal = 10'000;
+
+}  // namespace
+
+CJobControl::CJobControl(const DspBinding& dsp, IMessageTarget& target, IJobQuestions& questions, unsigned processors)
+    : m_dsp(dsp),
+      m_target(target),
+      m_questions(questions),
+      m_nProcessors(processors == 0 ? 1 : processors),
+      m_pReader(std::make_unique<CBackgroundThreadReader>(dsp)) {}
+
+CJobControl::~CJobControl() {
+  if (m_bJobRunning) Stop();
+}
+
+EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& recording) {
+  std::vector<const OutputEntry*> chosen = entries.Pointers();
+  if (chosen.size() > MaxEntries()) {
+    // The numbers stand in this order although the wording suggests the reverse; users know the text as it is.
+    const SMessageBox box{"Start",
+                          Format("The maximum entries which can be processed is %d, you have added %d.\n\nContinue?",
+                                 static_cast<int>(chosen.size()), static_cast<int>(MaxEntries())),
+                          EButtons::YesNo, EIcon::Stop};
+    if (m_questions.Ask(EJobQuestion::TooManyEntries, box) != EAnswer::Yes) return EStartResult::Declined;
+    chosen.resize(MaxEntries());
+  }
+  if (const auto obstacle = FindObstacle(chosen, recording)) {
+    m_questions.Ask(EJobQuestion::CannotStart, {"Start", obstacle->strText, EButtons::Ok, EIcon::Stop});
+    return obstacle->result;
+  }
+
+  const auto exists = [](const OutputEntry* entry) { return !ExistingOutputFiles(*entry).empty(); };
+  const auto count = chosen.size();
+  const auto existing = static_cast<std::size_t>(std::count_if(chosen.begin(), chosen.end(), exists));
+  bool overwrite = false;
+  if (existing >= 1) {
+    const std::string text = count == 1 ? "The output file already exists, overwrite it?"
+                                        : Format("%d of %d file(s) already exist, do you want to overwrite them?",
+                                                 static_cast<int>(existing), static_cast<int>(count));
+    const EAnswer answer =
+        m_questions.Ask(EJobQuestion::OverwriteFiles, {"Start", text, EButtons::YesNoCancel, EIcon::Question});
+    if (answer != EAnswer::Yes && answer != EAnswer::No) return EStartResult::Declined;
+    overwrite = answer == EAnswer::Yes;
+  }
+  BeginJob();
+  if (overwrite) {
+    RemoveOldParts(chosen);
+  } else {
+    std::erase_if(chosen, exists);
+  }
+  if (chosen.empty()) {
+    m_questions.Ask(EJobQuestion::AllFilesExist,
+                    {"Start", "All output files exist, processing not started.", EButtons::Ok, EIcon::Exclamation});
+    m_bJobRunning = false;
+    m_pReader->Stop();
+    return EStartResult::AllFilesExist;
+  }
+  PostJob(chosen, recording);
+  return EStartResult::Started;
+}
+
+// What makes a job impossible from the outset, found before anything is read or created.
+std::optional<CJobControl::SObstacle> CJobControl::FindObstacle(const std::vector<const OutputEntry*>& entries,
+                                                                const CRecordingSet& recording) const {
+  if (m_dsp.bLoaded == 0) {
+    return SObstacle{
+        EStartResult::LibraryMissing,
+        Format("The downconverter library Vantrel is missing or incomplete: %s", DspLibraryPath().c_str())};
+  }
+  if (const auto problem = InputProblem(recording)) return SObstacle{EStartResult::InputUnsupported, *problem};
+
+  std::vector<std::string> inputFiles;
+  for (const SRecordingFile& file : recording.files) inputFiles.push_back(file.strPath);
+  std::set<std::string> folders;
+  for (const OutputEntry* entry : entries) {
+    const auto replaced = InputFilesReplaced(*entry, inputFiles);
+    if (!replaced.empty()) {
+      return SObstacle{EStartResult::OutputIsInput, Format("%s would replace the input file %s",
+                                                           entry->strFileName.c_str(), replaced.front().c_str())};
+    }
+    folders.insert(platform::FolderOf(entry->strFileName));
+  }
+  for (const std::string& folder : folders) {
+    if (!platform::IsWritableFolder(folder)) {
+      return SObstacle{EStartResult::OutputUnwritable, Format("%s: %s", folder.c_str(), SystemErrorText().c_str())};
+    }
+  }
+  return std::nullopt;
+}
+
+void CJobControl::BeginJob() {
+  m_bJobRunning = true;
+  m_results.clear();
+  m_questions.JobStarting();
+  m_target.PostNumbers(RegisterMessage(kProgressMessageName), kProgressTotal, 0);
+  Log("Ready");
+  Log(Format("Processors: %d, max threads: %d", static_cast<int>(m_nProcessors), static_cast<int>(MaxEntries())));
+  if (!m_bReaderConfigured) {
+    m_pReader->SetTarget(&m_target, RegisterMessage(kLogMessageName));
+    m_pReader->SetProgressTarget(&m_target, RegisterMessage(kProgressMessageName));
+    m_pReader->SetName("Reader");
+    m_pReader->SetPriority(kReaderPriority);
+    m_bReaderConfigured = true;
+  }
+  m_pReader->Start();
+}
+
+// A longer output of an earlier job would leave parts behind that read as the end of the new one.
+void CJobControl::RemoveOldParts(const std::vector<const OutputEntry*>& entries) {
+  for (const OutputEntry* entry : entries) {
+    for (const std::string& part : ExistingParts(*entry)) {
+      if (!platform::RemoveFile(part)) {
+        Log(Format("[WARNING] %s: %s", part.c_str(), SystemErrorText().c_str()));
+      }
+    }
+  }
+}
+
+void CJobControl::PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording) {
+  m_pReader->Post(request::kCreateWriters, static_cast<std::int32_t>(entries.size()));
+  std::int64_t seek = entries.front()->nStartSample;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    auto request = m_pReader->TakeRequest(request::kGiveEntry);
+    request->nParam1 = static_cast<std::int32_t>(i);
+    request->pEntry = entries[i];
+    m_pReader->Post(std::move(request));
+    seek = std::min(seek, entries[i]->nStartSample);
+  }
+  std::vector<std::string> files;
+  for (const SRecordingFile& file : recording.files) files.push_back(file.strPath);
+  auto request = m_pReader->TakeRequest(request::kStartJob);
+  request->strParam = files.front();
+  request->llParam1 = seek;
+  request->llParam2 = recording.TotalBytes();
+  m_pReader->SetInput(std::move(files), recording.bFloatScale);
+  m_pReader->Post(std::move(request));
+  m_pReader->WaitIdle();
+}
+
+void CJobControl::Stop() {
+  if (!m_bJobRunning) return;
+  m_pReader->Post(request::kStopJob);
+  FinishJob();
+}
+
+bool CJobControl::OnIdle() {
+  if (!m_bJobRunning || m_pReader->IsRunning()) return false;
+  FinishJob();
+  return true;
+}
+
+void CJobControl::FinishJob() {
+  m_bJobRunning = false;
+  m_pReader->WaitIdle();
+  m_pReader->Stop();
+  m_results = m_pReader->Results();
+  m_nInputBytesRead = m_pReader->BytesRead();
+}
+
+bool CJobControl::ContinueBatch(CEntryList& entries) {
+  if (!MoreThanOneBatch(entries)) return false;
+  const SMessageBox box{"Continue",
+                        Format("%d of %d entries have been processed. Remove from list and continue?",
+                               static_cast<int>(entries.Size()), static_cast<int>(MaxEntries())),
+                        EButtons::YesNo, EIcon::Stop};
+  if (m_questions.Ask(EJobQuestion::ContinueBatch, box) != EAnswer::Yes) return false;
+  entries.RemoveFirst(MaxEntries());
+  entries.Rebuild();
+  return true;
+}
+
+void CJobControl::Log(const std::string& text) {
+  m_target.PostTexts(RegisterMessage(kLogMessageName), {}, text);
+}
+
+std::optional<std::string> InputProblem(const CRecordingSet& recording) {
+  if (recording.files.empty()) return "The input holds no files";
+  const bool pcm = recording.nBitsPerSample == 8 || recording.nBitsPerSample == 16 || recording.nBitsPerSample == 24 ||
+                   recording.nBitsPerSample == 32;
+  if (recording.bFloat ? recording.nBitsPerSample == 32 : pcm) return std::nullopt;
+  return Format("%s: %u-bit%s samples cannot be read; accepted are 8, 16, 24 or 32-bit PCM and 32-bit float",
+                recording.files.front().strPath.c_str(), recording.nBitsPerSample,
+                recording.bFloat ? " float" : " PCM");
+}
+
+}  // namespace carvello
