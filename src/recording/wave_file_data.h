@@ -39,28 +39,28 @@ class CWaveFileData {
   std::string m_strLastError;
   std::string m_strRadioModel;
   std::string m_strRadioSerial;
-  std::string m_strFirstFile;     // full path of file 0
-  std::string m_strInternalTag;   // shared by all files of one output
+  std::string m_strFirstFile;    // full path of file 0
+  std::string m_strInternalTag;  // shared by all files of one output
   std::string m_strTitle;
-  std::int64_t m_tOpened = 0;     // wall-clock seconds of the last Reset
+  std::int64_t m_tOpened = 0;  // wall-clock seconds of the last Reset
   std::uint32_t m_dwLastError = 0;
-  std::uint32_t m_nADFrequency = 0;      // Hz
-  std::int64_t m_nFileDataBytes = 0;     // sample bytes in the current file
-  std::uint64_t m_nFileBytes = 0;        // bytes in the current file, header included
-  std::uint64_t m_nTotalBytes = 0;       // bytes over all files, headers included
+  std::uint32_t m_nADFrequency = 0;   // Hz
+  std::int64_t m_nFileDataBytes = 0;  // sample bytes in the current file
+  std::uint64_t m_nFileBytes = 0;     // bytes in the current file, header included
+  std::uint64_t m_nTotalBytes = 0;    // bytes over all files, headers included
   bool m_bRF64 = false;
   std::int32_t m_nDualMode = 0;
-  std::int64_t m_nRadioCenterFreq = 0;   // Hz
-  std::uint32_t m_nSplitMB = 0;          // units of 1,000,000 bytes; 0 means one file
-  std::uint32_t m_nMaxSeconds = 0;       // wall-clock limit; 0 means none
-  std::uint32_t m_nSampleRate = 0;       // frames/s
-  std::int64_t m_tStart = 0;             // seconds since 1970 UTC of the first sample
+  std::int64_t m_nRadioCenterFreq = 0;  // Hz
+  std::uint32_t m_nSplitMB = 0;         // units of 1,000,000 bytes; 0 means one file
+  std::uint32_t m_nMaxSeconds = 0;      // wall-clock limit; 0 means none
+  std::uint32_t m_nSampleRate = 0;      // frames/s
+  std::int64_t m_tStart = 0;            // seconds since 1970 UTC of the first sample
   bool m_bStartValid = false;
-  double m_dStartOffset = 0.0;           // seconds of samples in the files already closed
+  double m_dStartOffset = 0.0;  // seconds of samples in the files already closed
   WAVEFORMATEX m_wfx;
-  std::uint32_t m_nBitsPerSample = 16;   // 16 integer, 32 float
+  std::uint32_t m_nBitsPerSample = 16;  // 16 integer, 32 float
   std::uint32_t m_nSequence = 0;
-  std::int32_t m_nBackdateSeconds = 0;   // subtracted once from the start at the next Open
+  std::int32_t m_nBackdateSeconds = 0;  // subtracted once from the start at the next Open
   SInfoTexts m_infoTexts;
   std::unique_ptr<CRiffFileWriter> m_pWriter;  // the open file; null when closed
 };

@@ -22,11 +22,11 @@ inline constexpr SubFormatGuid KSDATAFORMAT_SUBTYPE_IEEE_FLOAT = {0x03, 0, 0,   
 struct WAVEFORMATEX {
   std::uint16_t wFormatTag = 0;
   std::uint16_t nChannels = 0;
-  std::uint32_t nSamplesPerSec = 0;   // frames per second
+  std::uint32_t nSamplesPerSec = 0;  // frames per second
   std::uint32_t nAvgBytesPerSec = 0;
-  std::uint16_t nBlockAlign = 0;      // bytes per frame
+  std::uint16_t nBlockAlign = 0;  // bytes per frame
   std::uint16_t wBitsPerSample = 0;
-  std::uint16_t cbSize = 0;           // bytes that follow these 18
+  std::uint16_t cbSize = 0;  // bytes that follow these 18
 };
 
 // 40 bytes. Every accepted input format is normalised into this form.

@@ -48,6 +48,10 @@ bool CFile::Seek(std::int64_t position) {
   return true;
 }
 
+bool CFile::Truncate(std::int64_t length) {
+  return IsOpen() && platform::TruncateFile(m_hFile, length);
+}
+
 std::int64_t CFile::Length() const {
   return IsOpen() ? platform::FileLength(m_hFile) : -1;
 }

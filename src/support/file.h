@@ -32,8 +32,9 @@ class CFile {
   std::size_t Write(const void* buffer, std::size_t bytes);
 
   std::int64_t Position() const { return m_nPosition; }
-  bool Seek(std::int64_t position);  // absolute; false for a negative position
-  std::int64_t Length() const;       // bytes, -1 when it cannot be had
+  bool Seek(std::int64_t position);    // absolute; false for a negative position
+  bool Truncate(std::int64_t length);  // cuts the file's end off; the position stays
+  std::int64_t Length() const;         // bytes, -1 when it cannot be had
 
   // A number to tell handles apart in a log; 0 when closed.
   std::uint32_t LogId() const { return static_cast<std::uint32_t>(m_hFile); }

@@ -34,6 +34,8 @@ std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes);
 std::size_t WriteFile(FileHandle file, const void* buffer, std::size_t bytes);
 // 64-bit absolute seek. False on failure.
 bool SeekFile(FileHandle file, std::int64_t position);
+// Cuts (or extends) the file to `length` bytes; the position stays. False on failure.
+bool TruncateFile(FileHandle file, std::int64_t length);
 // Current length of the open file in bytes, or -1.
 std::int64_t FileLength(FileHandle file);
 

@@ -96,6 +96,10 @@ bool SeekFile(FileHandle file, std::int64_t position) {
   return lseek(Descriptor(file), position, SEEK_SET) >= 0;
 }
 
+bool TruncateFile(FileHandle file, std::int64_t length) {
+  return ftruncate(Descriptor(file), length) == 0;
+}
+
 std::int64_t FileLength(FileHandle file) {
   struct stat status {};
   return fstat(Descriptor(file), &status) == 0 ? status.st_size : -1;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdarg>
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,9 @@ std::string Trim(std::string_view text);
 // ASCII letters only; bytes of multi-byte characters stay as they are.
 std::string ToLowerAscii(std::string_view text);
 bool EqualsNoCaseAscii(std::string_view a, std::string_view b);
+
+// The front of a UTF-8 text, at most `bytes` long and cut at a character's border.
+std::string_view CutUtf8(std::string_view text, std::size_t bytes);
 
 // Every occurrence of `what` replaced by `with`. An empty `what` changes nothing.
 std::string ReplaceAll(std::string_view text, std::string_view what, std::string_view with);
