@@ -17,4 +17,8 @@ struct SInfoTexts {
   }
 };
 
+// The LIST chunk that ends a recording: its texts in the system code page, together at most 65,536 bytes. A text that
+// would not fit is cut at a character's border.
+std::string BuildInfoTrailer(const SInfoTexts& texts);
+
 }  // namespace carvello

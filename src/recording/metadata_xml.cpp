@@ -6,6 +6,7 @@
 #include <pugixml.hpp>
 
 #include "recording/base64.h"
+#include "recording/text_writer.h"
 #include "support/platform.h"
 #include "support/system_time.h"
 #include "support/text.h"
@@ -38,11 +39,6 @@ void Append(pugi::xml_node& element, const char* name, const Value& value) {
 void Append(pugi::xml_node& element, const char* name, const std::string& value) {
   element.append_attribute(name).set_value(value.c_str());
 }
-
-struct TextWriter final : pugi::xml_writer {
-  void write(const void* data, std::size_t size) override { strText.append(static_cast<const char*>(data), size); }
-  std::string strText;
-};
 
 }  // namespace
 
@@ -109,9 +105,9 @@ std::string BuildMetadataXml(const SMetadataFacts& facts) {
   // Deliberately the low 32 bits: the format defines this value as an unsigned 32-bit number.
   Append(definition, "UTCSeconds", static_cast<std::uint32_t>(facts.tStart));
 
-  TextWriter writer;
+  CTextWriter writer;
   document.save(writer, "", pugi::format_raw, pugi::encoding_utf8);
-  return writer.strText;
+  return writer.Text();
 }
 
 std::string FileNameOnly(std::string_view path) {

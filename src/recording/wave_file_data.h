@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "recording/info_texts.h"
 #include "recording/wave_format.h"
@@ -25,7 +26,7 @@ class CWaveFileData {
   // time and the RF64 flag stay.
   void Reset();
   // Names the file (with " %03d" before the extension when the output is split), builds its metadata and writes its
-  // header. False when the file cannot be created; SystemErrorText() then tells why.
+  // header. False when the file cannot be created; m_strLastError then holds the system's text.
   bool Open(const std::string& basePath, std::uint32_t sequence, const std::string& internalTag);
   // Appends values of `bits` bits, two values a frame, and goes on with the next file when the size limit is reached.
   // False leaves the output closed, the reason in m_strLastError.
@@ -33,6 +34,11 @@ class CWaveFileData {
   // Appends the INFO trailer, makes the sizes final and closes. True, also when nothing was open; a trailer or size
   // that could not be written is told in m_strLastError.
   bool Close();
+
+  // Full paths of all files opened since Reset, in order.
+  const std::vector<std::string>& Files() const { return m_files; }
+  // Sample bytes over all files since Reset.
+  std::int64_t TotalDataBytes() const { return m_nTotalDataBytes; }
 
   std::string m_strFileName;      // full path of the file now open, sequence number included
   std::string m_strBaseFileName;  // the output path before any sequence number
@@ -63,6 +69,15 @@ class CWaveFileData {
   std::int32_t m_nBackdateSeconds = 0;  // subtracted once from the start at the next Open
   SInfoTexts m_infoTexts;
   std::unique_ptr<CRiffFileWriter> m_pWriter;  // the open file; null when closed
+
+ private:
+  bool IsSplitDue() const;
+  void FillFormat();
+  void FillInfoTexts(std::int64_t now);
+  std::string MetadataXml(std::int64_t now, std::int64_t start, const std::string& previousFile) const;
+
+  std::vector<std::string> m_files;
+  std::int64_t m_nTotalDataBytes = 0;
 };
 
 }  // namespace carvello

@@ -1,0 +1,201 @@
+#include "recording/wave_file_data.h"
+
+#include <cstddef>
+
+#include "recording/metadata_xml.h"
+#include "recording/riff_file_writer.h"
+#include "support/formatting.h"
+#include "support/platform.h"
+#include "support/system_time.h"
+#include "support/text.h"
+#include "support/version.h"
+
+namespace carvello {
+
+namespace {
+
+constexpr std::uint16_t kChannels = 2;  // I and Q
+
+// Radio models may carry pictographs (a padlock and the like), most of which UTF-16 writes with the surrogate D83D in
+// front. Players show INFO texts in fonts without them, so they go, each as a whole: half a pair would be no character.
+std::string WithoutPictographs(const std::string& text) {
+  constexpr char16_t kPictographs = 0xD83D;
+  const std::u16string wide = Utf8ToUtf16(text);
+  std::u16string kept;
+  for (std::size_t index = 0; index < wide.size(); ++index) {
+    if (wide[index] == kPictographs) {
+      ++index;  // its partner
+    } else {
+      kept.push_back(wide[index]);
+    }
+  }
+  return Trim(Utf16ToUtf8(kept));
+}
+
+// " 000" and so on before the extension's dot. A path without one, or with its only one in front, stays as it is, and
+// all files of the output share it.
+std::string WithSequence(const std::string& basePath, std::uint32_t sequence) {
+  const std::size_t dot = basePath.rfind('.');
+  if (dot == std::string::npos || dot == 0) return basePath;
+  return std::string(basePath).insert(dot, Format(" %03d", static_cast<int>(sequence)));
+}
+
+}  // namespace
+
+CWaveFileData::CWaveFileData() {
+  Reset();
+}
+
+CWaveFileData::~CWaveFileData() = default;
+
+void CWaveFileData::Reset() {
+  m_nDualMode = 0;
+  m_dwLastError = 0;
+  m_nFileDataBytes = 0;
+  m_nFileBytes = 0;
+  m_nTotalBytes = 0;
+  m_nTotalDataBytes = 0;
+  m_nSplitMB = 0;
+  m_nMaxSeconds = 0;
+  m_nSequence = 0;
+  m_tOpened = CurrentTime();
+  m_strFirstFile.clear();
+  m_strFileName.clear();
+  m_strBaseFileName.clear();
+  m_strInternalTag.clear();
+  m_strLastError.clear();
+  m_files.clear();
+}
+
+bool CWaveFileData::Open(const std::string& basePath, std::uint32_t sequence, const std::string& internalTag) {
+  const std::int64_t now = CurrentTime();
+  m_strBaseFileName = basePath;
+  m_strInternalTag = internalTag;
+  m_nSequence = sequence;
+
+  const bool split = m_nSplitMB != 0;
+  const std::string previousFile = split && sequence != 0 ? m_strFileName : "";
+  m_strFileName = split ? WithSequence(m_strBaseFileName, sequence) : m_strBaseFileName;
+  if (sequence == 0) m_strFirstFile = m_strFileName;
+
+  std::int64_t start = m_bStartValid ? m_tStart + static_cast<std::int64_t>(m_dStartOffset) : now;
+  start -= m_nBackdateSeconds;
+  m_nBackdateSeconds = 0;
+
+  FillFormat();
+  const std::string xml = MetadataXml(now, start, previousFile);
+  FillInfoTexts(now);
+
+  if (!m_pWriter) m_pWriter = std::make_unique<CRiffFileWriter>();
+  const SSignalFacts signal{now, m_nRadioCenterFreq, m_nSampleRate, m_nSampleRate};
+  const std::int64_t headerBytes = m_pWriter->Open(m_strFileName, m_wfx, xml, m_infoTexts, m_bRF64, signal);
+  if (headerBytes == 0) {
+    m_dwLastError = m_pWriter->ErrorCode();
+    m_strLastError = SystemErrorText(m_dwLastError);
+    return false;
+  }
+  m_nFileBytes = static_cast<std::uint64_t>(headerBytes);
+  m_nFileDataBytes = 0;
+  m_nTotalBytes += m_nFileBytes;
+  m_files.push_back(m_strFileName);
+  return true;
+}
+
+bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint32_t bits) {
+  if (!m_pWriter) {
+    m_strLastError = "File not open";
+    return false;
+  }
+  const std::uint32_t bytes = bits / 8 * valueCount;
+  const std::int64_t now = CurrentTime();
+  if (m_nMaxSeconds != 0 && now - m_tOpened > std::int64_t{m_nMaxSeconds}) {
+    // The limit ends the recording without a fault, so the block goes without a message.
+    return Close();
+  }
+  m_nBackdateSeconds = 0;
+  if (IsSplitDue()) {
+    Close();
+    if (!Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
+      // Closed for good: going on with a later file would leave a gap that no start time tells of.
+      m_pWriter.reset();
+      return false;
+    }
+  }
+
+  const bool knownWidth = m_wfx.wBitsPerSample == 16 || m_wfx.wBitsPerSample == 24 || m_wfx.wBitsPerSample == 32;
+  if (!knownWidth || !m_pWriter->Write(block, bytes, now)) {
+    m_dwLastError = knownWidth ? m_pWriter->ErrorCode() : platform::LastError();
+    m_strLastError =
+        Format("Error writing %d bytes - %s", static_cast<int>(bytes), SystemErrorText(m_dwLastError).c_str());
+    Close();
+    return false;
+  }
+  m_nFileBytes += bytes;
+  m_nFileDataBytes += bytes;
+  m_nTotalBytes += bytes;
+  m_nTotalDataBytes += bytes;
+  return true;
+}
+
+bool CWaveFileData::Close() {
+  if (!m_pWriter) return true;
+  const double bytesPerSecond = m_nBitsPerSample * 2.0 / 8.0 * m_nSampleRate;
+  // A writer that never got its file open has nothing to count, although the bytes of the file before still stand here.
+  if (m_pWriter->HasOpened() && bytesPerSecond > 0) {
+    m_dStartOffset += static_cast<double>(m_nFileDataBytes) / bytesPerSecond;
+  }
+  if (!m_pWriter->Finish()) {
+    m_dwLastError = m_pWriter->ErrorCode();
+    m_strLastError = Format("Error writing the end of the file - %s", SystemErrorText(m_dwLastError).c_str());
+  }
+  m_pWriter.reset();
+  return true;
+}
+
+// Tested before a block is written: a file ends at the first block border at or beyond the limit, and an output that
+// ends there gets no empty file behind it.
+bool CWaveFileData::IsSplitDue() const {
+  return m_nSplitMB != 0 && (m_nFileBytes + 999) / 1000 >= std::uint64_t{m_nSplitMB} * 1000;
+}
+
+void CWaveFileData::FillFormat() {
+  m_wfx.wFormatTag = m_nBitsPerSample == 32 ? kFormatTagFloat : kFormatTagPcm;
+  m_wfx.nChannels = kChannels;
+  m_wfx.nSamplesPerSec = m_nSampleRate;
+  m_wfx.nBlockAlign = static_cast<std::uint16_t>(m_nBitsPerSample / 8 * kChannels);
+  m_wfx.nAvgBytesPerSec = m_wfx.nBlockAlign * m_nSampleRate;
+  m_wfx.wBitsPerSample = static_cast<std::uint16_t>(m_nBitsPerSample);
+  m_wfx.cbSize = 0;
+}
+
+std::string CWaveFileData::MetadataXml(std::int64_t now, std::int64_t start, const std::string& previousFile) const {
+  SMetadataFacts facts;
+  facts.tCreated = now;
+  facts.tStart = start;
+  facts.strFileName = m_strFileName;
+  facts.strFirstFile = m_strFirstFile;
+  facts.strPreviousFile = previousFile;
+  facts.strInternalTag = m_strInternalTag;
+  facts.strRadioModel = m_strRadioModel;
+  facts.strRadioSerial = m_strRadioSerial;
+  facts.nDualMode = m_nDualMode;
+  facts.nSequence = static_cast<std::int32_t>(m_nSequence);
+  facts.nADFrequency = m_nADFrequency;
+  facts.nBitsPerSample = m_wfx.wBitsPerSample;
+  facts.nBytesPerSecond = m_wfx.nAvgBytesPerSec;
+  facts.nRadioCenterFreq = m_nRadioCenterFreq;
+  facts.nSampleRate = m_nSampleRate;
+  return BuildMetadataXml(facts);
+}
+
+void CWaveFileData::FillInfoTexts(std::int64_t now) {
+  m_infoTexts.strINAM = Format("%s, %s", m_strTitle.c_str(), FormatLocal("%Y-%m-%d %H:%M", now).c_str());
+  m_infoTexts.strIPRD = Format("SDR Data (IQ) Recordings, %s", m_bRF64 ? "WAV RF64" : "WAV");
+  m_infoTexts.strIART = Format("Halvarn, %s", WithoutPictographs(m_strRadioModel).c_str());
+  m_infoTexts.strICOP = Format("Software %s", VersionValue("LegalCopyright").c_str());
+  m_infoTexts.strICMT =
+      Format("Created by %s\\%s on %s, filename %s", platform::ComputerName().c_str(), platform::UserName().c_str(),
+             FormatLocal("%Y-%m-%d %H:%M:%S", now).c_str(), m_strFileName.c_str());
+}
+
+}  // namespace carvello
