@@ -2,6 +2,7 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <pwd.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
@@ -16,6 +17,7 @@
 #include <cerrno>
 #include <climits>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -248,9 +250,25 @@ bool SetCurrentThreadPriority(int priority) {
   return setpriority(PRIO_PROCESS, thread, level->nNice) == 0;
 }
 
+bool CanRaiseThreadPriority() {
+  // To "Above normal", as the workers need it: the privilege, or a resource limit that lets the nice value go so low.
+  constexpr rlim_t kLimitOfAboveNormal = 25;
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NICE, &limit) == 0 && limit.rlim_cur >= kLimitOfAboveNormal) return true;
+  __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+  __user_cap_data_struct data[_LINUX_CAPABILITY_U32S_3] = {};
+  if (syscall(SYS_capget, &header, data) != 0) return false;
+  return (data[CAP_TO_INDEX(CAP_SYS_NICE)].effective & CAP_TO_MASK(CAP_SYS_NICE)) != 0;
+}
+
 void SetCurrentThreadName(const std::string& name) {
   // The system takes 15 bytes and refuses longer names as a whole.
   pthread_setname_np(pthread_self(), name.substr(0, 15).c_str());
+}
+
+void DebugOutput(const std::string& line) {
+  static const bool wanted = std::getenv("CARVELLO_DEBUG_OUTPUT") != nullptr;
+  if (wanted) std::fprintf(stderr, "%s\n", line.c_str());
 }
 
 std::int64_t ProcessCpuMilliseconds() {

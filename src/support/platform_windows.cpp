@@ -1,0 +1,429 @@
+// Files, errors, modules, threads and texts of Windows; times stand in platform_windows_time.cpp.
+#include "support/platform.h"
+
+// clang-format off
+#include <windows.h>
+#include <shellapi.h>
+// clang-format on
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "support/platform_windows_text.h"
+#include "support/text.h"
+
+namespace carvello::platform {
+
+namespace {
+
+// A part of at most this many bytes goes into one call: the calls count in 32 bits, and network drives take less.
+constexpr std::size_t kLargestTransfer = 64U << 20U;
+constexpr std::uint64_t kTicksPerSecond = 10'000'000;  // of a FILETIME
+constexpr std::int64_t kSecondsFrom1601To1970 = 11'644'473'600;
+
+struct CloseOnExit {
+  void operator()(HANDLE handle) const { CloseHandle(handle); }
+};
+using OwnedHandle = std::unique_ptr<void, CloseOnExit>;
+
+HANDLE AsHandle(FileHandle file) {
+  return reinterpret_cast<HANDLE>(file);
+}
+
+std::uint64_t Join(DWORD high, DWORD low) {
+  return std::uint64_t{high} << 32U | low;
+}
+
+std::int64_t SecondsOf(const FILETIME& time) {
+  return static_cast<std::int64_t>(Join(time.dwHighDateTime, time.dwLowDateTime) / kTicksPerSecond) -
+         kSecondsFrom1601To1970;
+}
+
+bool IsFolder(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// ReadFile or WriteFile in parts until everything is transferred, the file ends or the system refuses.
+template <typename Byte, typename Call>
+std::size_t TransferAll(Call call, Byte* buffer, std::size_t bytes) {
+  std::size_t done = 0;
+  while (done < bytes) {
+    const auto part = static_cast<DWORD>(std::min(bytes - done, kLargestTransfer));
+    DWORD count = 0;
+    if (!call(buffer + done, part, &count) || count == 0) break;
+    done += count;
+  }
+  return done;
+}
+
+// Calls a Windows function that fills a buffer of the given number of characters and gives the length it used, or one
+// as long as the buffer when that is too short.
+template <typename Call>
+std::wstring GrowingText(Call call) {
+  std::wstring text(MAX_PATH, L'\0');
+  for (;;) {
+    const std::size_t length = call(text.data(), static_cast<DWORD>(text.size()));
+    if (length < text.size()) {
+      text.resize(length);
+      return text;
+    }
+    text.resize(text.size() * 2);
+  }
+}
+
+// A character of the system code page or of UTF-8 for every UTF-16 text.
+std::string FromWide(UINT codePage, std::wstring_view text) {
+  const int length = static_cast<int>(text.size());
+  const int size = WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string bytes(static_cast<std::size_t>(std::max(size, 0)), '\0');
+  WideCharToMultiByte(codePage, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
+  return bytes;
+}
+
+std::wstring ToWide(UINT codePage, std::string_view bytes) {
+  const int length = static_cast<int>(bytes.size());
+  const int size = MultiByteToWideChar(codePage, 0, bytes.data(), length, nullptr, 0);
+  std::wstring text(static_cast<std::size_t>(std::max(size, 0)), L'\0');
+  MultiByteToWideChar(codePage, 0, bytes.data(), length, text.data(), size);
+  return text;
+}
+
+}  // namespace
+
+std::wstring Wide(std::string_view text) {
+  return ToWide(CP_UTF8, text);
+}
+
+std::string Narrow(std::wstring_view text) {
+  return FromWide(CP_UTF8, text);
+}
+
+std::wstring WidePath(const std::string& path) {
+  // Folders need room for a short file name behind them, hence 12 less than the limit for files.
+  constexpr std::size_t kPlainLimit = MAX_PATH - 12;
+  std::wstring wide = Wide(path);
+  if (wide.size() < kPlainLimit || wide.starts_with(L"\\\\?\\")) return wide;
+  std::wstring full =
+      GrowingText([&](wchar_t* buffer, DWORD size) { return GetFullPathNameW(wide.c_str(), size, buffer, nullptr); });
+  if (full.starts_with(L"\\\\")) return L"\\\\?\\UNC" + full.substr(1);
+  return L"\\\\?\\" + full;
+}
+
+// ---- files -----------------------------------------------------------------------------------------------------
+
+FileHandle OpenFile(const std::string& path, EOpenMode mode) {
+  const bool read = mode == EOpenMode::ReadShared;
+  const DWORD access = read ? GENERIC_READ : GENERIC_WRITE;
+  const DWORD share = read ? FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE : FILE_SHARE_READ;
+  const HANDLE file = CreateFileW(WidePath(path).c_str(), access, share, nullptr, read ? OPEN_EXISTING : CREATE_ALWAYS,
+                                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  return file == INVALID_HANDLE_VALUE ? kNoFile : reinterpret_cast<FileHandle>(file);
+}
+
+void CloseFile(FileHandle file) {
+  const DWORD kept = GetLastError();
+  CloseHandle(AsHandle(file));
+  SetLastError(kept);
+}
+
+std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes) {
+  return TransferAll(
+      [&](char* part, DWORD size, DWORD* count) { return ::ReadFile(AsHandle(file), part, size, count, nullptr) != 0; },
+      static_cast<char*>(buffer), bytes);
+}
+
+std::size_t WriteFile(FileHandle file, const void* buffer, std::size_t bytes) {
+  return TransferAll([&](const char* part, DWORD size,
+                         DWORD* count) { return ::WriteFile(AsHandle(file), part, size, count, nullptr) != 0; },
+                     static_cast<const char*>(buffer), bytes);
+}
+
+bool SeekFile(FileHandle file, std::int64_t position) {
+  LARGE_INTEGER target;
+  target.QuadPart = position;
+  return SetFilePointerEx(AsHandle(file), target, nullptr, FILE_BEGIN) != 0;
+}
+
+bool TruncateFile(FileHandle file, std::int64_t length) {
+  FILE_END_OF_FILE_INFO end{};
+  end.EndOfFile.QuadPart = length;
+  return SetFileInformationByHandle(AsHandle(file), FileEndOfFileInfo, &end, sizeof(end)) != 0;
+}
+
+std::int64_t FileLength(FileHandle file) {
+  LARGE_INTEGER length;
+  return GetFileSizeEx(AsHandle(file), &length) != 0 ? length.QuadPart : -1;
+}
+
+std::optional<FileStatus> GetFileStatus(const std::string& path) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  // Attributes only, which even a file that others hold open gives; the flag lets folders be opened too.
+  const HANDLE raw = CreateFileW(WidePath(path).c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
+                                 FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (raw == INVALID_HANDLE_VALUE) return std::nullopt;
+  const OwnedHandle handle(raw);
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (GetFileInformationByHandle(handle.get(), &information) == 0) return std::nullopt;
+  FileStatus status;
+  status.nSize = static_cast<std::int64_t>(Join(information.nFileSizeHigh, information.nFileSizeLow));
+  status.bDirectory = (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  status.tCreated = SecondsOf(information.ftCreationTime);
+  status.tModified = SecondsOf(information.ftLastWriteTime);
+  status.nVolume = information.dwVolumeSerialNumber;
+  status.nFileNumber = Join(information.nFileIndexHigh, information.nFileIndexLow);
+  return status;
+}
+
+bool IsReadable(const std::string& path) {
+  return _waccess(WidePath(path).c_str(), 4) == 0;
+}
+
+bool IsWritableFolder(const std::string& folder) {
+  const std::wstring path = WidePath(folder);
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+  if (!IsFolder(path)) {
+    SetLastError(ERROR_DIRECTORY);
+    return false;
+  }
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const HANDLE handle =
+      CreateFileW(path.c_str(), FILE_ADD_FILE, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return false;
+  CloseHandle(handle);
+  return true;
+}
+
+bool RemoveFile(const std::string& path) {
+  return DeleteFileW(WidePath(path).c_str()) != 0;
+}
+
+std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
+  struct CloseFind {
+    void operator()(HANDLE handle) const { FindClose(handle); }
+  };
+  WIN32_FIND_DATAW entry{};
+  const HANDLE raw = FindFirstFileW(WidePath(JoinPath(folder, "*")).c_str(), &entry);
+  if (raw == INVALID_HANDLE_VALUE) return std::nullopt;
+  const std::unique_ptr<void, CloseFind> search(raw);
+  std::vector<std::string> names;
+  do {
+    const std::wstring_view name = entry.cFileName;
+    if (name != L"." && name != L"..") names.push_back(Narrow(name));
+  } while (FindNextFileW(search.get(), &entry) != 0);
+  if (GetLastError() != ERROR_NO_MORE_FILES) return std::nullopt;
+  return names;
+}
+
+namespace {
+constexpr std::string_view kSeparators = "\\/:";
+}
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+  std::string path(folder);
+  if (!path.empty() && kSeparators.find(path.back()) == std::string_view::npos) path += '\\';
+  return path.append(name);
+}
+
+std::string FolderOf(std::string_view path) {
+  const std::size_t separator = path.find_last_of(kSeparators);
+  if (separator == std::string_view::npos) return ".";
+  // Roots keep their separator: "\", "C:\" and, for what stands in a drive's present folder, "C:".
+  const bool isRoot = separator == 0 || path[separator] == ':' || path[separator - 1] == ':';
+  return std::string(path.substr(0, isRoot ? separator + 1 : separator));
+}
+
+std::string NameOf(std::string_view path) {
+  return std::string(path.substr(path.find_last_of(kSeparators) + 1));
+}
+
+bool FileNamesEqual(std::string_view a, std::string_view b) {
+  const std::wstring wideA = Wide(a);
+  const std::wstring wideB = Wide(b);
+  return CompareStringOrdinal(wideA.c_str(), static_cast<int>(wideA.size()), wideB.c_str(),
+                              static_cast<int>(wideB.size()), TRUE) == CSTR_EQUAL;
+}
+
+// ---- errors ----------------------------------------------------------------------------------------------------
+
+std::uint32_t LastError() {
+  return GetLastError();
+}
+
+std::optional<std::string> ErrorText(std::uint32_t code) {
+  std::array<wchar_t, 512> text{};
+  const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
+                                      text.data(), static_cast<DWORD>(text.size()), nullptr);
+  if (length == 0) return std::nullopt;
+  return Narrow({text.data(), length});
+}
+
+bool MeansHeldOpen(std::uint32_t code) {
+  return code == ERROR_ACCESS_DENIED;
+}
+
+// ---- libraries and the program itself --------------------------------------------------------------------------
+
+LibraryHandle LoadSharedLibrary(const std::string& path) {
+  return LoadLibraryW(WidePath(path).c_str());
+}
+
+void* FindSymbol(LibraryHandle library, const char* name) {
+  return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name));
+}
+
+void FreeSharedLibrary(LibraryHandle library) {
+  FreeLibrary(static_cast<HMODULE>(library));
+}
+
+std::string SharedLibraryFileName(std::string_view name) {
+  return std::string(name) + ".dll";
+}
+
+std::string ProgramPath() {
+  return Narrow(GrowingText([](wchar_t* buffer, DWORD size) { return GetModuleFileNameW(nullptr, buffer, size); }));
+}
+
+std::optional<std::string> ModuleVersionValue(const std::string& path, const std::string& key) {
+  const std::wstring module = WidePath(path);
+  std::vector<char> record(GetFileVersionInfoSizeW(module.c_str(), nullptr));
+  if (record.empty() || GetFileVersionInfoW(module.c_str(), 0, static_cast<DWORD>(record.size()), record.data()) == 0) {
+    return std::nullopt;
+  }
+  void* found = nullptr;
+  UINT length = 0;
+  if (VerQueryValueW(record.data(), L"\\VarFileInfo\\Translation", &found, &length) == 0 || length < 4) {
+    return std::nullopt;
+  }
+  const auto* translation = static_cast<const WORD*>(found);
+  const std::string name =
+      Format("\\StringFileInfo\\%04X%04X\\%s", unsigned{translation[0]}, unsigned{translation[1]}, key.c_str());
+  if (VerQueryValueW(record.data(), Wide(name).c_str(), &found, &length) == 0 || length == 0) return std::nullopt;
+  return Narrow(static_cast<const wchar_t*>(found));
+}
+
+std::vector<std::string> ProgramArguments(int argc, char** argv) {
+  // The C runtime hands arguments over in the system code page, which loses characters; the command line has them all.
+  int count = 0;
+  const std::unique_ptr<LPWSTR, decltype(&LocalFree)> wide(CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
+  if (!wide) return {argv, argv + argc};
+  std::vector<std::string> arguments;
+  for (int index = 0; index < count; ++index) arguments.push_back(Narrow(wide.get()[index]));
+  return arguments;
+}
+
+// ---- threads, processes, machine -------------------------------------------------------------------------------
+
+void PrepareProcess() {
+  // A missing disk is an error for the caller, not a system dialog that holds the program up.
+  SetErrorMode(SEM_FAILCRITICALERRORS);
+  SetConsoleOutputCP(CP_UTF8);
+}
+
+bool SetCurrentThreadPriority(int priority) {
+  return SetThreadPriority(GetCurrentThread(), priority) != 0;
+}
+
+bool CanRaiseThreadPriority() {
+  return true;
+}
+
+void SetCurrentThreadName(const std::string& name) {
+  // Looked up at run time: Windows has it since version 10 only.
+  using SetDescription = HRESULT(WINAPI*)(HANDLE, PCWSTR);
+  const FARPROC found = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "SetThreadDescription");
+  if (found == nullptr) return;
+  reinterpret_cast<SetDescription>(reinterpret_cast<void*>(found))(GetCurrentThread(), Wide(name).c_str());
+}
+
+void DebugOutput(const std::string& line) {
+  OutputDebugStringW(Wide(line + "\n").c_str());
+}
+
+std::int64_t ProcessCpuMilliseconds() {
+  FILETIME created{};
+  FILETIME ended{};
+  FILETIME kernel{};
+  FILETIME user{};
+  if (GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user) == 0) return 0;
+  const std::uint64_t ticks =
+      Join(kernel.dwHighDateTime, kernel.dwLowDateTime) + Join(user.dwHighDateTime, user.dwLowDateTime);
+  return static_cast<std::int64_t>(ticks / (kTicksPerSecond / 1000));
+}
+
+unsigned ProcessorCount() {
+  SYSTEM_INFO information{};
+  GetSystemInfo(&information);
+  return std::max<DWORD>(1, information.dwNumberOfProcessors);
+}
+
+namespace {
+
+std::string ShortName(BOOL(WINAPI* call)(LPWSTR, LPDWORD)) {
+  std::array<wchar_t, 256> name{};
+  auto size = static_cast<DWORD>(name.size());
+  return call(name.data(), &size) != 0 ? Narrow(name.data()) : std::string();
+}
+
+}  // namespace
+
+std::string UserName() {
+  return ShortName(GetUserNameW);
+}
+
+std::string ComputerName() {
+  return ShortName(GetComputerNameW);
+}
+
+// ---- texts of the system code page -----------------------------------------------------------------------------
+
+std::string Utf8ToSystemCodePage(std::string_view text) {
+  return FromWide(CP_ACP, Wide(text));
+}
+
+std::string SystemCodePageToUtf8(std::string_view bytes) {
+  return Narrow(ToWide(CP_ACP, bytes));
+}
+
+// ---- desktop and console ---------------------------------------------------------------------------------------
+
+std::string TempFolder() {
+  static const std::string folder =
+      Narrow(GrowingText([](wchar_t* buffer, DWORD size) { return GetEnvironmentVariableW(L"TEMP", buffer, size); }));
+  return folder;
+}
+
+bool OpenWithDesktop(const std::string& path, const std::string& verb) {
+  const std::wstring widePath = Wide(path);
+  const std::wstring wideVerb = Wide(verb);
+  SHELLEXECUTEINFOW request{};
+  request.cbSize = sizeof(request);
+  request.fMask = SEE_MASK_FLAG_NO_UI;
+  request.lpVerb = wideVerb.c_str();
+  request.lpFile = widePath.c_str();
+  request.nShow = SW_SHOWNORMAL;
+  return ShellExecuteExW(&request) != 0;
+}
+
+namespace {
+
+HANDLE StandardStream(int number) {
+  return GetStdHandle(number == 2 ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE);
+}
+
+}  // namespace
+
+bool IsTerminal(int standardStream) {
+  DWORD mode = 0;
+  return GetConsoleMode(StandardStream(standardStream), &mode) != 0;
+}
+
+unsigned TerminalColumns() {
+  CONSOLE_SCREEN_BUFFER_INFO information{};
+  if (GetConsoleScreenBufferInfo(StandardStream(2), &information) == 0) return 80;
+  return static_cast<unsigned>(information.srWindow.Right - information.srWindow.Left + 1);
+}
+
+}  // namespace carvello::platform
