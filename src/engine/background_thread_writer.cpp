@@ -16,8 +16,6 @@ namespace {
 constexpr std::uint32_t kOutputBytes = 16'777'216;
 // Above this output rate the library decimates by whole numbers only.
 constexpr std::uint32_t kMaxFractionalRate = 1'000'000;
-// Above this part size an output is one RF64 file; a WAV file's 32-bit sizes would come close to their end.
-constexpr std::uint32_t kMaxWavSplitMB = 2000;
 // Free blocks that a writer keeps. The reader keeps at most about three blocks in flight, so more are never in use.
 constexpr std::size_t kMaxFreeBlocks = 4;
 
@@ -169,8 +167,8 @@ void CBackgroundThreadWriter::DescribeOutput() {
   m_output.m_tStart = entry.tStart;
   m_output.m_bStartValid = true;
   m_output.m_nBitsPerSample = entry.nBitsPerSample;
-  m_output.m_nSplitMB = entry.nFileSizeMB;
-  m_output.m_bRF64 = entry.nFileSizeMB == 0 || entry.nFileSizeMB > kMaxWavSplitMB;
+  m_output.m_bRF64 = IsSingleRf64(entry);
+  m_output.m_nSplitMB = m_output.m_bRF64 ? 0 : entry.nFileSizeMB;
   m_output.m_strBaseFileName = entry.strFileName;
   m_output.m_strTitle = entry.strTitle;
   m_output.m_strInternalTag = RecordingTag();

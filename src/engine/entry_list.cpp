@@ -42,10 +42,6 @@ std::string StartText(std::int64_t start, bool utc) {
 
 }  // namespace
 
-std::string BandwidthText(std::uint32_t bandwidth) {
-  return FormatFrequency(bandwidth);
-}
-
 void CEntryList::SetRecording(const CRecordingSet& recording, const SInfoTexts& infoTexts) {
   Reset();
   m_recording = recording;

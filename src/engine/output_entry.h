@@ -29,4 +29,12 @@ struct OutputEntry {
   std::uint32_t nOutputSampleRate = 0;
 };
 
+// Above this part size an output is one RF64 file: a WAV file's 32-bit sizes would come close to their end.
+inline constexpr std::uint32_t kMaxWavSplitMB = 2000;
+
+// Whether the output is one RF64 file; every other one is split into numbered WAV files.
+inline bool IsSingleRf64(const OutputEntry& entry) {
+  return entry.nFileSizeMB == 0 || entry.nFileSizeMB > kMaxWavSplitMB;
+}
+
 }  // namespace carvello

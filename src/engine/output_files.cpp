@@ -42,7 +42,7 @@ bool IsSplit(const OutputEntry& entry) {
 
 std::vector<std::string> ExistingParts(const OutputEntry& entry) {
   std::vector<std::string> parts;
-  if (!IsSplit(entry)) return parts;
+  if (IsSingleRf64(entry)) return parts;
   const std::string folder = platform::FolderOf(entry.strFileName);
   const std::string outputName = platform::NameOf(entry.strFileName);
   const auto names = platform::ListFolder(folder);
@@ -67,9 +67,9 @@ std::vector<std::string> InputFilesReplaced(const OutputEntry& entry, const std:
   std::vector<std::string> replaced;
   for (const std::string& input : inputFiles) {
     const std::string inputName = platform::NameOf(input);
-    const bool byName =
-        (platform::FileNamesEqual(inputName, outputName) || (IsSplit(entry) && IsPartOf(inputName, outputName))) &&
-        SameFile(platform::FolderOf(input), folder);
+    const bool byName = (platform::FileNamesEqual(inputName, outputName) ||
+                         (!IsSingleRf64(entry) && IsPartOf(inputName, outputName))) &&
+                        SameFile(platform::FolderOf(input), folder);
     const bool bySameFile =
         std::any_of(existing.begin(), existing.end(), [&](const auto& file) { return SameFile(file, input); });
     if (byName || bySameFile) replaced.push_back(input);

@@ -8,8 +8,6 @@
 
 namespace carvello {
 
-// Whether the entry's output is split into numbered parts.
-bool IsSplit(const OutputEntry& entry);
 // Full paths of the numbered parts ("name 000.wav", ...) of an earlier output of this name; none for an entry that is
 // not split.
 std::vector<std::string> ExistingParts(const OutputEntry& entry);

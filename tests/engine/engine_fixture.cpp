@@ -1,0 +1,256 @@
+#include "engine/engine_fixture.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <thread>
+
+namespace carvello::test {
+
+namespace {
+
+constexpr std::int64_t kNumberBase = 30'011;  // below 32768, and prime to every block length
+
+std::mutex passThroughLock;
+std::vector<SPassThrough::SInstance> instances;
+std::uint32_t reportedRateOut = 0;
+std::atomic<int> delayMilliseconds = 0;
+std::atomic<std::uint32_t> delayedHandle = 0;
+
+template <typename TNumber>
+void Put(std::string& bytes, TNumber number) {
+  for (std::size_t i = 0; i < sizeof(number); ++i) {
+    bytes.push_back(static_cast<char>((static_cast<std::uint64_t>(number) >> (8 * i)) & 0xFF));
+  }
+}
+
+}  // namespace
+
+void CKeepingTarget::PostTexts(std::uint32_t /*message*/, std::string worker, std::string text) {
+  const std::lock_guard guard(m_lock);
+  m_lines.push_back(worker + "> " + text);
+}
+
+void CKeepingTarget::PostNumbers(std::uint32_t /*message*/, std::uint64_t total, std::uint64_t done) {
+  EXPECT_EQ(total, 10'000u);
+  const std::lock_guard guard(m_lock);
+  m_progress.push_back(done);
+}
+
+std::vector<std::string> CKeepingTarget::Lines() const {
+  const std::lock_guard guard(m_lock);
+  return m_lines;
+}
+
+std::size_t CKeepingTarget::Count(const std::string& line) const {
+  const auto lines = Lines();
+  return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), line));
+}
+
+std::vector<std::uint64_t> CKeepingTarget::Progress() const {
+  const std::lock_guard guard(m_lock);
+  return m_progress;
+}
+
+void SPassThrough::Bind(DspBinding& binding) {
+  {
+    const std::lock_guard guard(passThroughLock);
+    instances.clear();
+    reportedRateOut = 0;
+  }
+  delayMilliseconds = 0;
+  binding.bLoaded = 1;
+  binding.AllocInstance = [](const wchar_t* name) -> std::uint32_t {
+    EXPECT_STREQ(name, L"Carvello");
+    const std::lock_guard guard(passThroughLock);
+    instances.emplace_back();
+    return static_cast<std::uint32_t>(instances.size());
+  };
+  binding.ReleaseInstance = [](std::uint32_t handle) {
+    const std::lock_guard guard(passThroughLock);
+    instances[handle - 1].bReleased = true;
+  };
+  binding.DownconvertInit = [](std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) {
+    const std::lock_guard guard(passThroughLock);
+    instances[handle - 1].nInputRate = inputRate;
+    instances[handle - 1].nOutputRate = outputRate;
+  };
+  binding.DisableFractionalResampler = [](std::uint32_t handle) {
+    const std::lock_guard guard(passThroughLock);
+    instances[handle - 1].bFractionalDisabled = true;
+  };
+  binding.DownconvertRateOut = [](std::uint32_t handle) -> std::uint32_t {
+    const std::lock_guard guard(passThroughLock);
+    return reportedRateOut != 0 ? reportedRateOut : instances[handle - 1].nOutputRate;
+  };
+  binding.NCO = [](std::uint32_t handle, std::int64_t shift, std::uint32_t /*inputRate*/, const SComplex* source,
+                   std::uint32_t count, SComplex* destination) {
+    {
+      const std::lock_guard guard(passThroughLock);
+      instances[handle - 1].shifts.push_back(shift);
+    }
+    EXPECT_EQ(source, destination) << "the shift is done in place";
+    // A shift that is not 0 spoils the block, so that a writer that shared it with another would show.
+    if (shift != 0) std::memset(destination, 0, count * sizeof(SComplex));
+  };
+  binding.DownconvertRun = [](std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
+                              std::uint32_t* outputCount) {
+    EXPECT_EQ(*outputCount, 0u);
+    if (handle == delayedHandle && delayMilliseconds != 0) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(delayMilliseconds));
+    }
+    std::memcpy(output, input, inputCount * sizeof(SComplex));
+    *outputCount = inputCount;
+    const std::lock_guard guard(passThroughLock);
+    instances[handle - 1].nSamples += inputCount;
+  };
+}
+
+std::vector<SPassThrough::SInstance> SPassThrough::Instances() {
+  const std::lock_guard guard(passThroughLock);
+  return instances;
+}
+
+void SPassThrough::ReportRateOut(std::uint32_t rate) {
+  const std::lock_guard guard(passThroughLock);
+  reportedRateOut = rate;
+}
+
+void SPassThrough::DelayRun(int milliseconds, std::uint32_t handle) {
+  delayedHandle = handle;
+  delayMilliseconds = milliseconds;
+}
+
+std::int16_t NumberedI(std::int64_t frame) {
+  return static_cast<std::int16_t>(frame % kNumberBase);
+}
+std::int16_t NumberedQ(std::int64_t frame) {
+  return static_cast<std::int16_t>(frame / kNumberBase);
+}
+
+EngineTest::EngineTest() : m_reader(m_dsp) {
+  std::random_device random;
+  m_folder = std::filesystem::temp_directory_path() / ("carvello-engine-" + std::to_string(random()));
+  std::filesystem::create_directory(m_folder);
+  SPassThrough::Bind(m_dsp);
+  m_reader.SetTarget(&m_target, RegisterMessage(kLogMessageName));
+  m_reader.SetProgressTarget(&m_target, RegisterMessage(kProgressMessageName));
+  m_reader.SetName("Reader");
+}
+
+EngineTest::~EngineTest() {
+  m_reader.Stop();
+  std::error_code ignored;
+  std::filesystem::remove_all(m_folder, ignored);
+}
+
+std::string EngineTest::Path(const std::string& name) const {
+  const auto path = (m_folder / std::filesystem::path(std::u8string(name.begin(), name.end()))).u8string();
+  return {path.begin(), path.end()};
+}
+
+std::string EngineTest::WriteNumbered(const std::string& name, std::int64_t first, std::int64_t frames) const {
+  const auto dataBytes = static_cast<std::uint32_t>(4 * frames);
+  std::string bytes = "RIFF";
+  Put<std::uint32_t>(bytes, 36 + dataBytes);
+  bytes += "WAVEfmt ";
+  Put<std::uint32_t>(bytes, 16);
+  Put<std::uint16_t>(bytes, 1);
+  Put<std::uint16_t>(bytes, 2);
+  Put<std::uint32_t>(bytes, 1'000'000);
+  Put<std::uint32_t>(bytes, 4'000'000);
+  Put<std::uint16_t>(bytes, 4);
+  Put<std::uint16_t>(bytes, 16);
+  bytes += "data";
+  Put<std::uint32_t>(bytes, dataBytes);
+  const std::size_t header = bytes.size();
+  bytes.resize(header + dataBytes);
+  for (std::int64_t i = 0; i < frames; ++i) {
+    const std::int16_t pair[2] = {NumberedI(first + i), NumberedQ(first + i)};
+    std::memcpy(&bytes[header + static_cast<std::size_t>(4 * i)], pair, sizeof(pair));
+  }
+  const std::string path = Path(name);
+  std::ofstream(m_folder / std::filesystem::path(std::u8string(name.begin(), name.end())), std::ios::binary) << bytes;
+  return path;
+}
+
+OutputEntry EngineTest::MakeEntry(const std::string& name, std::int64_t startSample, std::int64_t totalSamples) const {
+  OutputEntry entry;
+  entry.strFileName = Path(name);
+  entry.strDisplayName = name;
+  entry.nStartSample = startSample;
+  entry.nTotalSamples = totalSamples;
+  entry.nInputFrequency = entry.nOutputFrequency = 7'000'000;
+  entry.nInputSampleRate = entry.nOutputSampleRate = 1'000'000;
+  entry.tStart = 1'604'275'140;
+  return entry;
+}
+
+std::vector<std::int64_t> EngineTest::ReadNumbered(const std::string& path) const {
+  const std::vector<std::uint8_t> data = ChunkBody(ReadBytes(path), "data");
+  std::vector<std::int64_t> numbers(data.size() / 4);
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    std::int16_t pair[2];
+    std::memcpy(pair, &data[4 * i], sizeof(pair));
+    numbers[i] = pair[1] * kNumberBase + pair[0];
+  }
+  return numbers;
+}
+
+void EngineTest::RunJob(const std::vector<std::string>& files, const std::vector<OutputEntry>& entries,
+                        std::int64_t totalBytes) {
+  m_reader.Start();
+  m_reader.Post(request::kCreateWriters, static_cast<std::int32_t>(entries.size()));
+  std::int64_t seek = entries.front().nStartSample;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    auto request = m_reader.TakeRequest(request::kGiveEntry);
+    request->nParam1 = static_cast<std::int32_t>(i);
+    request->pEntry = &entries[i];
+    m_reader.Post(std::move(request));
+    seek = std::min(seek, entries[i].nStartSample);
+  }
+  m_reader.SetInput(files, false);
+  auto request = m_reader.TakeRequest(request::kStartJob);
+  request->strParam = files.front();
+  request->llParam1 = seek;
+  request->llParam2 = totalBytes;
+  m_reader.Post(std::move(request));
+  m_reader.WaitIdle();
+  while (m_reader.IsRunning()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  m_reader.WaitIdle();
+  m_reader.Stop();
+}
+
+std::vector<std::uint8_t> ReadBytes(const std::string& path) {
+  std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::vector<std::uint8_t> ChunkBody(const std::vector<std::uint8_t>& file, const std::string& name) {
+  const auto number32 = [&](std::size_t at) {
+    std::uint32_t number = 0;
+    std::memcpy(&number, &file[at], sizeof(number));
+    return number;
+  };
+  std::uint64_t dataSize = 0;
+  for (std::size_t at = 12; at + 8 <= file.size();) {
+    const std::string chunk(file.begin() + static_cast<std::ptrdiff_t>(at),
+                            file.begin() + static_cast<std::ptrdiff_t>(at) + 4);
+    std::uint64_t size = number32(at + 4);
+    if (chunk == "ds64") std::memcpy(&dataSize, &file[at + 16], sizeof(dataSize));
+    if (chunk == "data" && size == 0xFFFFFFFF) size = dataSize;
+    at += 8;
+    if (chunk == name) {
+      return {file.begin() + static_cast<std::ptrdiff_t>(at), file.begin() + static_cast<std::ptrdiff_t>(at + size)};
+    }
+    at += size;
+  }
+  ADD_FAILURE() << "no chunk " << name;
+  return {};
+}
+
+}  // namespace carvello::test

@@ -1,0 +1,332 @@
+// Making, checking, naming, de-duplicating and sorting output entries.
+#include "engine/entry_list.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "support/platform.h"
+
+namespace carvello {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::int64_t kStart = 1604275140;  // 2020-11-01 23:59:00 UTC
+constexpr std::int64_t kLength = 3600;
+constexpr std::uint32_t kRate = 2'000'000;
+
+class EntryListTest : public testing::Test {
+ protected:
+  EntryListTest() {
+    CRecordingSet recording;
+    recording.tStart = kStart;
+    recording.tEnd = kStart + kLength;
+    recording.nSampleRate = kRate;
+    recording.nRadioCenterFreq = 7'000'000;
+    recording.strMetadata = "<SDR-XML-Root/>";
+    SInfoTexts texts;
+    texts.strIPRD = "product";
+    texts.strIART = "artist";
+    texts.strICMT = "comment";
+    texts.strICOP = "rights";
+    list.SetRecording(recording, texts);
+    fields.nFrequency = 7'100'000;
+    fields.nBandwidth = 10'000;
+    fields.strOutputFolder = "out";
+  }
+
+  void ExpectRefused(const char* caption, const char* text, EButtons buttons,
+                     SEntryProblem::EReset reset = SEntryProblem::EReset::None) {
+    const std::size_t before = list.Size();
+    const auto problem = list.AddEntry(fields);
+    ASSERT_TRUE(problem.has_value());
+    EXPECT_EQ(problem->box.strCaption, caption);
+    EXPECT_EQ(problem->box.strText, text);
+    EXPECT_EQ(problem->box.buttons, buttons);
+    EXPECT_EQ(problem->box.icon, EIcon::Stop);
+    EXPECT_EQ(problem->reset, reset);
+    EXPECT_EQ(list.Size(), before);
+  }
+
+  void ExpectAdded() { ASSERT_FALSE(list.AddEntry(fields).has_value()); }
+
+  std::vector<std::int64_t> Frequencies() const {
+    std::vector<std::int64_t> frequencies;
+    for (std::size_t i = 0; i < list.Size(); ++i) frequencies.push_back(list[i].nOutputFrequency);
+    return frequencies;
+  }
+
+  CEntryList list;
+  SEntryFields fields;
+};
+
+TEST_F(EntryListTest, EntryCarriesEveryField) {
+  fields.b32Bit = true;
+  fields.nFileSizeMB = 1000;
+  ExpectAdded();
+  const OutputEntry& entry = list[0];
+  EXPECT_EQ(entry.nFlags, 0u);
+  EXPECT_EQ(entry.nBitsPerSample, 32u);
+  EXPECT_EQ(entry.nFileSizeMB, 1000u);
+  EXPECT_EQ(entry.tReserved, 0);
+  EXPECT_EQ(entry.tStart, kStart);
+  EXPECT_EQ(entry.tEnd, kStart + kLength);
+  EXPECT_EQ(entry.nReserved, 0);
+  EXPECT_EQ(entry.strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz.wav");
+  EXPECT_EQ(entry.strFileName, platform::JoinPath("out", entry.strDisplayName));
+  EXPECT_EQ(entry.nReserved2, 0u);
+  EXPECT_EQ(entry.strMetadata, "<SDR-XML-Root/>");
+  EXPECT_EQ(entry.strInfo1, "product");
+  EXPECT_EQ(entry.strInfo2, "artist");
+  EXPECT_EQ(entry.strInfo3, "comment");
+  EXPECT_EQ(entry.strInfo4, "rights");
+  EXPECT_EQ(entry.strTitle, "7.100 MHz, BW 10 kHz");
+  EXPECT_EQ(entry.nStartSample, 0);
+  EXPECT_EQ(entry.nTotalSamples, 0) << "0 means to the end";
+  EXPECT_EQ(entry.nInputFrequency, 7'000'000);
+  EXPECT_EQ(entry.nInputSampleRate, kRate);
+  EXPECT_EQ(entry.nOutputFrequency, 7'100'000);
+  EXPECT_EQ(entry.nOutputSampleRate, 10'000u);
+}
+
+TEST_F(EntryListTest, FlagIsSetWhenNoBandwidthIsSelected) {
+  fields.nBandwidth = 0;
+  ExpectAdded();
+  EXPECT_EQ(list[0].nFlags, 1u);
+}
+
+TEST_F(EntryListTest, OneGigabyteIsAThousandMegabytesAndRf64IsZero) {
+  fields.nFileSizeMB = 0;
+  ExpectAdded();
+  EXPECT_EQ(list[0].nFileSizeMB, 0u);
+  EXPECT_THAT(list[0].strDisplayName, testing::EndsWith(".wav")) << "also when it is one RF64 file";
+}
+
+TEST_F(EntryListTest, StartBecomesAnOffsetInInputSamples) {
+  fields.startMode = EStartMode::At;
+  fields.tPickedStart = kStart + 61;
+  ExpectAdded();
+  EXPECT_EQ(list[0].nStartSample, 61LL * kRate);
+  EXPECT_EQ(list[0].strDisplayName, "2020-11-02 0000z, f=7.100 MHz, bw=10 kHz.wav");
+}
+
+TEST_F(EntryListTest, StartBeforeTheRecordingIsRefused) {
+  fields.startMode = EStartMode::At;
+  fields.tPickedStart = kStart - 1;
+  ExpectRefused("Start Time", "The start time is out of range. Reset the start time?", EButtons::YesNo,
+                SEntryProblem::EReset::StartToRecordingStart);
+}
+
+TEST_F(EntryListTest, StartAtTheRecordingsEndIsRefused) {
+  fields.startMode = EStartMode::At;
+  fields.tPickedStart = kStart + kLength;
+  ExpectRefused("Start Time", "The start time is out of range. Reset the start time?", EButtons::YesNo,
+                SEntryProblem::EReset::StartToRecordingStart);
+}
+
+TEST_F(EntryListTest, EndAtTheRecordingsEndIsAccepted) {
+  fields.endMode = EEndMode::At;
+  fields.tPickedEnd = kStart + kLength;
+  ExpectAdded();
+  EXPECT_EQ(list[0].nTotalSamples, kLength * kRate);
+}
+
+TEST_F(EntryListTest, EndBehindTheRecordingIsRefused) {
+  fields.endMode = EEndMode::At;
+  fields.tPickedEnd = kStart + kLength + 1;
+  ExpectRefused("End Time", "The end time is out of range. Reset the end time?", EButtons::YesNo,
+                SEntryProblem::EReset::EndToRecordingEnd);
+}
+
+TEST_F(EntryListTest, EndBeforeTheRecordingIsRefused) {
+  fields.endMode = EEndMode::At;
+  fields.tPickedEnd = kStart - 1;
+  ExpectRefused("End Time", "The end time is out of range. Reset the end time?", EButtons::YesNo,
+                SEntryProblem::EReset::EndToRecordingEnd);
+}
+
+TEST_F(EntryListTest, PickedEndIsNotComparedWithTheStart) {
+  fields.startMode = EStartMode::At;
+  fields.tPickedStart = kStart + 100;
+  fields.endMode = EEndMode::At;
+  fields.tPickedEnd = kStart + 50;
+  ExpectAdded();
+  EXPECT_EQ(list[0].nTotalSamples, -50LL * kRate);
+}
+
+TEST_F(EntryListTest, ZeroDurationIsRefused) {
+  fields.endMode = EEndMode::After;
+  ExpectRefused("End", "End duration cannot be zero.", EButtons::Ok);
+}
+
+TEST_F(EntryListTest, DurationThatEndsExactlyAtTheRecordingsEndIsRefused) {
+  fields.endMode = EEndMode::After;
+  fields.nDurationSeconds = kLength;
+  ExpectRefused("End Time", "The start time + end duration is past the end of file, change the duration.",
+                EButtons::Ok);
+  fields.nDurationSeconds = kLength - 1;
+  ExpectAdded();
+}
+
+TEST_F(EntryListTest, ShownFinishOfADurationCountsFromTheRecordingsStart) {
+  fields.startMode = EStartMode::At;
+  fields.tPickedStart = kStart + 600;
+  fields.endMode = EEndMode::After;
+  fields.nDurationSeconds = 1800;
+  ExpectAdded();
+  EXPECT_EQ(list[0].tEnd, kStart + 1800);
+  EXPECT_EQ(list[0].nTotalSamples, 1800LL * kRate);
+  EXPECT_EQ(list[0].nStartSample, 600LL * kRate);
+}
+
+TEST_F(EntryListTest, SameEntryTwiceLeavesOne) {
+  ExpectAdded();
+  ExpectAdded();
+  EXPECT_EQ(list.Size(), 2u);
+  list.Rebuild();
+  EXPECT_EQ(list.Size(), 1u);
+}
+
+TEST_F(EntryListTest, EntriesThatDifferOnlyInSizesCollapseToTheEarlier) {
+  ExpectAdded();
+  fields.b32Bit = true;
+  fields.nFileSizeMB = 0;
+  ExpectAdded();
+  list.Rebuild();
+  ASSERT_EQ(list.Size(), 1u);
+  EXPECT_EQ(list[0].nBitsPerSample, 16u);
+  EXPECT_EQ(list[0].nFileSizeMB, 100u);
+}
+
+TEST_F(EntryListTest, EntriesThatDifferOnlyInFolderCollapseToTheEarlier) {
+  ExpectAdded();
+  fields.strOutputFolder = "elsewhere";
+  ExpectAdded();
+  list.Rebuild();
+  ASSERT_EQ(list.Size(), 1u);
+  EXPECT_EQ(list[0].strFileName, platform::JoinPath("out", list[0].strDisplayName));
+}
+
+TEST_F(EntryListTest, EqualLengthsWithDifferentStartsStayApart) {
+  fields.startMode = EStartMode::At;
+  fields.endMode = EEndMode::After;
+  fields.nDurationSeconds = 60;
+  for (const std::int64_t start : {kStart, kStart + 120}) {
+    fields.tPickedStart = start;
+    ExpectAdded();
+  }
+  list.Rebuild();
+  EXPECT_EQ(list.Size(), 2u);
+}
+
+TEST_F(EntryListTest, DifferentStretchesWithinAMinuteGetDifferentNames) {
+  fields.startMode = EStartMode::At;
+  fields.endMode = EEndMode::After;
+  fields.nDurationSeconds = 5;
+  for (const int second : {0, 10, 20}) {
+    fields.tPickedStart = kStart + second;
+    ExpectAdded();
+  }
+  EXPECT_EQ(list[0].strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz.wav");
+  EXPECT_EQ(list[1].strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz (2).wav");
+  EXPECT_EQ(list[2].strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz (3).wav");
+  EXPECT_EQ(list[2].strFileName, platform::JoinPath("out", list[2].strDisplayName));
+}
+
+TEST_F(EntryListTest, SortsByFrequencyThenBandwidth) {
+  fields.nFrequency = 7'100'000;
+  ExpectAdded();
+  fields.nFrequency = 3'500'000;
+  ExpectAdded();
+  fields.nFrequency = 7'100'000;
+  fields.nBandwidth = 5'000;
+  ExpectAdded();
+  list.Rebuild();
+  EXPECT_THAT(Frequencies(), ElementsAre(3'500'000, 7'100'000, 7'100'000));
+  EXPECT_EQ(list[1].nOutputSampleRate, 5'000u);
+  EXPECT_EQ(list[2].nOutputSampleRate, 10'000u);
+}
+
+TEST_F(EntryListTest, EqualKeysKeepTheirOrder) {
+  fields.startMode = EStartMode::At;
+  for (const int second : {300, 100, 200}) {
+    fields.tPickedStart = kStart + second;
+    ExpectAdded();
+  }
+  list.Rebuild();
+  ASSERT_EQ(list.Size(), 3u);
+  EXPECT_EQ(list[0].tStart, kStart + 300);
+  EXPECT_EQ(list[1].tStart, kStart + 100);
+  EXPECT_EQ(list[2].tStart, kStart + 200);
+}
+
+TEST_F(EntryListTest, SequenceAddsBothEndsInEitherOrder) {
+  const auto none = [](const SEntryProblem&) { FAIL(); };
+  list.AddSequence(fields, 920'000, 900'000, 10'000, none);
+  EXPECT_THAT(Frequencies(), ElementsAre(900'000, 910'000, 920'000));
+}
+
+TEST_F(EntryListTest, SequenceStopsAtTheLastFullStep) {
+  list.AddSequence(fields, 0, 25, 10, [](const SEntryProblem&) { FAIL(); });
+  EXPECT_THAT(Frequencies(), ElementsAre(0, 10, 20));
+}
+
+TEST_F(EntryListTest, SequenceAlsoAddsFrequenciesOutsideTheBand) {
+  list.AddSequence(fields, 0, 20'000'000, 10'000'000, [](const SEntryProblem&) { FAIL(); });
+  EXPECT_THAT(Frequencies(), ElementsAre(0, 10'000'000, 20'000'000));
+}
+
+TEST_F(EntryListTest, SequenceWithoutAStepAddsNothing) {
+  list.AddSequence(fields, 0, 10, 0, [](const SEntryProblem&) { FAIL(); });
+  EXPECT_EQ(list.Size(), 0u);
+}
+
+TEST_F(EntryListTest, SequenceAtTheEndOfTheNumberRangeEnds) {
+  constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+  list.AddSequence(fields, kMost - 1, kMost, 1, [](const SEntryProblem&) { FAIL(); });
+  EXPECT_EQ(list.Size(), 2u);
+}
+
+TEST_F(EntryListTest, SequenceReportsEveryRefusedEntry) {
+  fields.endMode = EEndMode::After;
+  int refused = 0;
+  list.AddSequence(fields, 0, 40, 10, [&](const SEntryProblem& problem) {
+    EXPECT_EQ(problem.box.strText, "End duration cannot be zero.");
+    ++refused;
+  });
+  EXPECT_EQ(refused, 5);
+  EXPECT_EQ(list.Size(), 0u);
+}
+
+TEST_F(EntryListTest, RemoveTakesAnyOrderAndIgnoresWhatIsNotThere) {
+  list.AddSequence(fields, 0, 40, 10, [](const SEntryProblem&) {});
+  list.Remove({3, 0, 99, 3});
+  EXPECT_THAT(Frequencies(), ElementsAre(10, 20, 40));
+  list.RemoveFirst(2);
+  EXPECT_THAT(Frequencies(), ElementsAre(40));
+  list.RemoveFirst(9);
+  EXPECT_EQ(list.Size(), 0u);
+}
+
+TEST_F(EntryListTest, NewRecordingEmptiesTheList) {
+  ExpectAdded();
+  list.SetRecording(CRecordingSet{}, SInfoTexts{});
+  EXPECT_EQ(list.Size(), 0u);
+}
+
+TEST_F(EntryListTest, RecordingOfImpossibleLengthGivesTheLargestOffsetRatherThanAWrongOne) {
+  CRecordingSet recording;
+  recording.tEnd = std::numeric_limits<std::int64_t>::max();
+  recording.nSampleRate = 4'000'000'000u;
+  list.SetRecording(recording, SInfoTexts{});
+  fields.endMode = EEndMode::At;
+  fields.tPickedEnd = recording.tEnd;
+  ExpectAdded();
+  EXPECT_EQ(list[0].nTotalSamples, std::numeric_limits<std::int64_t>::max());
+}
+
+}  // namespace
+}  // namespace carvello

@@ -1,0 +1,306 @@
+// Starting and stopping jobs: the questions, their texts, batches, and what stands in the way of a job.
+#include "engine/job_control.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "engine/engine_fixture.h"
+
+namespace carvello::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr std::int64_t kFrames = 5'000'000;  // five seconds at the fixture's rate
+
+class CScriptedAnswers final : public IJobQuestions {
+ public:
+  EAnswer Ask(EJobQuestion question, const SMessageBox& box) override {
+    asked.emplace_back(question, box);
+    if (answers.empty()) return EAnswer::Cancel;
+    const EAnswer answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+  void JobStarting() override { ++jobsStarted; }
+
+  std::deque<EAnswer> answers;
+  std::vector<std::pair<EJobQuestion, SMessageBox>> asked;
+  int jobsStarted = 0;
+};
+
+class JobControlTest : public EngineTest {
+ protected:
+  JobControlTest() : jobs(m_dsp, m_target, answers, 2) {
+    recording.files.push_back({WriteNumbered("in.wav", 0, kFrames), 4 * kFrames, 0});
+    recording.nTotalMillions = 20;
+    recording.tStart = 1'604'275'140;
+    recording.tEnd = recording.tStart + 5;
+    recording.nSampleRate = 1'000'000;
+    recording.nBitsPerSample = 16;
+    list.SetRecording(recording, {});
+    std::filesystem::create_directory(m_folder / "out");
+  }
+
+  // Entries of one sample file each, named by their frequencies.
+  void AddEntries(int count) {
+    SEntryFields fields;
+    fields.nBandwidth = 1'000'000;
+    fields.nFileSizeMB = 0;
+    fields.strOutputFolder = Path("out");
+    list.AddSequence(fields, 1000, 1000 * count, 1000, [](const SEntryProblem&) { FAIL(); });
+  }
+
+  void RunToEnd() {
+    while (!jobs.OnIdle()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+
+  std::size_t OutputFiles() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(m_folder / "out"), {}));
+  }
+
+  void ExpectAsked(std::size_t index, EJobQuestion question, const std::string& caption, const std::string& text,
+                   EButtons buttons, EIcon icon) const {
+    ASSERT_LT(index, answers.asked.size());
+    EXPECT_EQ(answers.asked[index].first, question);
+    EXPECT_EQ(answers.asked[index].second.strCaption, caption);
+    EXPECT_EQ(answers.asked[index].second.strText, text);
+    EXPECT_EQ(answers.asked[index].second.buttons, buttons);
+    EXPECT_EQ(answers.asked[index].second.icon, icon);
+  }
+
+  CScriptedAnswers answers;
+  CJobControl jobs;
+  CEntryList list;
+  CRecordingSet recording;
+};
+
+TEST_F(JobControlTest, RunsAJobFromStartToEnd) {
+  AddEntries(2);
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_FALSE(jobs.IsRunning());
+  EXPECT_THAT(answers.asked, IsEmpty());
+  EXPECT_EQ(answers.jobsStarted, 1);
+  ASSERT_THAT(jobs.Results(), SizeIs(2));
+  EXPECT_TRUE(jobs.Results()[1].bOk);
+  EXPECT_EQ(jobs.Results()[1].nFrames, kFrames);
+  EXPECT_EQ(jobs.Results()[1].nOutputFrequency, 2000);
+  EXPECT_EQ(jobs.InputBytesRead(), 4 * kFrames);
+  const auto lines = m_target.Lines();
+  EXPECT_EQ(lines.at(0), "> Ready");
+  EXPECT_EQ(lines.at(1), "> Processors: 2, max threads: 8");
+  EXPECT_EQ(m_target.Progress().front(), 0u);
+  EXPECT_EQ(m_target.Progress().back(), 10'000u);
+  EXPECT_FALSE(jobs.OnIdle()) << "the end is told once";
+}
+
+TEST_F(JobControlTest, MaximumIsFourEntriesAProcessor) {
+  EXPECT_EQ(jobs.Processors(), 2u);
+  EXPECT_EQ(jobs.MaxEntries(), 8u);
+  EXPECT_EQ(CJobControl(m_dsp, m_target, answers, 0).MaxEntries(), 4u);
+}
+
+TEST_F(JobControlTest, TooManyEntriesAreAskedAboutAndNoStartsNothing) {
+  AddEntries(10);
+  answers.answers = {EAnswer::No};
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::Declined);
+  ExpectAsked(0, EJobQuestion::TooManyEntries, "Start",
+              "The maximum entries which can be processed is 10, you have added 8.\n\nContinue?", EButtons::YesNo,
+              EIcon::Stop);
+  EXPECT_FALSE(jobs.IsRunning());
+  EXPECT_EQ(list.Size(), 10u);
+  EXPECT_EQ(OutputFiles(), 0u);
+}
+
+TEST_F(JobControlTest, BatchesWorkOffALongList) {
+  AddEntries(10);
+  answers.answers = {EAnswer::Yes, EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_THAT(jobs.Results(), SizeIs(8));
+  EXPECT_TRUE(jobs.MoreThanOneBatch(list));
+  ASSERT_TRUE(jobs.ContinueBatch(list));
+  ExpectAsked(1, EJobQuestion::ContinueBatch, "Continue",
+              "10 of 8 entries have been processed. Remove from list and continue?", EButtons::YesNo, EIcon::Stop);
+  EXPECT_EQ(list.Size(), 2u);
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_FALSE(jobs.MoreThanOneBatch(list));
+  EXPECT_FALSE(jobs.ContinueBatch(list));
+  EXPECT_THAT(answers.asked, SizeIs(2));
+  EXPECT_EQ(OutputFiles(), 10u);
+}
+
+TEST_F(JobControlTest, NineEntriesLeaveOneForTheSecondBatch) {
+  AddEntries(9);
+  answers.answers = {EAnswer::Yes, EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  ASSERT_TRUE(jobs.ContinueBatch(list));
+  EXPECT_THAT(answers.asked[1].second.strText, testing::StartsWith("9 of 8 "));
+  EXPECT_EQ(list.Size(), 1u);
+}
+
+TEST_F(JobControlTest, NoAfterABatchKeepsEveryEntry) {
+  AddEntries(9);
+  answers.answers = {EAnswer::Yes, EAnswer::No};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_FALSE(jobs.ContinueBatch(list));
+  EXPECT_EQ(list.Size(), 9u);
+}
+
+TEST_F(JobControlTest, OneExistingFileOfOneEntryIsAskedAboutInTheSingular) {
+  AddEntries(1);
+  std::filesystem::copy_file(m_folder / "in.wav", list[0].strFileName);
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::Declined);
+  ExpectAsked(0, EJobQuestion::OverwriteFiles, "Start", "The output file already exists, overwrite it?",
+              EButtons::YesNoCancel, EIcon::Question);
+  EXPECT_TRUE(ReadBytes(list[0].strFileName) == ReadBytes(Path("in.wav"))) << "Cancel touches nothing";
+}
+
+TEST_F(JobControlTest, ExistingFilesOfSeveralEntriesAreCounted) {
+  AddEntries(3);
+  std::filesystem::copy_file(m_folder / "in.wav", list[1].strFileName);
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::Declined);
+  ExpectAsked(0, EJobQuestion::OverwriteFiles, "Start", "1 of 3 file(s) already exist, do you want to overwrite them?",
+              EButtons::YesNoCancel, EIcon::Question);
+}
+
+TEST_F(JobControlTest, YesOverwritesEveryExistingFile) {
+  AddEntries(2);
+  for (std::size_t i = 0; i < 2; ++i) std::filesystem::copy_file(m_folder / "in.wav", list[i].strFileName);
+  answers.answers = {EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  for (std::size_t i = 0; i < 2; ++i) EXPECT_EQ(ReadBytes(list[i].strFileName).at(1), 'F') << "an RF64 file of ours";
+}
+
+TEST_F(JobControlTest, NoLeavesOutTheEntriesWhoseFilesExist) {
+  AddEntries(3);
+  std::filesystem::copy_file(m_folder / "in.wav", list[1].strFileName);
+  answers.answers = {EAnswer::No};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  ASSERT_THAT(jobs.Results(), SizeIs(2));
+  EXPECT_EQ(jobs.Results()[0].strFileName, list[0].strFileName);
+  EXPECT_EQ(jobs.Results()[1].strFileName, list[2].strFileName);
+  EXPECT_TRUE(ReadBytes(list[1].strFileName) == ReadBytes(Path("in.wav")));
+}
+
+TEST_F(JobControlTest, NoWithNothingLeftToDoStartsNothing) {
+  AddEntries(1);
+  std::filesystem::copy_file(m_folder / "in.wav", list[0].strFileName);
+  answers.answers = {EAnswer::No, EAnswer::Ok};
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::AllFilesExist);
+  ExpectAsked(1, EJobQuestion::AllFilesExist, "Start", "All output files exist, processing not started.", EButtons::Ok,
+              EIcon::Exclamation);
+  EXPECT_FALSE(jobs.IsRunning());
+}
+
+TEST_F(JobControlTest, EmptyListStartsNothing) {
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::AllFilesExist);
+  EXPECT_FALSE(jobs.IsRunning());
+}
+
+TEST_F(JobControlTest, OverwritingAShorterSplitOutputLeavesNoOldParts) {
+  SEntryFields fields;
+  fields.nBandwidth = 1'000'000;
+  fields.strOutputFolder = Path("out");
+  ASSERT_FALSE(list.AddEntry(fields).has_value());
+  const std::string stem = list[0].strFileName.substr(0, list[0].strFileName.size() - 4);
+  for (const char* number : {" 000.wav", " 001.wav", " 002.wav"}) {
+    std::filesystem::copy_file(m_folder / "in.wav", stem + number);
+  }
+  answers.answers = {EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_THAT(jobs.Results()[0].files, ElementsAre(stem + " 000.wav"));
+  EXPECT_EQ(OutputFiles(), 1u);
+}
+
+TEST_F(JobControlTest, StopFinishesTheFilesAndEndsTheJob) {
+  SPassThrough::DelayRun(50, 1);
+  AddEntries(1);
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  jobs.Stop();
+  EXPECT_FALSE(jobs.IsRunning());
+  ASSERT_THAT(jobs.Results(), SizeIs(1));
+  const auto frames = ReadNumbered(list[0].strFileName);
+  EXPECT_EQ(static_cast<std::int64_t>(frames.size()), jobs.Results()[0].nFrames);
+  EXPECT_FALSE(jobs.OnIdle());
+}
+
+TEST_F(JobControlTest, JobAfterAStoppedJobStartsAfresh) {
+  AddEntries(1);
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  jobs.Stop();
+  answers.answers = {EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_EQ(jobs.Results()[0].nFrames, kFrames);
+}
+
+TEST_F(JobControlTest, IncompleteLibraryStartsNothingAndNamesItsPath) {
+  m_dsp.bLoaded = 0;
+  AddEntries(1);
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::LibraryMissing);
+  EXPECT_THAT(answers.asked.at(0).second.strText, HasSubstr("Vantrel"));
+  EXPECT_THAT(answers.asked.at(0).second.strText, HasSubstr(DspLibraryPath()));
+  EXPECT_EQ(OutputFiles(), 0u);
+}
+
+TEST_F(JobControlTest, SampleSizeThatNothingConvertsStartsNothing) {
+  recording.nBitsPerSample = 12;
+  AddEntries(1);
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::InputUnsupported);
+  EXPECT_THAT(answers.asked.at(0).second.strText, HasSubstr("12-bit PCM"));
+  recording.nBitsPerSample = 64;
+  recording.bFloat = true;
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::InputUnsupported);
+  EXPECT_EQ(OutputFiles(), 0u);
+}
+
+TEST_F(JobControlTest, OutputThatWouldReplaceTheInputIsRefused) {
+  AddEntries(1);
+  std::filesystem::create_hard_link(m_folder / "in.wav", list[0].strFileName);
+  answers.answers = {EAnswer::Ok, EAnswer::Yes};
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::OutputIsInput);
+  ExpectAsked(0, EJobQuestion::CannotStart, "Start",
+              list[0].strFileName + " would replace the input file " + Path("in.wav"), EButtons::Ok, EIcon::Stop);
+}
+
+TEST_F(JobControlTest, MissingOutputFolderStartsNothing) {
+  AddEntries(1);
+  std::filesystem::remove(m_folder / "out");
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::OutputUnwritable);
+  EXPECT_THAT(answers.asked.at(0).second.strText, HasSubstr(Path("out")));
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "out"));
+}
+
+TEST_F(JobControlTest, DestructionDuringAJobFinishesTheFiles) {
+  SPassThrough::DelayRun(50, 1);
+  AddEntries(1);
+  {
+    CJobControl shortLived(m_dsp, m_target, answers, 1);
+    ASSERT_EQ(shortLived.Start(list, recording), EStartResult::Started);
+  }
+  const auto frames = ReadNumbered(list[0].strFileName);
+  EXPECT_FALSE(frames.empty());
+}
+
+}  // namespace
+}  // namespace carvello::test

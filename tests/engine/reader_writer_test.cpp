@@ -1,0 +1,364 @@
+// The reader and its chain of writers, on recordings whose frames carry their own numbers.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "engine/engine_fixture.h"
+
+namespace carvello::test {
+namespace {
+
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+constexpr std::int64_t kBlock = kBlockFrames;
+
+std::vector<std::int64_t> Frames(std::int64_t first, std::int64_t count) {
+  std::vector<std::int64_t> frames(static_cast<std::size_t>(count));
+  std::iota(frames.begin(), frames.end(), first);
+  return frames;
+}
+
+// Large vectors are compared without printing them.
+#define EXPECT_FRAMES(path, first, count) \
+  EXPECT_TRUE(ReadNumbered(path) == Frames(first, count)) << path << " holds other frames"
+
+class ReaderWriterTest : public EngineTest {
+ protected:
+  // Outputs are one RF64 file each unless the test says otherwise, so that the names stay as given.
+  OutputEntry Entry(const std::string& name, std::int64_t start, std::int64_t total) const {
+    return MakeEntry(name, start, total);
+  }
+  static constexpr std::int64_t kInputBytes = 4 * (2 * kBlock + 1000);
+};
+
+TEST_F(ReaderWriterTest, CopiesAWholeRecordingAcrossBlocks) {
+  const auto input = WriteNumbered("in.wav", 0, 2 * kBlock + 1000);
+  RunJob({input}, {Entry("out.wav", 0, 0)}, kInputBytes);
+  EXPECT_FRAMES(Path("out.wav"), 0, 2 * kBlock + 1000);
+  ASSERT_THAT(m_reader.Results(), SizeIs(1));
+  const SOutputResult& result = m_reader.Results()[0];
+  EXPECT_TRUE(result.bOk);
+  EXPECT_EQ(result.nFrames, 2 * kBlock + 1000);
+  EXPECT_EQ(result.nBytes, static_cast<std::uint64_t>(kInputBytes));
+  EXPECT_THAT(result.files, ElementsAre(Path("out.wav")));
+  EXPECT_EQ(m_reader.BytesRead(), kInputBytes);
+}
+
+TEST_F(ReaderWriterTest, StartInsideABlockBeginsAtExactlyThatSample) {
+  const auto input = WriteNumbered("in.wav", 0, 5000);
+  RunJob({input}, {Entry("all.wav", 0, 0), Entry("part.wav", 1234, 100)}, 20000);
+  EXPECT_FRAMES(Path("all.wav"), 0, 5000);
+  EXPECT_FRAMES(Path("part.wav"), 1234, 100);
+  EXPECT_EQ(m_target.Count("Writer [1]> Starting after 1234 samples"), 1u);
+  EXPECT_EQ(m_target.Count("Writer [1]> Finishing after 100 samples"), 1u);
+}
+
+TEST_F(ReaderWriterTest, StartAtABlocksEndSkipsTheWholeBlock) {
+  const auto input = WriteNumbered("in.wav", 0, kBlock + 500);
+  RunJob({input}, {Entry("all.wav", 0, 0), Entry("part.wav", kBlock, 0)}, 4 * (kBlock + 500));
+  EXPECT_FRAMES(Path("part.wav"), kBlock, 500);
+}
+
+TEST_F(ReaderWriterTest, LengthOfOneSample) {
+  const auto input = WriteNumbered("in.wav", 0, 5000);
+  RunJob({input}, {Entry("one.wav", 77, 1)}, 20000);
+  EXPECT_FRAMES(Path("one.wav"), 77, 1);
+}
+
+TEST_F(ReaderWriterTest, LengthThatEndsWithABlockWritesNoMore) {
+  const auto input = WriteNumbered("in.wav", 0, 2 * kBlock + 1000);
+  RunJob({input}, {Entry("out.wav", 10, 2 * kBlock - 10)}, kInputBytes);
+  EXPECT_FRAMES(Path("out.wav"), 10, 2 * kBlock - 10);
+}
+
+TEST_F(ReaderWriterTest, SmallestStartIsSoughtAndToldToEveryWriter) {
+  const auto input = WriteNumbered("in.wav", 0, 5000);
+  RunJob({input}, {Entry("a.wav", 300, 10), Entry("b.wav", 200, 10)}, 20000);
+  EXPECT_FRAMES(Path("a.wav"), 300, 10);
+  EXPECT_FRAMES(Path("b.wav"), 200, 10);
+  EXPECT_EQ(m_target.Count("Reader> Seek 200 samples (800 bytes)"), 1u);
+  EXPECT_EQ(m_target.Count("Writer [0]> Seek offset ..: 200"), 1u);
+  EXPECT_EQ(m_target.Count("Writer [0]> Start in .....: 100"), 1u);
+  EXPECT_EQ(m_target.Count("Writer [1]> Start in .....: 0"), 1u);
+}
+
+TEST_F(ReaderWriterTest, SkipLargerThanTheFirstFileGoesOnInTheFileThatHoldsTheStart) {
+  const std::vector<std::string> files = {WriteNumbered("0.wav", 0, 1000), WriteNumbered("1.wav", 1000, 1000),
+                                          WriteNumbered("2.wav", 2000, 1000)};
+  RunJob(files, {Entry("out.wav", 1300, 1200)}, 12000);
+  EXPECT_FRAMES(Path("out.wav"), 1300, 1200);
+  EXPECT_EQ(m_target.Count("Reader> Seek 300 samples (1200 bytes)"), 1u);
+  EXPECT_EQ(m_target.Count("Writer [0]> Seek offset ..: 1300"), 1u) << "the whole skip, files included";
+  EXPECT_EQ(m_target.Count("Reader> Opening [1] " + files[0]), 1u) << "the first file's name with every index";
+}
+
+TEST_F(ReaderWriterTest, SkipThatEndsExactlyAtAFilesStartIsNotToldToTheWriters) {
+  const std::vector<std::string> files = {WriteNumbered("0.wav", 0, 1000), WriteNumbered("1.wav", 1000, 3000)};
+  RunJob(files, {Entry("out.wav", 1000, 0)}, 16000);
+  EXPECT_FRAMES(Path("out.wav"), 2000, 2000);
+  EXPECT_THAT(m_target.Lines(), Not(Contains(HasSubstr("Seek"))));
+}
+
+TEST_F(ReaderWriterTest, FilesOfASetAreOneStream) {
+  const std::vector<std::string> files = {WriteNumbered("0.wav", 0, 1000), WriteNumbered("1.wav", 1000, 1),
+                                          WriteNumbered("2.wav", 1001, 999)};
+  RunJob(files, {Entry("all.wav", 0, 0), Entry("part.wav", 999, 3)}, 8000);
+  EXPECT_FRAMES(Path("all.wav"), 0, 2000);
+  EXPECT_FRAMES(Path("part.wav"), 999, 3);
+}
+
+TEST_F(ReaderWriterTest, FileThatEndsWithAFullBlockGoesOnWithTheNext) {
+  const std::vector<std::string> files = {WriteNumbered("0.wav", 0, kBlock), WriteNumbered("1.wav", kBlock, kBlock),
+                                          WriteNumbered("2.wav", 2 * kBlock, 10)};
+  RunJob(files, {Entry("all.wav", 0, 0)}, 4 * (2 * kBlock + 10));
+  EXPECT_FRAMES(Path("all.wav"), 0, 2 * kBlock + 10);
+}
+
+TEST_F(ReaderWriterTest, LastFileThatEndsWithAFullBlockEndsTheJob) {
+  const auto input = WriteNumbered("in.wav", 0, kBlock);
+  RunJob({input}, {Entry("all.wav", 0, 0)}, 4 * kBlock);
+  EXPECT_FRAMES(Path("all.wav"), 0, kBlock);
+}
+
+TEST_F(ReaderWriterTest, ReadingStopsWhenEveryEntryIsFinished) {
+  const auto input = WriteNumbered("in.wav", 0, 4 * kBlock);
+  RunJob({input}, {Entry("a.wav", 0, 100), Entry("b.wav", 50, 100)}, 16 * kBlock);
+  EXPECT_FRAMES(Path("a.wav"), 0, 100);
+  EXPECT_FRAMES(Path("b.wav"), 50, 100);
+  EXPECT_LE(m_reader.BytesRead(), 4 * 4 * kBlock);
+  const auto lines = m_target.Lines();
+  EXPECT_THAT(lines, testing::AnyOf(Contains("Reader> Stopping (forwarding)"),
+                                    Contains("Reader> Stopping (read request)"), Contains("Reader> Stop")));
+  EXPECT_EQ(m_target.Count("Reader> 1 active writers"), 1u);
+  EXPECT_EQ(m_target.Count("Reader> 0 active writers"), 1u);
+}
+
+TEST_F(ReaderWriterTest, FinishedWriterStillHandsBlocksOn) {
+  const auto input = WriteNumbered("in.wav", 0, 3 * kBlock);
+  RunJob({input}, {Entry("short.wav", 0, 10), Entry("long.wav", 0, 0)}, 12 * kBlock);
+  EXPECT_FRAMES(Path("short.wav"), 0, 10);
+  EXPECT_FRAMES(Path("long.wav"), 0, 3 * kBlock);
+}
+
+TEST_F(ReaderWriterTest, EveryWriterShiftsItsOwnCopy) {
+  const auto input = WriteNumbered("in.wav", 0, 5000);
+  auto shifted = Entry("shifted.wav", 0, 0);
+  shifted.nOutputFrequency = 7'100'000;
+  RunJob({input}, {shifted, Entry("plain.wav", 0, 0)}, 20000);
+  EXPECT_FRAMES(Path("plain.wav"), 0, 5000);
+  EXPECT_THAT(ReadNumbered(Path("shifted.wav")), Each(0));
+  const auto instances = SPassThrough::Instances();
+  EXPECT_THAT(instances[0].shifts, ElementsAre(100'000));
+  EXPECT_THAT(instances[1].shifts, ElementsAre(0)) << "no shift calls the oscillator all the same";
+}
+
+TEST_F(ReaderWriterTest, SlowLastWriterLosesNothing) {
+  const auto input = WriteNumbered("in.wav", 0, 7 * kBlock + 5);
+  SPassThrough::DelayRun(30, 3);
+  RunJob({input}, {Entry("a.wav", 0, 0), Entry("b.wav", 0, 0), Entry("c.wav", 0, 0)}, 4 * (7 * kBlock + 5));
+  EXPECT_FRAMES(Path("a.wav"), 0, 7 * kBlock + 5);
+  EXPECT_FRAMES(Path("c.wav"), 0, 7 * kBlock + 5);
+}
+
+TEST_F(ReaderWriterTest, FractionalResamplerIsDisabledAboveAMegahertzOnly) {
+  const auto input = WriteNumbered("in.wav", 0, 100);
+  auto wide = Entry("wide.wav", 0, 0);
+  wide.nOutputSampleRate = 1'000'001;
+  RunJob({input}, {Entry("at.wav", 0, 0), wide}, 400);
+  const auto instances = SPassThrough::Instances();
+  EXPECT_FALSE(instances[0].bFractionalDisabled);
+  EXPECT_TRUE(instances[1].bFractionalDisabled);
+  EXPECT_EQ(instances[1].nInputRate, 1'000'000u);
+  EXPECT_EQ(instances[1].nOutputRate, 1'000'001u);
+  EXPECT_TRUE(instances[0].bReleased);
+}
+
+TEST_F(ReaderWriterTest, FileTellsTheRateThatItsSamplesReallyHave) {
+  const auto input = WriteNumbered("in.wav", 0, 100);
+  SPassThrough::ReportRateOut(1'200'000);
+  auto entry = Entry("out.wav", 0, 0);
+  entry.nOutputSampleRate = 1'500'000;
+  RunJob({input}, {entry}, 400);
+  const auto format = ChunkBody(ReadBytes(Path("out.wav")), "fmt ");
+  ASSERT_EQ(format.size(), 18u);
+  EXPECT_THAT(std::vector<std::uint8_t>(format.begin() + 4, format.begin() + 8), ElementsAre(0x80, 0x4F, 0x12, 0x00));
+  EXPECT_EQ(m_target.Count("Writer [0]> True sample rate ....: 1200000"), 1u);
+}
+
+TEST_F(ReaderWriterTest, EntryStartIsLoggedLineByLine) {
+  const auto input = WriteNumbered("in.wav", 0, 100);
+  auto entry = Entry("out.wav", 5, 90);
+  entry.nOutputSampleRate = 500'000;
+  RunJob({input}, {entry}, 400);
+  const auto lines = m_target.Lines();
+  std::vector<std::string> writer;
+  std::copy_if(lines.begin(), lines.end(), std::back_inserter(writer),
+               [](const auto& line) { return line.starts_with("Writer [0]> "); });
+  ASSERT_GE(writer.size(), 12u);
+  writer.resize(12);
+  EXPECT_THAT(
+      writer,
+      ElementsAre("Writer [0]> Input frequency .....: 7000000", "Writer [0]>       sample rate ...: 1000000",
+                  "Writer [0]> Output filename .....: " + Path("out.wav"), "Writer [0]>        WAV RF64 .....: 1",
+                  "Writer [0]>        frequency ....: 7000000", "Writer [0]>        sample rate ..: 500000",
+                  "Writer [0]> ", "Writer [0]> Downconverter .......: 1000000 to 500000", "Writer [0]> ",
+                  "Writer [0]> Samples: start ......: 5", "Writer [0]>          total ......: 90", "Writer [0]> "));
+}
+
+TEST_F(ReaderWriterTest, JobEndsWithStatisticsAndFullProgress) {
+  const auto input = WriteNumbered("in.wav", 0, 2 * kBlock);
+  RunJob({input}, {Entry("out.wav", 0, 0)}, 8 * kBlock);
+  const auto lines = m_target.Lines();
+  EXPECT_EQ(m_target.Count("Reader> Start, file = " + input), 1u);
+  EXPECT_EQ(m_target.Count("Reader> Opening [0] " + input), 1u);
+  EXPECT_EQ(m_target.Count("Reader> Size = 16.0 MB"), 1u);
+  EXPECT_EQ(m_target.Count("Reader> Stop"), 1u);
+  EXPECT_EQ(m_target.Count("Reader> ... Closing " + input), 1u);
+  EXPECT_THAT(lines, Contains(testing::MatchesRegex("Reader> CPU = .*\\....  *seconds")));
+  EXPECT_THAT(lines, Contains(HasSubstr("Input data rate = ")));
+  EXPECT_THAT(lines, Contains(HasSubstr("Elapsed         = ")));
+  EXPECT_EQ(m_target.Count("Reader> Closing 1 writer threads"), 1u);
+  EXPECT_EQ(m_target.Count("Writer [0]> Closing"), 1u);
+  EXPECT_EQ(m_target.Count("Reader> Closed"), 1u);
+  EXPECT_THAT(m_target.Progress(), ElementsAre(5000, 10000, 10000, 10000));
+}
+
+TEST_F(ReaderWriterTest, OutputThatCannotBeCreatedLeavesTheOthersAlone) {
+  const auto input = WriteNumbered("in.wav", 0, 5000);
+  auto lost = Entry("lost.wav", 0, 0);
+  lost.strFileName = Path("no such folder") + "/lost.wav";
+  RunJob({input}, {lost, Entry("kept.wav", 0, 0)}, 20000);
+  EXPECT_FRAMES(Path("kept.wav"), 0, 5000);
+  EXPECT_THAT(m_target.Lines(), Contains(HasSubstr("Writer [0]> Error creating " + lost.strFileName + " - ")));
+  EXPECT_FALSE(m_reader.Results()[0].bOk);
+  EXPECT_FALSE(m_reader.Results()[0].strError.empty());
+  EXPECT_TRUE(m_reader.Results()[1].bOk);
+}
+
+TEST_F(ReaderWriterTest, SecondFileThatCannotBeOpenedEndsTheJobAndFailsUnfinishedEntries) {
+  const auto first = WriteNumbered("0.wav", 0, 1000);
+  RunJob({first, Path("missing.wav")}, {Entry("all.wav", 0, 0), Entry("done.wav", 0, 500)}, 8000);
+  EXPECT_EQ(m_target.Count("Reader> Failed"), 1u);
+  EXPECT_EQ(m_target.Count("Reader> Closed"), 1u);
+  EXPECT_FRAMES(Path("all.wav"), 0, 1000);
+  EXPECT_FALSE(m_reader.Results()[0].bOk);
+  EXPECT_THAT(m_reader.Results()[0].strError, HasSubstr("missing.wav"));
+  EXPECT_TRUE(m_reader.Results()[1].bOk);
+}
+
+TEST_F(ReaderWriterTest, FirstFileThatCannotBeOpenedStartsNoJobAndLeavesNoFileOpen) {
+  RunJob({Path("missing.wav")}, {Entry("out.wav", 0, 0)}, 8000);
+  EXPECT_FALSE(m_reader.IsRunning());
+  EXPECT_EQ(m_target.Count("Reader> Closed"), 1u);
+  EXPECT_FALSE(m_reader.Results()[0].bOk);
+}
+
+TEST_F(ReaderWriterTest, StopFinishesWhatWasWritten) {
+  const auto input = WriteNumbered("in.wav", 0, 20 * kBlock);
+  SPassThrough::DelayRun(20, 1);
+  const std::vector<OutputEntry> entries = {Entry("out.wav", 0, 0)};
+  m_reader.Start();
+  m_reader.Post(request::kCreateWriters, 1);
+  auto give = m_reader.TakeRequest(request::kGiveEntry);
+  give->pEntry = &entries[0];
+  m_reader.Post(std::move(give));
+  m_reader.SetInput({input}, false);
+  auto start = m_reader.TakeRequest(request::kStartJob);
+  start->strParam = input;
+  start->llParam2 = 80 * kBlock;
+  m_reader.Post(std::move(start));
+  m_reader.WaitIdle();
+  m_reader.Post(request::kStopJob);
+  m_reader.WaitIdle();
+  m_reader.Stop();
+  const auto frames = m_reader.Results()[0].nFrames;
+  EXPECT_LT(frames, 20 * kBlock);
+  EXPECT_FRAMES(Path("out.wav"), 0, frames);
+}
+
+TEST_F(ReaderWriterTest, ThirtyTwoBitOutputKeepsTheEnginesScale) {
+  const auto input = WriteNumbered("in.wav", 0, 1000);
+  auto entry = Entry("out.wav", 0, 0);
+  entry.nBitsPerSample = 32;
+  RunJob({input}, {entry}, 4000);
+  const auto data = ChunkBody(ReadBytes(Path("out.wav")), "data");
+  ASSERT_EQ(data.size(), 8000u);
+  float pair[2];
+  std::memcpy(pair, &data[8 * 999], sizeof(pair));
+  EXPECT_EQ(pair[0], 999.0f);
+  EXPECT_EQ(pair[1], 0.0f);
+}
+
+TEST_F(ReaderWriterTest, OtherSampleSizesWriteNothing) {
+  const auto input = WriteNumbered("in.wav", 0, 1000);
+  auto entry = Entry("out.wav", 0, 0);
+  entry.nBitsPerSample = 24;
+  RunJob({input}, {entry}, 4000);
+  EXPECT_THAT(ChunkBody(ReadBytes(Path("out.wav")), "data"), SizeIs(0));
+}
+
+TEST_F(ReaderWriterTest, EntryThatEndsBeforeItBeginsHoldsNothing) {
+  const auto input = WriteNumbered("in.wav", 0, 1000);
+  RunJob({input}, {Entry("none.wav", 0, -5), Entry("all.wav", 0, 0)}, 4000);
+  EXPECT_THAT(ChunkBody(ReadBytes(Path("none.wav")), "data"), SizeIs(0));
+  EXPECT_FRAMES(Path("all.wav"), 0, 1000);
+}
+
+TEST_F(ReaderWriterTest, SplitOutputJoinsToTheWhole) {
+  // The limit of 1 MB is far below the 16 MiB that one write brings, so every write opens a part.
+  const auto input = WriteNumbered("in.wav", 0, 9 * kBlock);
+  auto entry = Entry("out.wav", 0, 0);
+  entry.nFileSizeMB = 1;
+  RunJob({input}, {entry}, 36 * kBlock);
+  const auto& files = m_reader.Results()[0].files;
+  ASSERT_THAT(files, ElementsAre(Path("out 000.wav"), Path("out 001.wav"), Path("out 002.wav"), Path("out 003.wav"),
+                                 Path("out 004.wav")));
+  std::vector<std::int64_t> joined;
+  for (const auto& file : files) {
+    const auto part = ReadNumbered(file);
+    joined.insert(joined.end(), part.begin(), part.end());
+  }
+  EXPECT_TRUE(joined == Frames(0, 9 * kBlock));
+}
+
+TEST_F(ReaderWriterTest, PartsAboveTwoThousandMegabytesAreOneRf64File) {
+  const auto input = WriteNumbered("in.wav", 0, 10);
+  auto above = Entry("above.wav", 0, 0);
+  above.nFileSizeMB = 2001;
+  auto at = Entry("at.wav", 0, 0);
+  at.nFileSizeMB = 2000;
+  RunJob({input}, {above, at}, 40);
+  const auto magic = [](const std::string& path) {
+    const auto bytes = ReadBytes(path);
+    return std::string(bytes.begin(), bytes.begin() + 4);
+  };
+  EXPECT_EQ(magic(Path("above.wav")), "RF64");
+  EXPECT_EQ(magic(Path("at 000.wav")), "RIFF");
+}
+
+TEST_F(ReaderWriterTest, RadioFactsComeFromTheInputsMetadata) {
+  const auto input = WriteNumbered("in.wav", 0, 10);
+  auto entry = Entry("out.wav", 0, 0);
+  entry.strMetadata =
+      "<?xml version=\"1.0\"?><SDR-XML-Root><Definition RadioModel=\"Model 7\" RadioSerial=\"S-1\" "
+      "radiomodel=\"wrong\" ADFrequency=\"122880000\"/></SDR-XML-Root>";
+  RunJob({input}, {entry}, 40);
+  const auto auxi = ChunkBody(ReadBytes(Path("out.wav")), "auxi");
+  std::string text;
+  for (std::size_t i = 0; i + 1 < auxi.size(); i += 2) text.push_back(static_cast<char>(auxi[i]));
+  EXPECT_THAT(text, HasSubstr("RadioModel=\"Model 7\" RadioSerial=\"S-1\""));
+  EXPECT_THAT(text, HasSubstr("ADFrequency=\"122880000\""));
+  EXPECT_THAT(text, HasSubstr("RadioCenterFreq=\"7000000\" SampleRate=\"1000000\" UTCSeconds=\"1604275140\""));
+}
+
+}  // namespace
+}  // namespace carvello::test
