@@ -1,0 +1,108 @@
+#include "fir_table.h"
+
+#include <array>
+#include <cmath>
+#include <mutex>
+#include <numbers>
+
+namespace vantrel {
+namespace {
+
+constexpr std::size_t kCoefficients = 4;
+
+// The cubic through four values at the Chebyshev nodes of 0..1, where the largest error between them is least.
+class CCubicFit {
+ public:
+  CCubicFit() {
+    for (std::size_t i = 0; i < kCoefficients; ++i) {
+      m_Nodes[i] = 0.5 - 0.5 * std::cos((2.0 * static_cast<double>(i) + 1.0) * std::numbers::pi / 8.0);
+    }
+  }
+
+  double Node(std::size_t i) const { return m_Nodes[i]; }
+
+  // Divided differences, then Newton's form multiplied out into powers.
+  std::array<double, kCoefficients> Powers(std::array<double, kCoefficients> values) const {
+    for (std::size_t nOrder = 1; nOrder < kCoefficients; ++nOrder) {
+      for (std::size_t i = kCoefficients - 1; i >= nOrder; --i) {
+        values[i] = (values[i] - values[i - 1]) / (m_Nodes[i] - m_Nodes[i - nOrder]);
+      }
+    }
+    std::array<double, kCoefficients> powers{};
+    for (std::size_t n = kCoefficients; n-- > 0;) {
+      for (std::size_t i = kCoefficients - 1; i > 0; --i) powers[i] = powers[i - 1] - m_Nodes[n] * powers[i];
+      powers[0] = values[n] - m_Nodes[n] * powers[0];
+    }
+    return powers;
+  }
+
+ private:
+  std::array<double, kCoefficients> m_Nodes{};
+};
+
+}  // namespace
+
+CFirTable::CFirTable(const CKaiserLowPass& design, std::uint64_t phases)
+    : m_bCubic(phases > kMostExactPhases), m_nTaps(2 * design.HalfLength()) {
+  if (m_bCubic) {
+    FillCubic(design);
+  } else {
+    FillExact(design, phases);
+  }
+}
+
+void CFirTable::FillExact(const CKaiserLowPass& design, std::uint64_t phases) {
+  m_Rows.reserve(phases * m_nTaps * 2);
+  const double fMiddle = static_cast<double>(m_nTaps / 2 - 1);
+  for (std::uint64_t nPhase = 0; nPhase < phases; ++nPhase) {
+    const double fCentre = fMiddle + static_cast<double>(nPhase) / static_cast<double>(phases);
+    for (std::size_t nTap = 0; nTap < m_nTaps; ++nTap) {
+      m_Rows.insert(m_Rows.end(), 2, static_cast<float>(design(static_cast<double>(nTap) - fCentre)));
+    }
+  }
+}
+
+void CFirTable::FillCubic(const CKaiserLowPass& design) {
+  const CCubicFit fit;
+  m_Rows.resize(kCubicRows * kCoefficients * m_nTaps * 2);
+  float* row = m_Rows.data();
+  const double fMiddle = static_cast<double>(m_nTaps / 2 - 1);
+  for (std::uint64_t nRow = 0; nRow < kCubicRows; ++nRow, row += kCoefficients * m_nTaps * 2) {
+    for (std::size_t nTap = 0; nTap < m_nTaps; ++nTap) {
+      std::array<double, kCoefficients> values{};
+      for (std::size_t i = 0; i < kCoefficients; ++i) {
+        const double fPhase = (static_cast<double>(nRow) + fit.Node(i)) / static_cast<double>(kCubicRows);
+        values[i] = design(static_cast<double>(nTap) - fMiddle - fPhase);
+      }
+      const auto powers = fit.Powers(values);
+      for (std::size_t i = 0; i < kCoefficients; ++i) {
+        float* pair = row + (i * m_nTaps + nTap) * 2;
+        pair[0] = pair[1] = static_cast<float>(powers[i]);
+      }
+    }
+  }
+}
+
+std::shared_ptr<const CFirTable> SharedFirTable(const CKaiserLowPass& design, std::uint64_t phases) {
+  struct SEntry {
+    CKaiserLowPass design;
+    std::uint64_t nPhases;
+    std::weak_ptr<const CFirTable> table;
+  };
+  static std::mutex s_Mutex;
+  static std::vector<SEntry> s_Entries;
+
+  // All cubic tables of a design are the same.
+  const std::uint64_t nKey = phases > CFirTable::kMostExactPhases ? 0 : phases;
+  const std::lock_guard lock(s_Mutex);
+  std::erase_if(s_Entries, [](const SEntry& entry) { return entry.table.expired(); });
+  for (const SEntry& entry : s_Entries) {
+    if (entry.nPhases != nKey || !(entry.design == design)) continue;
+    if (auto table = entry.table.lock()) return table;
+  }
+  auto table = std::make_shared<const CFirTable>(design, phases);
+  s_Entries.push_back({design, nKey, table});
+  return table;
+}
+
+}  // namespace vantrel

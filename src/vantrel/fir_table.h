@@ -1,0 +1,38 @@
+// The taps of one stage, laid out for the kernels.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "kaiser_lowpass.h"
+
+namespace vantrel {
+
+// With few phases there is a row of taps for each. With many there are rows of cubic polynomials for kCubicRows equal
+// pieces of the way from one input sample to the next; their error is below -140 dB of the filter's gain.
+class CFirTable {
+ public:
+  CFirTable(const CKaiserLowPass& design, std::uint64_t phases);
+
+  bool IsCubic() const { return m_bCubic; }
+  std::size_t TapCount() const { return m_nTaps; }  // the middle stands at tap TapCount() / 2 - 1
+  const float* Rows() const { return m_Rows.data(); }
+
+  static constexpr std::uint64_t kMostExactPhases = 128;
+  static constexpr std::uint64_t kCubicRows = 32;
+
+ private:
+  void FillExact(const CKaiserLowPass& design, std::uint64_t phases);
+  void FillCubic(const CKaiserLowPass& design);
+
+  bool m_bCubic;
+  std::size_t m_nTaps;
+  std::vector<float> m_Rows;  // every tap twice in a row
+};
+
+// Tables are shared by all stages of the process that need the same one, and live as long as one of them.
+std::shared_ptr<const CFirTable> SharedFirTable(const CKaiserLowPass& design, std::uint64_t phases);
+
+}  // namespace vantrel

@@ -1,0 +1,37 @@
+// The oscillator that brings a frequency to 0 Hz, exact for any length of signal.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "sample.h"
+
+namespace vantrel {
+
+// Sample n is multiplied by exp(-j 2 pi ((shift * n) mod rate) / rate). The residue is a whole number, so there is no
+// drift: a table holds the turns within a block of samples, and one more turn per block, computed from its residue,
+// leads there. Blocks stand at fixed sample numbers, whatever calls they come in.
+class COscillator {
+ public:
+  // The next sample is number `position`.
+  explicit COscillator(std::uint64_t position = 0) : m_nPosition(position) {}
+
+  // In place is allowed. A shift or rate other than before takes effect as if it had been there from sample 0. A shift
+  // of 0 (or a multiple of the rate), or a rate of 0, only copies.
+  void Process(std::int64_t shift, std::uint32_t rate, const SComplex* source, std::size_t count,
+               SComplex* destination);
+
+ private:
+  void SetFrequency(std::int64_t shift, std::uint32_t rate);
+
+  std::uint64_t m_nPosition;
+  std::int64_t m_nShift = 0;
+  std::uint32_t m_nRate = 0;
+  std::uint64_t m_nStep = 0;      // the shift as a residue, 0 .. rate - 1
+  std::vector<SComplex> m_Table;  // the turns from a block's first sample on
+  std::uint64_t m_nBlock = 0;     // the block that m_Phasor belongs to
+  SComplex m_Phasor;              // the turn of its first sample
+};
+
+}  // namespace vantrel

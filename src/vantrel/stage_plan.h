@@ -1,0 +1,27 @@
+// Which filters bring one sample rate to another.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace vantrel {
+
+// One filter: output sample m stands at input position m * nStep / nPhases, exactly.
+struct SStagePlan {
+  std::uint64_t nStep = 1;
+  std::uint64_t nPhases = 1;
+  double fPassEdge = 0.0;  // cycles per input sample
+  double fStopEdge = 0.0;
+
+  double Ratio() const { return static_cast<double>(nStep) / static_cast<double>(nPhases); }
+};
+
+// The stages for input rate : output rate = numerator : denominator, at least 1 : 1. None when the rates are equal.
+// All but the last decimate by whole numbers; the last one is the channel filter, flat to 0.45 and closed from 0.55 of
+// the output rate, and makes the rest of the ratio.
+std::vector<SStagePlan> PlanStages(std::uint64_t numerator, std::uint64_t denominator);
+
+// The last stage on its own.
+SStagePlan PlanChannelFilter(std::uint64_t numerator, std::uint64_t denominator);
+
+}  // namespace vantrel

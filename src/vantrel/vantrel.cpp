@@ -1,0 +1,174 @@
+#include "vantrel.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <memory>
+#include <string>
+
+#include "instance_registry.h"
+
+namespace {
+
+using vantrel::SComplex;
+using vantrel::SInstance;
+
+// The channel filter grows with the ratio; beyond these, decimating first is the way.
+constexpr std::uint32_t kLargestFractionalRatio = 16;
+constexpr std::uint32_t kLargestPartitionedRatio = 256;
+
+vantrel::CInstanceRegistry& Registry() {
+  static vantrel::CInstanceRegistry s_Registry;
+  return s_Registry;
+}
+
+std::atomic<std::uint32_t> g_nAdvancedMode = 0;
+
+// Runs `call` on the instance, when there is one. The callers are C: no exception leaves, and memory that is exhausted
+// leaves the instance without what was asked for.
+template <class TCall>
+void WithInstance(std::uint32_t handle, TCall call) noexcept {
+  try {
+    if (const std::shared_ptr<SInstance> pInstance = Registry().Find(handle)) call(*pInstance);
+  } catch (const std::exception&) {
+    return;
+  }
+}
+
+bool AreRatesInRange(std::uint32_t inputRate, std::uint32_t outputRate, std::uint32_t largestRatio) {
+  return outputRate > 0 && outputRate <= inputRate && inputRate / largestRatio <= outputRate;
+}
+
+// Feeds the processor when there is one and all pointers are there. The count is that of the samples given.
+template <class TProcessor>
+void Feed(TProcessor* processor, const SComplex* input, std::uint32_t inputCount, SComplex* output,
+          std::uint32_t* outputCount) {
+  if (outputCount == nullptr) return;
+  *outputCount = 0;
+  if (processor == nullptr || input == nullptr || output == nullptr) return;
+  *outputCount = static_cast<std::uint32_t>(processor->Process(input, inputCount, output));
+}
+
+std::string AsciiText(const wchar_t* text) {
+  std::string strText;
+  for (; text != nullptr && *text != L'\0'; ++text) {
+    strText += *text >= L' ' && *text <= L'~' ? static_cast<char>(*text) : '?';
+  }
+  return strText;
+}
+
+}  // namespace
+
+std::uint32_t AllocInstance(const wchar_t* applicationName) {
+  try {
+    auto pInstance = std::make_shared<SInstance>();
+    pInstance->strApplication = AsciiText(applicationName);
+    return Registry().Add(std::move(pInstance));
+  } catch (const std::exception&) {
+    return 0;
+  }
+}
+
+void ReleaseInstance(std::uint32_t handle) {
+  Registry().Remove(handle);
+}
+
+void Closedown() {
+  Registry().RemoveAll();
+}
+
+void DownconvertInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) {
+  WithInstance(handle, [&](SInstance& instance) {
+    instance.oscillator = vantrel::COscillator();
+    instance.downconverter.Init(inputRate, outputRate);
+  });
+}
+
+void DisableFractionalResampler(std::uint32_t handle) {
+  WithInstance(handle, [&](SInstance& instance) { instance.downconverter.DisableFractionalResampler(); });
+}
+
+std::uint32_t DownconvertRateIn(std::uint32_t handle) {
+  std::uint32_t nRate = 0;
+  WithInstance(handle, [&](SInstance& instance) { nRate = instance.downconverter.RateIn(); });
+  return nRate;
+}
+
+std::uint32_t DownconvertRateOut(std::uint32_t handle) {
+  std::uint32_t nRate = 0;
+  WithInstance(handle, [&](SInstance& instance) { nRate = instance.downconverter.RateOut(); });
+  return nRate;
+}
+
+void NCO(std::uint32_t handle, std::int64_t shift, std::uint32_t inputRate, const SComplex* source, std::uint32_t count,
+         SComplex* destination) {
+  if (source == nullptr || destination == nullptr) return;
+  WithInstance(handle,
+               [&](SInstance& instance) { instance.oscillator.Process(shift, inputRate, source, count, destination); });
+}
+
+void DownconvertRun(std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
+                    std::uint32_t* outputCount) {
+  WithInstance(handle,
+               [&](SInstance& instance) { Feed(&instance.downconverter, input, inputCount, output, outputCount); });
+}
+
+std::uint32_t Diagnostics(std::uint32_t handle, char* text, std::uint32_t capacity) {
+  std::uint32_t nLength = 0;
+  WithInstance(handle, [&](SInstance& instance) {
+    const std::string strText = instance.strApplication + "\n" + instance.downconverter.Description();
+    nLength = static_cast<std::uint32_t>(strText.size());
+    if (text == nullptr || capacity == 0) return;
+    const std::size_t nFits = std::min<std::size_t>(strText.size(), capacity - 1);
+    std::copy_n(strText.data(), nFits, text);
+    text[nFits] = '\0';
+  });
+  return nLength;
+}
+
+void FirstStageExclude(std::uint32_t handle, std::uint32_t exclude) {
+  WithInstance(handle, [&](SInstance& instance) { instance.downconverter.ExcludeFirstStage(exclude != 0); });
+}
+
+void FirstStageOnly(std::uint32_t handle, std::uint32_t only) {
+  WithInstance(handle, [&](SInstance& instance) { instance.downconverter.RunFirstStageOnly(only != 0); });
+}
+
+void Advanced(std::uint32_t mode) {
+  g_nAdvancedMode = mode;
+}
+
+std::uint32_t IsAdvanced() {
+  return g_nAdvancedMode;
+}
+
+void FractionalInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) {
+  WithInstance(handle, [&](SInstance& instance) {
+    instance.pFractional.reset();
+    if (!AreRatesInRange(inputRate, outputRate, kLargestFractionalRatio)) return;
+    instance.pFractional = std::make_unique<vantrel::CFirStage>(vantrel::PlanChannelFilter(inputRate, outputRate));
+  });
+}
+
+void FractionalProcess(std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
+                       std::uint32_t* outputCount) {
+  WithInstance(handle,
+               [&](SInstance& instance) { Feed(instance.pFractional.get(), input, inputCount, output, outputCount); });
+}
+
+void PartionedFFTInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) {
+  WithInstance(handle, [&](SInstance& instance) {
+    instance.pPartitionedFilter.reset();
+    if (!AreRatesInRange(inputRate, outputRate, kLargestPartitionedRatio)) return;
+    const vantrel::SStagePlan plan = vantrel::PlanChannelFilter(inputRate, outputRate);
+    instance.pPartitionedFilter =
+        std::make_unique<vantrel::CPartitionedFilter>(vantrel::CKaiserLowPass(plan.fPassEdge, plan.fStopEdge));
+  });
+}
+
+void PartionedFFTProcess(std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
+                         std::uint32_t* outputCount) {
+  WithInstance(handle, [&](SInstance& instance) {
+    Feed(instance.pPartitionedFilter.get(), input, inputCount, output, outputCount);
+  });
+}
