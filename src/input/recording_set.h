@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "recording/metadata_xml.h"
+#include "recording/wave_format.h"
 #include "support/my_string_array.h"
 
 namespace carvello {
@@ -24,24 +25,30 @@ struct CRecordingSet {
   std::int64_t nTotalRemainder = 0;
   std::int64_t tStart = 0;  // seconds since 1970 UTC
   std::int64_t tEnd = 0;
-  double dDuration = 0.0;   // seconds
+  double dDuration = 0.0;             // seconds
   std::int64_t nRadioCenterFreq = 0;  // Hz
   std::uint32_t nSampleRate = 0;      // frames/s
   std::uint32_t nBandwidth = 0;       // Hz
   std::uint32_t nBytesPerSecond = 0;
   std::uint32_t nBitsPerSample = 0;
-  bool bFloat = false;        // IEEE float samples
-  bool bRF64 = false;         // the first file
+  WAVEFORMATEXTENSIBLE format;     // of the first file
+  bool bFloat = false;             // IEEE float samples
+  bool bRF64 = false;              // the first file
   bool bFromSourceRecord = false;  // described by source recognition, not by XML metadata
-  bool bFloatScale = false;   // see CWaveFileReader::FloatScale
-  std::string strMetadata;    // the selected file's XML text; empty when it has none
-  SMetadataLists metadata;    // its name/value lists
+  // 32-bit float samples that stand at 16-bit full scale already, as this program writes them; see
+  // CWaveFileReader::FloatScale.
+  bool bFloatScale = false;
+  std::string strMetadata;  // the first file's XML text; empty when it has none
+  SMetadataLists metadata;  // its name/value lists
 
+  // Appends a file and counts its data bytes.
+  void AddFile(SRecordingFile file);
   std::int64_t TotalBytes() const { return nTotalMillions * 1'000'000 + nTotalRemainder; }
 };
 
-// Finds the whole set that the file belongs to and describes it. False when the file is no recording; `log` then says
-// why. The set is reset first. May raise the invalid-argument or failure error for impossible dates.
+// Finds the whole set that the file belongs to and describes it. False when the file is no recording; the last
+// "[ERROR]" line of `log` then names the file and says why. The set is reset first. "[WARNING]" lines tell what had to
+// be assumed. Nothing is thrown.
 bool AnalyseRecordingSet(const std::string& selectedFile, CRecordingSet& set, CMyStringArray& log);
 
 }  // namespace carvello

@@ -5,24 +5,15 @@
 #include <cstdint>
 #include <string>
 
-#include "input/recording_source_info.h"
+#include "input/scan_result.h"
 #include "recording/info_texts.h"
 #include "recording/wave_format.h"
 #include "support/file.h"
 #include "support/my_string_array.h"
-#include "support/text.h"
 
 namespace carvello {
 
-// What the analysis walk found in one file.
-struct SScanResult {
-  WAVEFORMATEXTENSIBLE format;
-  std::string strXml;         // UTF-8 text of an "auxi" chunk that holds XML; empty otherwise
-  RecordingSourceInfo source; // filled when another program's recording was recognised
-  SInfoTexts infoTexts;
-  std::int64_t nDataBytes = 0;
-  bool bRF64 = false;
-};
+enum class EFormatVerdict;
 
 // Used by one thread at a time. Every step leaves a line in Log(); nothing is thrown.
 class CWaveFileReader {
@@ -64,7 +55,15 @@ class CWaveFileReader {
   const CMyStringArray& Log() const { return m_log; }
 
  private:
-  // to be completed by the implementation
+  // Adds a line to the log. Always false.
+  bool Fail(const std::string& line);
+  void ZeroCounters();
+  EFormatVerdict ReadFormat(std::uint32_t size, WAVEFORMATEXTENSIBLE& format);
+  // Behind the format: stands behind the header of the data chunk then. False when there is none.
+  bool FindData(std::uint32_t& size, bool& elad);
+  // The data begins here: takes over its format and the bytes to read of it. False when the chunk is empty.
+  bool BeginData(const WAVEFORMATEXTENSIBLE& format, std::int64_t dataSize, std::int64_t total);
+
   std::string m_strFileName;
   CFile m_file;
   std::int64_t m_nDataBytesRead = 0;

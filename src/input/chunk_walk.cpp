@@ -1,0 +1,339 @@
+#include "input/chunk_walk.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "input/data_size.h"
+#include "input/format_chunk.h"
+#include "input/riff_layout.h"
+#include "input/source_recognition.h"
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello {
+
+namespace {
+
+constexpr std::uint32_t kMaxSubChunkBytes = 65'536;
+constexpr std::uint32_t kMaxBodyBytes = 16u << 20;
+constexpr std::int64_t kMaxBodyBytesInAll = 64 << 20;
+constexpr std::size_t kMarkerBytes = 4;
+constexpr std::uint32_t kSubChunkHeaderBytes = sizeof(SChunkHeader);
+
+// A text out of a file as part of a log line: what would move a terminal's cursor or break the line shows as "?".
+std::string Printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
+  return text;
+}
+
+std::string MarkerText(const std::string& marker) {
+  return Printable(platform::SystemCodePageToUtf8(marker));
+}
+
+int Signed(std::uint32_t size) {
+  return static_cast<int>(size);
+}
+
+}  // namespace
+
+CChunkWalk::CChunkWalk(CFile& file, const std::string& fileName, CMyStringArray& log, SScanResult& result)
+    : m_file(file), m_log(log), m_result(result) {
+  m_evidence.strFileName = fileName;
+}
+
+bool CChunkWalk::Run() {
+  for (std::uint32_t chunks = 0;; ++chunks) {
+    if (chunks == kMaxChunks) {
+      m_log.Add(Format("[ERROR] More than %u chunks, the rest of the file is ignored", kMaxChunks));
+      break;
+    }
+    if (!m_file.Seek(m_file.Position() + m_nSkip) || !ReadMarker(m_strMarker)) {
+      m_log.Add("[ERROR] Failed to read next marker from the file");
+      break;
+    }
+    m_nSkip = 0;
+    Log("marker");
+    if (!HandleChunk()) {
+      const bool samplesKnown = m_bData && m_result.format.Format.nChannels > 0;
+      if (!samplesKnown) return false;
+      m_result.strError.clear();
+      break;
+    }
+    if (HasReachedEnd()) {
+      m_log.Add("Finished");
+      m_log.Add("--------");
+      break;
+    }
+  }
+  RecogniseSource(m_evidence, m_result);
+  if (!m_bData) m_result.strError = "no data chunk found";
+  return m_bData;
+}
+
+bool CChunkWalk::HandleChunk() {
+  const bool header = m_strMarker == "RIFF" || m_strMarker == "RF64";
+  if (!m_bHeaderSeen && !header) {
+    m_result.strError = "[ERROR] File does not start with RIFF or RF64";
+    m_log.Add(m_result.strError);
+    return false;
+  }
+  if (header) return HandleFileHeader(m_strMarker == "RF64");
+  if (m_strMarker == "WAVE") return true;
+  if (m_strMarker == "ds64") return HandleDs64();
+  if (m_strMarker == "fmt ") return HandleFormat();
+  if (m_strMarker == "data") return HandleData();
+  if (m_strMarker == "LIST") return HandleList();
+  if (m_strMarker == "meta") return HandleMeta();
+  if (m_strMarker == "elad") return HandleElad();
+  if (m_strMarker == "note") return HandleNote();
+  if (m_strMarker == "auxi") return HandleAuxi();
+  if (m_strMarker == "rcvr") return HandleRcvr();
+  return HandleUnknown();
+}
+
+bool CChunkWalk::HandleFileHeader(bool rf64) {
+  m_result.bRF64 = rf64;
+  m_bHeaderSeen = true;
+  if (!ReadSize("[ERROR] Failed to read file size from the file", m_nRiffSize)) return false;
+  Log(rf64 ? Format("Size = %d", Signed(m_nRiffSize))
+           : Format("Size = %d (signed), %u (unsigned)", Signed(m_nRiffSize), m_nRiffSize));
+  return true;
+}
+
+bool CChunkWalk::HandleDs64() {
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read ds64 size from the file", size)) return false;
+  Log(Format("Size = %d", Signed(size)));
+  SDs64 sizes;
+  if (!Read(&sizes, sizeof(sizes))) return Fail("[ERROR] Failed to read ds64 data from the file");
+  Log(Format("RIFF size %lld", static_cast<long long>(sizes.nRiffSize)));
+  Log(Format("Data size %lld", static_cast<long long>(sizes.nDataSize)));
+  Log(Format("Frames    %lld", static_cast<long long>(sizes.nFrames)));
+  Log(Format("Table len %d", Signed(sizes.nTableLength)));
+  m_nRiffSize64 = sizes.nRiffSize;
+  m_nDataSize64 = sizes.nDataSize;
+  return true;
+}
+
+bool CChunkWalk::HandleFormat() {
+  std::uint32_t size = 0;
+  // The text of ds64, deliberately: people search logs for it.
+  if (!ReadSize("[ERROR] Failed to read ds64 size from the file", size)) return false;
+  if (size < kSmallestFormat) {
+    return Fail(Format("[ERROR] Format size %u, at least %u bytes are needed", size, kSmallestFormat));
+  }
+  WAVEFORMATEXTENSIBLE format;
+  const std::int64_t start = m_file.Position();
+  const EFormatVerdict verdict = ReadFormatChunk(m_file, size, EChannelRule::ExactlyTwo, format);
+  ++m_result.statistics.nReads;
+  m_result.statistics.nBytes += std::min<std::int64_t>(m_file.Position() - start, sizeof(format));
+  if (verdict == EFormatVerdict::ReadFailed) {
+    return Fail("[ERROR] Failed to read wave format descriptor from the file");
+  }
+  if (!IsAccepted(verdict)) return Fail(FormatVerdictText(verdict, format));
+  m_result.format = format;
+  if (verdict == EFormatVerdict::Converted) {
+    for (const std::string& line : ConversionTexts(format)) Log(line);
+  }
+  return true;
+}
+
+bool CChunkWalk::HandleData() {
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read data size from the file", size)) return false;
+  Log(Format("Size = %d", Signed(size)));
+  const bool sizeInDs64 = m_result.bRF64 && size == kSizeInDs64;
+  const std::uint64_t claimed = sizeInDs64 ? static_cast<std::uint64_t>(m_nDataSize64) : size;
+  const SDataSize data = HeldDataSize(m_file, claimed, m_evidence.bElad && !sizeInDs64);
+  if (!data.strWarning.empty()) Log(data.strWarning);
+  m_nSkip = data.nBytes;
+  if (m_bData) {
+    // The samples are read from the first one, so lengths must be of the first one too.
+    Log("[WARNING] Not the first data chunk, ignored");
+    return true;
+  }
+  m_bData = true;
+  m_result.nDataBytes = data.nBytes;
+  return true;
+}
+
+bool CChunkWalk::HandleList() {
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read LIST size from the file", size)) return false;
+  std::string listType;
+  if (!ReadMarker(listType)) return Fail("[ERROR] Failed to read LIST marker from the file");
+  Log(Format("Found %s marker", MarkerText(listType).c_str()));
+  return HandleSubChunks(listType, size);
+}
+
+bool CChunkWalk::HandleSubChunks(const std::string& listType, std::uint32_t listSize) {
+  const std::string type = MarkerText(listType);
+  std::string body;
+  for (std::uint64_t consumed = kMarkerBytes; consumed < listSize;) {
+    const auto skipRest = [&](std::uint64_t read) {
+      m_nSkip = std::max<std::int64_t>(static_cast<std::int64_t>(listSize) - static_cast<std::int64_t>(read), 0);
+    };
+    if (m_nSubChunks == kMaxChunks) {
+      Log(Format("%s [ERROR] More than %u subchunks, the rest is ignored", type.c_str(), kMaxChunks));
+      skipRest(consumed);
+      return true;
+    }
+    ++m_nSubChunks;
+
+    std::string marker;
+    if (!ReadMarker(marker)) return Fail(type + " [ERROR] Failed to read subchunk marker from the file");
+    std::uint32_t size = 0;
+    if (!Read(&size, sizeof(size))) return Fail(type + " [ERROR] Failed to read subchunk size from the file");
+    const std::uint64_t rounded = (std::uint64_t{size} + 1) & ~std::uint64_t{1};
+    if (rounded > kMaxSubChunkBytes) {
+      Log(Format("%s [ERROR] Subchunk %s of %u bytes, at most %u are read, the rest of the list is ignored",
+                 type.c_str(), MarkerText(marker).c_str(), size, kMaxSubChunkBytes));
+      skipRest(consumed + kSubChunkHeaderBytes);
+      return true;
+    }
+    m_nBodyBytes += static_cast<std::int64_t>(rounded);
+    if (m_nBodyBytes > kMaxBodyBytesInAll) {
+      Log(Format("%s [ERROR] More than %lld bytes of metadata, the rest is ignored", type.c_str(),
+                 static_cast<long long>(kMaxBodyBytesInAll)));
+      skipRest(consumed + kSubChunkHeaderBytes);
+      return true;
+    }
+    body.resize(rounded);
+    if (!Read(body.data(), body.size())) return Fail(type + " [ERROR] Failed to read subchunk data from the file");
+
+    const std::string text = ReplaceAll(platform::SystemCodePageToUtf8(body.substr(0, body.find('\0'))), "?? ", "");
+    if (listType == "INFO") StoreInfoText(marker, text);
+    // The size is the whole list's, deliberately: the line is compared with those of older logs.
+    Log(Format("%s Found %s marker, size = %d, text = '%s'", type.c_str(), MarkerText(marker).c_str(), Signed(listSize),
+               Printable(text).c_str()));
+    consumed += rounded + kSubChunkHeaderBytes;
+  }
+  return true;
+}
+
+bool CChunkWalk::HandleMeta() {
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read subchunk size from the file", size)) return false;
+  Log(Format("Size = %d", Signed(size)));
+  Log("Ignored");
+  if (auto body = ReadBody(size, "[ERROR] Failed to read meta buffer from the file"))
+    m_evidence.strMeta = std::move(*body);
+  return true;
+}
+
+bool CChunkWalk::HandleElad() {
+  m_evidence.bElad = true;
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read subchunk size from the file", size)) return false;
+  ReadBody(size, "[ERROR] Failed to read ELAD buffer from the file");
+  return true;
+}
+
+bool CChunkWalk::HandleNote() {
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read subchunk size from the file", size)) return false;
+  Log(Format("Size = %d", Signed(size)));
+  Log("Ignored");
+  m_nSkip = size;
+  return true;
+}
+
+bool CChunkWalk::HandleAuxi() {
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read Auxi size from the file", size)) return false;
+  if (size == 0) return true;
+  if (auto body = ReadBody(size, "[ERROR] Failed to read Auxi buffer from the file"))
+    m_evidence.strAuxi = std::move(*body);
+  return true;
+}
+
+bool CChunkWalk::HandleRcvr() {
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read rcvr size from the file", size)) return false;
+  if (size == 0) return true;
+  if (auto body = ReadBody(size, "[ERROR] Failed to read rcvr buffer from the file"))
+    m_evidence.strRcvr = std::move(*body);
+  return true;
+}
+
+bool CChunkWalk::HandleUnknown() {
+  std::uint32_t size = 0;
+  if (!ReadSize("[ERROR] Failed to read subchunk size from the file", size)) return false;
+  Log(Format("[WARNING] Unexpected subchunk, size %d", Signed(size)));
+  Log(Format("[WARNING] File position %lld, size %u", static_cast<long long>(m_file.Position()), m_nRiffSize));
+  m_nSkip = size;
+  return true;
+}
+
+bool CChunkWalk::Read(void* buffer, std::size_t bytes) {
+  const std::size_t done = m_file.Read(buffer, bytes);
+  ++m_result.statistics.nReads;
+  m_result.statistics.nBytes += static_cast<std::int64_t>(done);
+  return done == bytes;
+}
+
+bool CChunkWalk::ReadMarker(std::string& marker) {
+  marker.resize(kMarkerBytes);
+  return Read(marker.data(), marker.size());
+}
+
+bool CChunkWalk::ReadSize(const char* failure, std::uint32_t& size) {
+  return Read(&size, sizeof(size)) || Fail(failure);
+}
+
+std::optional<std::string> CChunkWalk::ReadBody(std::uint32_t size, const char* failure) {
+  m_nSkip = size;
+  if (size > BytesLeft()) {
+    Log(failure);
+    return std::nullopt;
+  }
+  if (size > kMaxBodyBytes || m_nBodyBytes + size > kMaxBodyBytesInAll) {
+    Log(Format("[ERROR] Size %u, at most %u bytes and %lld in all are read, ignored", size, kMaxBodyBytes,
+               static_cast<long long>(kMaxBodyBytesInAll)));
+    return std::nullopt;
+  }
+  std::string body(size, '\0');
+  const std::int64_t start = m_file.Position();
+  if (!Read(body.data(), body.size())) {
+    Log(failure);
+    m_nSkip = size - (m_file.Position() - start);
+    return std::nullopt;
+  }
+  m_nBodyBytes += size;
+  m_nSkip = 0;
+  return body;
+}
+
+std::int64_t CChunkWalk::BytesLeft() const {
+  return m_file.Length() - m_file.Position();
+}
+
+bool CChunkWalk::HasReachedEnd() const {
+  // The sizes count from behind themselves, so the walk ends up to 8 bytes early. Deliberate: no chunk with a body fits
+  // there, and files of recorders that count otherwise end here as well.
+  const std::int64_t position = m_file.Position() + m_nSkip;
+  if (m_nRiffSize64 >= 1 && position >= m_nRiffSize64) return true;
+  return m_nRiffSize != 0 && m_nRiffSize != kSizeInDs64 && position >= m_nRiffSize;
+}
+
+void CChunkWalk::Log(const std::string& text) {
+  m_log.Add(MarkerText(m_strMarker) + " " + text);
+}
+
+bool CChunkWalk::Fail(const std::string& text) {
+  Log(text);
+  m_result.strError = MarkerText(m_strMarker) + " " + text;
+  return false;
+}
+
+void CChunkWalk::StoreInfoText(const std::string& marker, const std::string& text) {
+  SInfoTexts& texts = m_result.infoTexts;
+  if (marker == "IPRD") texts.strIPRD = text;
+  if (marker == "IART") texts.strIART = text;
+  if (marker == "ICMT") texts.strICMT = text;
+  if (marker == "ICOP") texts.strICOP = text;
+  if (marker == "INAM") texts.strINAM = text;
+}
+
+}  // namespace carvello

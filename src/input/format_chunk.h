@@ -1,0 +1,51 @@
+// The "fmt " chunk of an input file: reading it and bringing every accepted format into the extensible form.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "recording/wave_format.h"
+#include "support/file.h"
+
+namespace carvello {
+
+enum class EFormatVerdict {
+  Kept,       // was extensible already
+  Converted,  // plain PCM or float, now extensible
+  ReadFailed,
+  SkipFailed,
+  WrongChannelCount,
+  Unsupported,
+  NoFrame,  // so few channels or bits that a frame has no bytes
+};
+
+// Channels that a plain PCM or float format may have. An extensible format is not asked.
+enum class EChannelRule {
+  OneOrTwo,
+  ExactlyTwo,  // an input recording is an I/Q pair
+};
+
+inline bool IsAccepted(EFormatVerdict verdict) {
+  return verdict == EFormatVerdict::Kept || verdict == EFormatVerdict::Converted;
+}
+
+// Reads the chunk body of `size` bytes at the file's position, at most 40 of them, and stands behind the body then.
+// A body that is shorter leaves the remaining fields 0.
+EFormatVerdict ReadFormatChunk(CFile& file, std::uint32_t size, EChannelRule rule, WAVEFORMATEXTENSIBLE& format);
+
+// The log line for a verdict that is no acceptance.
+std::string FormatVerdictText(EFormatVerdict verdict, const WAVEFORMATEXTENSIBLE& format);
+// The log lines for a converted format.
+std::array<std::string, 2> ConversionTexts(const WAVEFORMATEXTENSIBLE& format);
+
+// Bytes of one frame over all channels, by bits and channels and not by nBlockAlign, which some programs leave wrong.
+inline std::uint32_t FrameBytes(const WAVEFORMATEX& format) {
+  return static_cast<std::uint32_t>(format.wBitsPerSample) * format.nChannels / 8;
+}
+
+inline bool IsFloat(const WAVEFORMATEXTENSIBLE& format) {
+  return format.SubFormat == KSDATAFORMAT_SUBTYPE_IEEE_FLOAT;
+}
+
+}  // namespace carvello

@@ -1,0 +1,44 @@
+// What is known of the files walked so far, for the life of the process: selecting another file of a set already seen
+// walks nothing.
+//
+// An entry holds while the file's size, modification time and identity stay as they were, so that a recording that is
+// still growing is described as it is now.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "input/recording_source_info.h"
+#include "recording/wave_format.h"
+
+namespace carvello {
+
+// The walk's result without the texts that only the file's own reader asks for.
+struct SFileFacts {
+  bool bRecording = false;     // the file has samples and a format
+  std::string strXml;          // UTF-8; empty for a file without XML metadata
+  RecordingSourceInfo source;  // of a file without XML metadata
+  WAVEFORMATEXTENSIBLE format;
+  bool bRF64 = false;
+  std::int64_t nFileSize = 0;  // bytes on disk
+  std::string strError;        // why it is no recording, or why its source stayed unknown
+};
+
+// Both may be called on any thread. On a miss the file is walked outside any lock, and the result answers both lookups
+// from then on.
+SFileFacts LookupMetadata(const std::string& fileName);
+std::int64_t LookupDataSize(const std::string& fileName);  // 0 for a file that is no recording
+
+struct SLookupStatistics {
+  std::uint64_t nHits = 0;
+  std::uint64_t nWalks = 0;
+};
+// Since the process began.
+SLookupStatistics LookupCacheStatistics();
+
+// Receives "Lookup status %s, filename %s" ("OK" for a hit, "FAIL" for a miss) and, at the end of the process, "Reset
+// cache" for each map. Called on the thread of the lookup. Nullptr, as at the start, for no trace.
+using LookupTrace = void (*)(const std::string& line);
+void SetLookupTrace(LookupTrace trace);
+
+}  // namespace carvello

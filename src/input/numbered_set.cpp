@@ -1,0 +1,237 @@
+#include "input/numbered_set.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "input/format_chunk.h"
+#include "support/platform.h"
+#include "support/text.h"
+#include "support/version.h"
+
+namespace carvello {
+
+namespace {
+
+constexpr std::uint32_t kUsualBits = 16;
+constexpr std::int64_t kMax32 = std::numeric_limits<std::uint32_t>::max();
+
+// The size of a file that can be a member; nothing for one that is missing or may not be read.
+std::optional<std::int64_t> MemberSize(const std::string& path) {
+  const std::optional<platform::FileStatus> status = platform::GetFileStatus(path);
+  if (!status || status->bDirectory || !platform::IsReadable(path)) return std::nullopt;
+  return status->nSize;
+}
+
+// Members' names by number, made from the name of the first one.
+class CMemberNames {
+ public:
+  explicit CMemberNames(std::string firstName) : m_strFirst(std::move(firstName)) {
+    for (const std::string_view ending : {" 000.wav", " 000.WAV"}) {
+      m_nEnding = m_strFirst.find(ending);
+      m_strEnding = ending;
+      if (IsNumbered()) break;
+    }
+  }
+
+  bool IsNumbered() const { return m_nEnding != std::string::npos; }
+  const std::string& First() const { return m_strFirst; }
+  std::string Lower(unsigned number) const { return ReplaceAll(m_strFirst, m_strEnding, Format(" %03d.wav", number)); }
+  // Where case matters, the members of a set in upper case have only this name.
+  std::string Upper(unsigned number) const { return ReplaceAll(m_strFirst, m_strEnding, Format(" %03d.WAV", number)); }
+
+  // The number in a member's name; nothing for any other name.
+  std::optional<unsigned> NumberOf(const std::string& name) const {
+    if (!IsNumbered() || name.size() <= m_nEnding) return std::nullopt;
+    unsigned number = 0;
+    std::from_chars(name.data() + m_nEnding + 1, name.data() + name.size(), number);
+    if (!EqualsNoCaseAscii(Lower(number), name)) return std::nullopt;
+    return number;
+  }
+
+ private:
+  std::string m_strFirst;
+  std::string m_strEnding;
+  std::size_t m_nEnding = std::string::npos;
+};
+
+class CNumberedSet {
+ public:
+  CNumberedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set, CMyStringArray& log)
+      : m_strSelected(selectedFile),
+        m_strName(platform::NameOf(selectedFile)),
+        m_selected(selected),
+        m_set(set),
+        m_log(log) {}
+
+  bool Describe();
+
+ private:
+  // The first member and, in `next`, the number behind it.
+  bool AddFirst(const CMemberNames& names, unsigned& next);
+  // False when there is no such member, or it cannot go on from the one before: the set ends before it.
+  bool AddNext(const CMemberNames& names, unsigned number);
+  bool DescribeBy(const std::string& path, const SFileFacts& first);
+  void Add(const std::string& path, std::int64_t fileSize, std::int64_t dataBytes);
+  std::int64_t DataBytes(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata);
+  // The number under the key of the first member's metadata, where it can be one; otherwise `instead`, with a warning
+  // that calls it by its name.
+  std::uint32_t Number(const std::string& path, const char* key, std::uint32_t least, std::uint32_t instead);
+  void WarnIfUnequal(const std::string& path, const char* key, std::uint32_t told, std::uint32_t format);
+  std::string PathOf(const std::string& name) const {
+    return m_strSelected.substr(0, m_strSelected.size() - m_strName.size()) + name;
+  }
+  void Warn(const std::string& path, const std::string& text) {
+    m_log.Add(Format("[WARNING] %s: %s", path.c_str(), text.c_str()));
+  }
+
+  const std::string& m_strSelected;
+  const std::string m_strName;
+  const SFileFacts& m_selected;
+  CRecordingSet& m_set;
+  CMyStringArray& m_log;
+  std::int64_t m_nPreviousSize = -1;
+};
+
+bool CNumberedSet::Describe() {
+  SMetadataLists metadata;
+  ParseMetadataXml(m_selected.strXml, metadata);
+  const CMemberNames names(FileNameOnly(metadata.Find("FirstFile")));
+  if (names.First().empty()) {
+    m_log.Add(Format("[ERROR] %s: the XML metadata names no first file (attribute FirstFile)", m_strSelected.c_str()));
+    return false;
+  }
+  unsigned next = 1;
+  if (!AddFirst(names, next)) return false;
+  while (names.IsNumbered() && AddNext(names, next)) ++next;
+
+  m_set.dDuration = static_cast<double>(m_set.TotalBytes()) / m_set.nBytesPerSecond;
+  m_set.tEnd = m_set.tStart + static_cast<std::int64_t>(m_set.dDuration);
+  const auto isSelected = [&](const SRecordingFile& file) {
+    return EqualsNoCaseAscii(platform::NameOf(file.strPath), m_strName);
+  };
+  if (std::none_of(m_set.files.begin(), m_set.files.end(), isSelected)) {
+    Warn(m_strSelected, Format("not part of the set, which ends with %s", m_set.files.back().strPath.c_str()));
+  }
+  return true;
+}
+
+bool CNumberedSet::AddFirst(const CMemberNames& names, unsigned& next) {
+  const std::string path = PathOf(names.First());
+  const SFileFacts first = LookupMetadata(path);
+  if (first.bRecording && !first.strXml.empty()) return DescribeBy(path, first);
+  Warn(path, Format("%s; the selected file takes the place of the first one",
+                    first.strError.empty() ? "no XML metadata" : first.strError.c_str()));
+  // The set goes on behind the number of the selected file: from 1 it would run through its files out of order.
+  next = names.NumberOf(m_strName).value_or(0) + 1;
+  return DescribeBy(m_strSelected, m_selected);
+}
+
+bool CNumberedSet::AddNext(const CMemberNames& names, unsigned number) {
+  std::string path = PathOf(names.Lower(number));
+  std::optional<std::int64_t> size = MemberSize(path);
+  if (!size) {
+    path = PathOf(names.Upper(number));
+    size = MemberSize(path);
+  }
+  if (!size) return false;
+  if (*size == m_nPreviousSize) {
+    Add(path, *size, m_set.files.back().nDataBytes);
+    return true;
+  }
+  const SFileFacts facts = LookupMetadata(path);
+  if (!facts.bRecording) {
+    Warn(path, facts.strError + "; the set ends before it");
+    return false;
+  }
+  if (facts.format.Format.nSamplesPerSec != m_set.format.Format.nSamplesPerSec ||
+      facts.format.Format.wBitsPerSample != m_set.format.Format.wBitsPerSample ||
+      facts.format.SubFormat != m_set.format.SubFormat) {
+    Warn(path, "its sample format differs from that of the first file; the set ends before it");
+    return false;
+  }
+  SMetadataLists metadata;
+  ParseMetadataXml(facts.strXml, metadata);
+  Add(path, *size, DataBytes(path, facts, metadata));
+  return true;
+}
+
+bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) {
+  m_set.format = first.format;
+  m_set.bRF64 = first.bRF64;
+  m_set.bFloat = IsFloat(first.format);
+  m_set.strMetadata = first.strXml;
+  ParseMetadataXml(first.strXml, m_set.metadata);
+
+  const WAVEFORMATEX& format = first.format.Format;
+  m_set.nSampleRate = Number(path, "SampleRate", 1, format.nSamplesPerSec);
+  if (m_set.nSampleRate == 0) {
+    m_log.Add(Format("[ERROR] %s: no sample rate, neither in the XML metadata (attribute SampleRate) nor in the format",
+                     path.c_str()));
+    return false;
+  }
+  WarnIfUnequal(path, "SampleRate", m_set.nSampleRate, format.nSamplesPerSec);
+  m_set.nBandwidth = m_set.nSampleRate;
+  const std::uint64_t bytesPerSecond = std::uint64_t{m_set.nSampleRate} * FrameBytes(format);
+  m_set.nBytesPerSecond =
+      Number(path, "BytesPerSecond", 1, static_cast<std::uint32_t>(std::min<std::uint64_t>(bytesPerSecond, kMax32)));
+  m_set.nBitsPerSample = static_cast<std::uint32_t>(m_set.metadata.FindNumber("BitsPerSample") & kMax32);
+  if (m_set.nBitsPerSample == 0) m_set.nBitsPerSample = kUsualBits;
+  WarnIfUnequal(path, "BitsPerSample", m_set.nBitsPerSample, format.wBitsPerSample);
+  m_set.tStart = Number(path, "UTCSeconds", 0, 0);
+  const bool hasCentre = !m_set.metadata.Find("RadioCenterFreq").empty();
+  m_set.nRadioCenterFreq = m_set.metadata.FindNumber(hasCentre ? "RadioCenterFreq" : "CenterFrequency");
+  if (!hasCentre && m_set.metadata.Find("CenterFrequency").empty()) {
+    Warn(path, "no centre frequency in the XML metadata (attribute RadioCenterFreq), 0 Hz taken");
+  }
+
+  const std::string& level = m_set.metadata.Find("XMLLevel");
+  m_set.strSourceName = "Halvarn";
+  if (level == "XMLLevel003") m_set.strSourceName = "Halvarn (V3)";
+  if (level == "XMLLevel002") m_set.strSourceName = "Halvarn (V2)";
+  m_set.bFloatScale =
+      m_set.bFloat && format.wBitsPerSample == 32 && m_set.metadata.Find("SoftwareName") == VersionValue("ProductName");
+  Add(path, first.nFileSize, DataBytes(path, first, m_set.metadata));
+  return true;
+}
+
+void CNumberedSet::Add(const std::string& path, std::int64_t fileSize, std::int64_t dataBytes) {
+  m_set.AddFile({path, dataBytes, 0});
+  m_nPreviousSize = fileSize;
+}
+
+std::int64_t CNumberedSet::DataBytes(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata) {
+  const std::int64_t told = metadata.FindNumber("SizeInBytes");
+  if (told > 0 && told <= facts.nFileSize) return told;
+  if (told != 0) {
+    Warn(path, Format("SizeInBytes \"%s\" cannot be, the size of its data chunk is taken",
+                      metadata.Find("SizeInBytes").c_str()));
+  }
+  return LookupDataSize(path);
+}
+
+std::uint32_t CNumberedSet::Number(const std::string& path, const char* key, std::uint32_t least,
+                                   std::uint32_t instead) {
+  const std::int64_t number = m_set.metadata.FindNumber(key);
+  if (m_set.metadata.Has(key) && number >= least && number <= kMax32) return static_cast<std::uint32_t>(number);
+  Warn(path, Format("no usable %s in the XML metadata, %u taken", key, instead));
+  return instead;
+}
+
+void CNumberedSet::WarnIfUnequal(const std::string& path, const char* key, std::uint32_t told, std::uint32_t format) {
+  if (told != format) {
+    Warn(path, Format("%s is %u, but the file's format says %u", key, told, format));
+  }
+}
+
+}  // namespace
+
+bool DescribeNumberedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set,
+                         CMyStringArray& log) {
+  return CNumberedSet(selectedFile, selected, set, log).Describe();
+}
+
+}  // namespace carvello

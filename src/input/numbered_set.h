@@ -1,0 +1,17 @@
+// Sets with the maker's XML metadata: files of one recording, numbered " 000.wav", " 001.wav", ...
+#pragma once
+
+#include <string>
+
+#include "input/lookup_cache.h"
+#include "input/recording_set.h"
+#include "support/my_string_array.h"
+
+namespace carvello {
+
+// Describes the set of the selected file, whose facts hold XML metadata, from its first member to the first number that
+// is missing. False when the metadata names no first file or no rate can be had; the log then says so.
+bool DescribeNumberedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set,
+                         CMyStringArray& log);
+
+}  // namespace carvello

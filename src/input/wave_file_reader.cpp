@@ -1,0 +1,199 @@
+#include "input/wave_file_reader.h"
+
+#include <algorithm>
+
+#include "input/chunk_walk.h"
+#include "input/data_size.h"
+#include "input/format_chunk.h"
+#include "input/riff_layout.h"
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello {
+
+namespace {
+
+constexpr std::uint32_t kSmallestRiffSize = 45;
+const char* const kNoRF64 = "Not a valid WAVE RF64 file";
+
+std::string ChunkName(const ChunkId& id) {
+  return platform::SystemCodePageToUtf8(std::string(id.data(), std::find(id.begin(), id.end(), '\0')));
+}
+
+std::string TooManyChunks() {
+  return Format("[ERROR] More than %u chunks and none of them holds samples", kMaxChunks);
+}
+
+}  // namespace
+
+bool CWaveFileReader::Open(const std::string& fileName) {
+  m_strFileName.clear();
+  ZeroCounters();
+  const bool opened = m_file.Open(fileName, platform::EOpenMode::ReadShared);
+  const std::uint32_t error = opened ? 0 : platform::LastError();
+  m_log.Add(carvello::Format("Opening %s, Handle = %08X, Status = %s", fileName.c_str(), m_file.LogId(),
+                             platform::ErrorText(error).value_or("<unknown>").c_str()));
+  if (opened) m_strFileName = fileName;
+  return opened;
+}
+
+void CWaveFileReader::Close() {
+  if (!IsOpen()) return;
+  m_file.Close();
+  m_log.Add(carvello::Format("Closing %s", m_strFileName.c_str()));
+  m_strFileName.clear();
+  ZeroCounters();
+}
+
+bool CWaveFileReader::ParseWave(WAVEFORMATEXTENSIBLE& format, std::int64_t& dataSize) {
+  format = {};
+  dataSize = 0;
+  SFileHeader header;
+  if (!m_file.ReadExactly(&header, sizeof(header))) return Fail("Not a valid WAVE file");
+  if (IsChunk(header.riff, "RF64")) return m_file.Seek(0) && ParseRF64(format, dataSize);
+
+  if (!IsChunk(header.riff, "RIFF")) m_log.Add("[WARNING] RIFF signature: Not Found");
+  if (!IsChunk(header.wave, "WAVE")) m_log.Add("[WARNING] WAVE signature: Not Found");
+  if (!IsChunk(header.first.id, "fmt ")) m_log.Add("[WARNING] fmt  signature: Not Found");
+  if (header.nRiffSize < kSmallestRiffSize) {
+    m_log.Add(carvello::Format("[WARNING] File size: %d (Minimum WAV file size supported is %d)",
+                               static_cast<int>(header.nRiffSize), static_cast<int>(kSmallestRiffSize)));
+  }
+  if (header.first.nSize < kSmallestFormat) {
+    m_log.Add(carvello::Format("[WARNING] Format size: %d (Smaller than size of PCMWAVEFORMAT %d)",
+                               static_cast<int>(header.first.nSize), static_cast<int>(kSmallestFormat)));
+  }
+  if (!IsAccepted(ReadFormat(header.first.nSize, format))) return false;
+
+  std::uint32_t claimed = 0;
+  bool elad = false;
+  if (!FindData(claimed, elad)) return false;
+  const SDataSize data = HeldDataSize(m_file, claimed, elad);
+  if (!data.strWarning.empty()) m_log.Add(data.strWarning);
+  dataSize = data.nBytes;
+  return BeginData(format, dataSize, dataSize - dataSize % FrameBytes(format.Format));
+}
+
+bool CWaveFileReader::FindData(std::uint32_t& size, bool& elad) {
+  for (std::uint32_t chunks = 0; chunks < kMaxChunks; ++chunks) {
+    SChunkHeader chunk;
+    if (!m_file.ReadExactly(&chunk, sizeof(chunk))) return Fail("[ERROR] Failed to read header!");
+    if (IsChunk(chunk.id, "data")) {
+      size = chunk.nSize;
+      return true;
+    }
+    if (IsChunk(chunk.id, "elad")) elad = true;
+    if (!m_file.Seek(m_file.Position() + chunk.nSize)) return Fail("[ERROR] Invalid data chunk!...Exiting");
+  }
+  return Fail(TooManyChunks());
+}
+
+bool CWaveFileReader::ParseRF64(WAVEFORMATEXTENSIBLE& format, std::int64_t& dataSize) {
+  format = {};
+  dataSize = 0;
+  SFileHeader header;
+  if (!m_file.ReadExactly(&header, sizeof(header))) return Fail(kNoRF64);
+  // A wrong signature does not end the parse, deliberately: ds64 and the chunks behind it decide.
+  if (!IsChunk(header.riff, "RF64") || header.nRiffSize != kSizeInDs64 || !IsChunk(header.wave, "WAVE") ||
+      !IsChunk(header.first.id, "ds64")) {
+    m_log.Add(kNoRF64);
+  }
+  m_log.Add("WAVE RF64 signature: Found");
+  SDs64 sizes;
+  if (!m_file.ReadExactly(&sizes, sizeof(sizes))) return Fail("[ERROR] Failed to read ds64 chunk from the file");
+
+  for (std::uint32_t chunks = 0; chunks < kMaxChunks; ++chunks) {
+    SChunkHeader chunk;
+    if (!m_file.ReadExactly(&chunk, sizeof(chunk))) return Fail("[ERROR] Failed to read next chunk from the file");
+    const std::string found =
+        carvello::Format("%s chunk found, size %d", ChunkName(chunk.id).c_str(), static_cast<int>(chunk.nSize));
+    m_log.Add(found);
+    if (IsChunk(chunk.id, "data")) {
+      if (FrameBytes(format.Format) == 0) return Fail("[ERROR] No format before the data chunk");
+      // The size in ds64 holds; the chunk's own is ignored whatever it says.
+      const SDataSize data = HeldDataSize(m_file, static_cast<std::uint64_t>(sizes.nDataSize), false);
+      if (!data.strWarning.empty()) m_log.Add(data.strWarning);
+      m_log.Add(carvello::Format("Total data bytes: %lld", static_cast<long long>(data.nBytes)));
+      dataSize = data.nBytes;
+      return BeginData(format, dataSize, dataSize);
+    }
+    if (IsChunk(chunk.id, "fmt ")) {
+      const EFormatVerdict verdict = ReadFormat(chunk.nSize, format);
+      if (!IsAccepted(verdict)) return false;
+      if (verdict == EFormatVerdict::Converted) {
+        for (const std::string& line : ConversionTexts(format)) m_log.Add(line);
+      }
+    } else {
+      m_log.Add(found + ", ignored");
+      m_file.Seek(m_file.Position() + chunk.nSize);
+    }
+  }
+  return Fail(TooManyChunks());
+}
+
+EFormatVerdict CWaveFileReader::ReadFormat(std::uint32_t size, WAVEFORMATEXTENSIBLE& format) {
+  const EFormatVerdict verdict = ReadFormatChunk(m_file, size, EChannelRule::OneOrTwo, format);
+  if (!IsAccepted(verdict)) m_log.Add(FormatVerdictText(verdict, format));
+  return verdict;
+}
+
+bool CWaveFileReader::BeginData(const WAVEFORMATEXTENSIBLE& format, std::int64_t dataSize, std::int64_t total) {
+  if (dataSize == 0) return Fail("[ERROR] Invalid data bytes size!");
+  m_format = format;
+  m_nDataBytesRead = 0;
+  m_nDataBytesTotal = total;
+  m_nDataStart = m_file.Position();
+  return true;
+}
+
+bool CWaveFileReader::ScanChunks(const std::string& fileName, SScanResult& result) {
+  result = {};
+  if (!Open(fileName)) {
+    result.strError = m_log[m_log.Size() - 1];
+    return false;
+  }
+  m_log.Add(carvello::Format("Opened %s", fileName.c_str()));
+  m_log.Add("------");
+  const bool found = CChunkWalk(m_file, fileName, m_log, result).Run();
+  Close();
+  return found;
+}
+
+std::size_t CWaveFileReader::ReadData(void* buffer, std::size_t bytes) {
+  const std::int64_t left = m_nDataBytesTotal - m_nDataBytesRead;
+  if (left <= 0) return 0;
+  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(bytes, static_cast<std::uint64_t>(left)));
+  const std::size_t done = m_file.Read(buffer, wanted);
+  m_nDataBytesRead += static_cast<std::int64_t>(done);
+  return done;
+}
+
+bool CWaveFileReader::SkipFrames(std::int64_t frames) {
+  const std::int64_t bytesPerFrame = BytesPerFrame();
+  if (frames < 0 || bytesPerFrame == 0 || frames > m_nDataBytesTotal / bytesPerFrame) return false;
+  const std::int64_t bytes = frames * bytesPerFrame;
+  if (!m_file.Seek(m_nDataStart + bytes)) return false;
+  m_nDataBytesRead = bytes;
+  return true;
+}
+
+bool CWaveFileReader::Fail(const std::string& line) {
+  m_log.Add(line);
+  return false;
+}
+
+void CWaveFileReader::ZeroCounters() {
+  m_nDataBytesRead = 0;
+  m_nDataBytesTotal = 0;
+  m_nDataStart = 0;
+}
+
+bool ReadInfoTexts(const std::string& fileName, SInfoTexts& texts) {
+  CWaveFileReader reader;
+  SScanResult result;
+  reader.ScanChunks(fileName, result);
+  texts = result.infoTexts;
+  return !texts.IsEmpty();
+}
+
+}  // namespace carvello
