@@ -36,10 +36,6 @@ bool IsPartOf(std::string_view name, std::string_view outputName) {
 
 }  // namespace
 
-bool IsSplit(const OutputEntry& entry) {
-  return entry.nFileSizeMB != 0;
-}
-
 std::vector<std::string> ExistingParts(const OutputEntry& entry) {
   std::vector<std::string> parts;
   if (IsSingleRf64(entry)) return parts;

@@ -95,7 +95,7 @@ void SPassThrough::Bind(DspBinding& binding) {
     }
     EXPECT_EQ(source, destination) << "the shift is done in place";
     // A shift that is not 0 spoils the block, so that a writer that shared it with another would show.
-    if (shift != 0) std::memset(destination, 0, count * sizeof(SComplex));
+    if (shift != 0) std::fill_n(destination, count, SComplex{});
   };
   binding.DownconvertRun = [](std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
                               std::uint32_t* outputCount) {
