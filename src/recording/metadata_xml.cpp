@@ -88,7 +88,8 @@ std::string BuildMetadataXml(const SMetadataFacts& facts) {
   Append(definition, "PreviousFile", FileNameOnly(facts.strPreviousFile));
   Append(definition, "RadioModel", facts.strRadioModel);
   Append(definition, "RadioSerial", facts.strRadioSerial);
-  Append(definition, "SoftwareName", VersionValue("ProductName"));
+  Append(definition, "SoftwareName",
+         facts.strSoftwareName.empty() ? VersionValue("ProductName") : facts.strSoftwareName);
   Append(definition, "SoftwareVersion", VersionInfo().strVersionText);
   Append(definition, "UTC", startText);
   Append(definition, "XMLLevel", "XMLLevel003");

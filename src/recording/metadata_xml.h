@@ -36,6 +36,7 @@ struct SMetadataFacts {
   std::string strInternalTag;
   std::string strRadioModel;
   std::string strRadioSerial;
+  std::string strSoftwareName;  // empty: the program's own product name
   std::int32_t nDualMode = 0;
   std::int32_t nSequence = 0;
   std::uint32_t nADFrequency = 0;

@@ -143,5 +143,6 @@ std::string TempFolder();
 bool OpenWithDesktop(const std::string& path, const std::string& verb);
 bool IsTerminal(int standardStream);  // 1 stdout, 2 stderr
 unsigned TerminalColumns();           // 80 where it is not known
+void UseUtf8Console();                // the program's texts on a console are UTF-8 from here on
 
 }  // namespace carvello::platform

@@ -354,4 +354,8 @@ unsigned TerminalColumns() {
   return size.ws_col;
 }
 
+void UseUtf8Console() {
+  // Terminals here speak UTF-8, or a locale of the user's choosing that is not ours to change.
+}
+
 }  // namespace carvello::platform

@@ -426,4 +426,8 @@ unsigned TerminalColumns() {
   return static_cast<unsigned>(information.srWindow.Right - information.srWindow.Left + 1);
 }
 
+void UseUtf8Console() {
+  SetConsoleOutputCP(CP_UTF8);
+}
+
 }  // namespace carvello::platform
