@@ -18,7 +18,8 @@ inline constexpr std::int32_t kPrimitiveDivideByZero = -10;
 // Round to nearest, halves away from zero: the only rounding mode that the engine uses.
 inline constexpr std::int32_t kRoundHalfAway = 2;
 
-// Picks the variants for this processor. Called once at start-up, before any other primitive.
+// Picks the variants for this processor. Called once at start-up; before that, plain loops serve. The environment
+// variable CARVELLO_ISA ("plain" or "avx2") asks for a variant; one that the processor does not have is not taken.
 void InitPrimitives();
 
 std::int32_t CopyFloat(const float* source, float* destination, std::int32_t length);
@@ -31,8 +32,8 @@ std::int32_t Int16ToFloat(const std::int16_t* source, float* destination, std::i
 // Packed, 3 bytes a value, least significant byte first; length counts values.
 std::int32_t Int24ToFloat(const std::uint8_t* source, float* destination, std::int32_t length);
 std::int32_t Int32ToFloat(const std::int32_t* source, float* destination, std::int32_t length);
-// Each value times 2^-scale, rounded by the mode (0 towards zero, 1 to nearest with halves to even, 2 to nearest with
-// halves away from zero), saturated to -32768..32767. NaN gives 0.
+// Each value times 2^-scale, rounded by the mode (0 towards zero, 1 to nearest with halves to even, anything else as
+// kRoundHalfAway), saturated to -32768..32767. NaN gives 0.
 std::int32_t FloatToInt16(const float* source, std::int16_t* destination, std::int32_t length, std::int32_t mode,
                           std::int32_t scale);
 

@@ -1,0 +1,3 @@
+#include "dsp/primitive_kernels_body.h"
+
+const carvello::SPrimitiveKernels carvello::kPlainPrimitives = carvello::kKernels;

@@ -1,0 +1,283 @@
+#include "dsp/primitives.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cfenv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <numeric>
+#include <string>
+#include <vector>
+
+#include "dsp/primitive_kernels.h"
+
+namespace carvello {
+namespace {
+
+constexpr float kInfinity = std::numeric_limits<float>::infinity();
+constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+
+std::int32_t Length(const auto& values) {
+  return static_cast<std::int32_t>(values.size());
+}
+
+std::vector<std::int16_t> ToInt16(const std::vector<float>& values, std::int32_t mode = kRoundHalfAway,
+                                  std::int32_t scale = 0) {
+  std::vector<std::int16_t> result(values.size(), 12345);
+  EXPECT_EQ(FloatToInt16(values.data(), result.data(), Length(values), mode, scale), kPrimitiveOk);
+  return result;
+}
+
+using Int16s = std::vector<std::int16_t>;
+
+// Calls before InitPrimitives use the plain loops; these tests run with what start-up picks.
+class Primitives : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { InitPrimitives(); }
+};
+
+TEST_F(Primitives, CopiesMoveExactlyTheirLength) {
+  const std::vector<float> floats = {1.0f, -0.0f, kInfinity, 4.0f};
+  std::vector<float> copy(4, 9.0f);
+  EXPECT_EQ(CopyFloat(floats.data(), copy.data(), 3), kPrimitiveOk);
+  EXPECT_EQ(std::memcmp(copy.data(), floats.data(), 12), 0);
+  EXPECT_EQ(copy[3], 9.0f);
+
+  const std::vector<SComplex> samples = {{1, 2}, {3, 4}, {5, 6}};
+  std::vector<SComplex> sampleCopy(3);
+  EXPECT_EQ(CopyComplex(samples.data(), sampleCopy.data(), 2), kPrimitiveOk);
+  EXPECT_EQ(sampleCopy[1].im, 4.0f);
+  EXPECT_EQ(sampleCopy[2].re, 0.0f);
+
+  const std::vector<std::uint8_t> bytes = {1, 2, 3};
+  std::vector<std::uint8_t> byteCopy(3);
+  EXPECT_EQ(CopyBytes(bytes.data(), byteCopy.data(), 2), kPrimitiveOk);
+  EXPECT_EQ(byteCopy, (std::vector<std::uint8_t>{1, 2, 0}));
+}
+
+TEST_F(Primitives, MultiplicationByOneLeavesTheBufferAndByZeroClearsIt) {
+  std::vector<float> values = {1.5f, kNaN, kInfinity};
+  EXPECT_EQ(MulConstInPlace(1.0f, values.data(), 3), kPrimitiveOk);
+  EXPECT_EQ(values[0], 1.5f);
+  EXPECT_TRUE(std::isnan(values[1]));
+  EXPECT_EQ(MulConstInPlace(0.0f, values.data(), 3), kPrimitiveOk);
+  EXPECT_EQ(values, (std::vector<float>{0.0f, 0.0f, 0.0f}));
+}
+
+TEST_F(Primitives, MultiplicationReachesEveryValueAndNoOther) {
+  for (std::size_t nLength = 1; nLength < 40; ++nLength) {
+    std::vector<float> values(nLength + 1, 3.0f);
+    EXPECT_EQ(MulConstInPlace(-2.0f, values.data(), static_cast<std::int32_t>(nLength)), kPrimitiveOk);
+    for (std::size_t i = 0; i < nLength; ++i) EXPECT_EQ(values[i], -6.0f);
+    EXPECT_EQ(values[nLength], 3.0f);
+  }
+}
+
+TEST_F(Primitives, DivisionMultipliesByTheReciprocal) {
+  std::vector<float> values = {10.0f, 7.0f};
+  EXPECT_EQ(DivConstInPlace(3.0f, values.data(), 2), kPrimitiveOk);
+  EXPECT_EQ(values, (std::vector<float>{10.0f * (1.0f / 3.0f), 7.0f * (1.0f / 3.0f)}));
+}
+
+TEST_F(Primitives, DivisionByZeroIsRefusedAndLeavesTheBuffer) {
+  std::vector<float> values = {10.0f, 7.0f};
+  EXPECT_EQ(DivConstInPlace(0.0f, values.data(), 2), kPrimitiveDivideByZero);
+  EXPECT_EQ(DivConstInPlace(-0.0f, values.data(), 2), kPrimitiveDivideByZero);
+  EXPECT_EQ(values, (std::vector<float>{10.0f, 7.0f}));
+}
+
+TEST_F(Primitives, IntegersBecomeFloatsValueForValue) {
+  std::vector<std::int8_t> bytes(256);
+  std::iota(bytes.begin(), bytes.end(), std::int8_t{-128});
+  std::vector<float> floats(256);
+  EXPECT_EQ(Int8ToFloat(bytes.data(), floats.data(), 256), kPrimitiveOk);
+  for (int i = 0; i < 256; ++i) EXPECT_EQ(floats[static_cast<std::size_t>(i)], static_cast<float>(i - 128));
+
+  std::vector<std::int16_t> shorts(65536);
+  for (int i = 0; i < 65536; ++i) shorts[static_cast<std::size_t>(i)] = static_cast<std::int16_t>(i - 32768);
+  floats.resize(65536);
+  EXPECT_EQ(Int16ToFloat(shorts.data(), floats.data(), 65536), kPrimitiveOk);
+  for (int i = 0; i < 65536; ++i) EXPECT_EQ(floats[static_cast<std::size_t>(i)], static_cast<float>(i - 32768));
+
+  const std::vector<std::int32_t> ints = {0, 1, -1, 2147483647, -2147483647 - 1, 16777217};
+  floats.resize(ints.size());
+  EXPECT_EQ(Int32ToFloat(ints.data(), floats.data(), Length(ints)), kPrimitiveOk);
+  EXPECT_EQ(floats, (std::vector<float>{0.0f, 1.0f, -1.0f, 2147483648.0f, -2147483648.0f, 16777216.0f}));
+}
+
+TEST_F(Primitives, PackedTwentyFourBitIsLittleEndianAndSigned) {
+  const std::vector<std::uint8_t> bytes = {0xFF, 0xFF, 0x7F, 0x00, 0x00, 0x80, 0xFF, 0xFF,
+                                           0xFF, 0x56, 0x34, 0x12, 0x00, 0x00, 0x00};
+  std::vector<float> floats(5);
+  EXPECT_EQ(Int24ToFloat(bytes.data(), floats.data(), 5), kPrimitiveOk);
+  EXPECT_EQ(floats, (std::vector<float>{8388607.0f, -8388608.0f, -1.0f, 1193046.0f, 0.0f}));
+}
+
+TEST_F(Primitives, TwentyFourBitFullScaleDividedBy256) {
+  const std::array<std::uint8_t, 3> bytes = {0xFF, 0xFF, 0x7F};
+  float value = 0.0f;
+  EXPECT_EQ(Int24ToFloat(bytes.data(), &value, 1), kPrimitiveOk);
+  EXPECT_EQ(DivConstInPlace(256.0f, &value, 1), kPrimitiveOk);
+  EXPECT_EQ(value, 8388607.0f / 256.0f);
+  EXPECT_NEAR(value, 32767.996, 0.001);
+}
+
+TEST_F(Primitives, FloatToInt16Saturates) {
+  EXPECT_EQ(ToInt16({40000.0f, -40000.0f, 32767.4f, 32767.5f, 32768.0f, -32768.5f, -32769.0f}),
+            (Int16s{32767, -32768, 32767, 32767, 32767, -32768, -32768}));
+  EXPECT_EQ(ToInt16({3.4e38f, -3.4e38f, kInfinity, -kInfinity}), (Int16s{32767, -32768, 32767, -32768}));
+}
+
+TEST_F(Primitives, NotANumberBecomesZero) {
+  EXPECT_EQ(ToInt16({kNaN, -kNaN, 5.0f}), (Int16s{0, 0, 5}));
+}
+
+TEST_F(Primitives, MinusTwoAndAHalfRoundsAwayFromZero) {
+  EXPECT_EQ(ToInt16({-2.5f, 2.5f, -0.5f, 0.5f, 1.5f, -32767.5f}), (Int16s{-3, 3, -1, 1, 2, -32768}));
+}
+
+TEST_F(Primitives, TheFloatsNextToAHalfRoundToTheirOwnSide) {
+  EXPECT_EQ(ToInt16({0.49999997f, -0.49999997f, 0.50000006f, 8191.4995f, 8191.5005f}), (Int16s{0, 0, 1, 8191, 8192}));
+}
+
+TEST_F(Primitives, OtherModesCutOffOrRoundHalvesToEven) {
+  const std::vector<float> values = {2.5f, 3.5f, -2.5f, -3.5f, 0.5f, 2.9f, -2.9f, 32767.9f};
+  EXPECT_EQ(ToInt16(values, 0), (Int16s{2, 3, -2, -3, 0, 2, -2, 32767}));
+  EXPECT_EQ(ToInt16(values, 1), (Int16s{2, 4, -2, -4, 0, 3, -3, 32767}));
+}
+
+// Against the C library's own rounding, in double, where a product with a power of two is exact.
+TEST_F(Primitives, RoundingAgreesWithTheCLibraryForFloatsOfEverySize) {
+  ASSERT_EQ(std::fegetround(), FE_TONEAREST);
+  std::vector<float> values;
+  for (std::uint32_t nBits = 0; nBits < 0xFFFFE000u; nBits += 0x1FFF) {
+    float value = 0.0f;
+    std::memcpy(&value, &nBits, sizeof value);
+    if (!std::isnan(value)) values.push_back(value);
+  }
+  for (int i = -200; i <= 200; ++i) values.push_back(static_cast<float>(i) / 4.0f);
+  const auto saturated = [](double value) {
+    return static_cast<std::int16_t>(std::min(std::max(value, -32768.0), 32767.0));
+  };
+  for (const std::int32_t nScale :
+       {0, 1, 8, -8, 126, -126, 160, -160, 249, -249, 1000, -1000, 2147483647, -2147483647}) {
+    const Int16s away = ToInt16(values, 2, nScale);
+    const Int16s even = ToInt16(values, 1, nScale);
+    const Int16s cut = ToInt16(values, 0, nScale);
+    std::size_t nWrong = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      // Beyond 2^±500 a double could overflow, and the result is certain anyway.
+      const double exact = std::ldexp(static_cast<double>(values[i]), -std::max(-500, std::min(500, nScale)));
+      nWrong += away[i] != saturated(std::round(exact)) || even[i] != saturated(std::nearbyint(exact)) ||
+                cut[i] != saturated(std::trunc(exact));
+    }
+    EXPECT_EQ(nWrong, 0u) << "scale " << nScale;
+  }
+}
+
+TEST_F(Primitives, ScaleDividesByAPowerOfTwo) {
+  EXPECT_EQ(ToInt16({256.0f, 384.0f, 383.0f}, kRoundHalfAway, 8), (Int16s{1, 2, 1}));
+  EXPECT_EQ(ToInt16({0.25f, -1.0f}, kRoundHalfAway, -2), (Int16s{1, -4}));
+}
+
+TEST_F(Primitives, NullPointersAndBadLengthsAreRefused) {
+  float f = 1.0f;
+  SComplex c;
+  std::uint8_t b = 0;
+  std::int8_t i8 = 0;
+  std::int16_t i16 = 0;
+  std::int32_t i32 = 0;
+  EXPECT_EQ(CopyFloat(nullptr, &f, 1), -8);
+  EXPECT_EQ(CopyFloat(&f, nullptr, 1), -8);
+  EXPECT_EQ(CopyFloat(&f, &f, 0), -6);
+  EXPECT_EQ(CopyComplex(nullptr, &c, 1), -8);
+  EXPECT_EQ(CopyComplex(&c, &c, -1), -6);
+  EXPECT_EQ(CopyBytes(&b, nullptr, 1), -8);
+  EXPECT_EQ(CopyBytes(&b, &b, 0), -6);
+  EXPECT_EQ(MulConstInPlace(2.0f, nullptr, 1), -8);
+  EXPECT_EQ(MulConstInPlace(2.0f, &f, 0), -6);
+  EXPECT_EQ(DivConstInPlace(0.0f, nullptr, 1), -8);
+  EXPECT_EQ(DivConstInPlace(0.0f, &f, 0), -6);
+  EXPECT_EQ(Int8ToFloat(nullptr, &f, 1), -8);
+  EXPECT_EQ(Int8ToFloat(&i8, &f, 0), -6);
+  EXPECT_EQ(Int16ToFloat(&i16, nullptr, 1), -8);
+  EXPECT_EQ(Int16ToFloat(&i16, &f, 0), -6);
+  EXPECT_EQ(Int24ToFloat(nullptr, &f, 1), -8);
+  EXPECT_EQ(Int24ToFloat(&b, &f, 0), -6);
+  EXPECT_EQ(Int32ToFloat(&i32, nullptr, 1), -8);
+  EXPECT_EQ(Int32ToFloat(&i32, &f, -5), -6);
+  EXPECT_EQ(FloatToInt16(nullptr, &i16, 1, 2, 0), -8);
+  EXPECT_EQ(FloatToInt16(&f, &i16, 0, 2, 0), -6);
+  EXPECT_EQ(f, 1.0f);
+}
+
+TEST_F(Primitives, BuffersAreAlignedAndNoneForABadLength) {
+  for (const std::int64_t nLength : {1, 3, 1000}) {
+    const ComplexBuffer samples(AllocComplex(nLength));
+    const Int16Buffer pairs(AllocInt16Pairs(nLength));
+    ASSERT_NE(samples, nullptr);
+    ASSERT_NE(pairs, nullptr);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(samples.get()) % 64, 0u);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(pairs.get()) % 64, 0u);
+    samples[static_cast<std::size_t>(nLength - 1)] = {1.0f, 2.0f};
+    pairs[static_cast<std::size_t>(2 * nLength - 1)] = 7;  // two values an element
+  }
+  EXPECT_EQ(AllocComplex(0), nullptr);
+  EXPECT_EQ(AllocInt16Pairs(-1), nullptr);
+  EXPECT_EQ(AllocComplex(std::numeric_limits<std::int64_t>::max()), nullptr);
+  FreeAligned(nullptr);
+}
+
+#ifdef CARVELLO_HAVE_AVX2
+// Every length up to a few vectors, so that bodies and remainders of the loops are compared, at odd addresses too.
+TEST(PrimitiveKernels, BothSetsGiveTheSameBits) {
+  if (!__builtin_cpu_supports("avx2")) return;  // nothing to compare on this processor
+  std::vector<std::uint8_t> bytes(4096);
+  std::uint32_t nState = 1;
+  for (std::uint8_t& byte : bytes) {
+    nState = nState * 1664525u + 1013904223u;
+    byte = static_cast<std::uint8_t>(nState >> 24);
+  }
+  const auto* shorts = reinterpret_cast<const std::int16_t*>(bytes.data());
+  const auto* ints = reinterpret_cast<const std::int32_t*>(bytes.data());
+  std::vector<float> source(200);
+  kPlainPrimitives.Int16ToFloat(shorts, source.data(), source.size());
+  kPlainPrimitives.Multiply(1.25f, source.data(), source.size());
+
+  for (std::size_t nLength = 1; nLength <= 100; ++nLength) {
+    std::vector<float> plain(nLength);
+    std::vector<float> avx2(nLength);
+    const auto expectSame = [&](const char* what) {
+      EXPECT_EQ(std::memcmp(plain.data(), avx2.data(), nLength * sizeof(float)), 0) << what << " " << nLength;
+    };
+    kPlainPrimitives.Int8ToFloat(reinterpret_cast<const std::int8_t*>(bytes.data() + 1), plain.data(), nLength);
+    kAvx2Primitives.Int8ToFloat(reinterpret_cast<const std::int8_t*>(bytes.data() + 1), avx2.data(), nLength);
+    expectSame("Int8ToFloat");
+    kPlainPrimitives.Int16ToFloat(shorts + 1, plain.data(), nLength);
+    kAvx2Primitives.Int16ToFloat(shorts + 1, avx2.data(), nLength);
+    expectSame("Int16ToFloat");
+    kPlainPrimitives.Int24ToFloat(bytes.data() + 1, plain.data(), nLength);
+    kAvx2Primitives.Int24ToFloat(bytes.data() + 1, avx2.data(), nLength);
+    expectSame("Int24ToFloat");
+    kPlainPrimitives.Int32ToFloat(ints + 1, plain.data(), nLength);
+    kAvx2Primitives.Int32ToFloat(ints + 1, avx2.data(), nLength);
+    expectSame("Int32ToFloat");
+    kPlainPrimitives.Multiply(0.1f, plain.data(), nLength);
+    kAvx2Primitives.Multiply(0.1f, avx2.data(), nLength);
+    expectSame("Multiply");
+    for (const ERounding rounding : {ERounding::TowardsZero, ERounding::HalfToEven, ERounding::HalfAway}) {
+      Int16s plain16(nLength);
+      Int16s avx216(nLength);
+      kPlainPrimitives.FloatToInt16(source.data() + 1, plain16.data(), nLength, rounding, 1.0f, 1.0f);
+      kAvx2Primitives.FloatToInt16(source.data() + 1, avx216.data(), nLength, rounding, 1.0f, 1.0f);
+      EXPECT_EQ(plain16, avx216) << nLength;
+    }
+  }
+}
+#endif
+
+}  // namespace
+}  // namespace carvello
