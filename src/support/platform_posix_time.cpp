@@ -1,6 +1,5 @@
 // Calendar times of POSIX systems.
 #include <clocale>
-#include <cstring>
 #include <ctime>
 #include <memory>
 #include <type_traits>

@@ -52,9 +52,9 @@ std::string FormatLocal(const char* format, std::int64_t seconds) {
 bool SystemTimeToFileTime(const SYSTEMTIME& time, std::int64_t& fileTime) {
   if (time.wYear < kFirstYear || time.wYear > kLastYear) return false;
   if (time.wHour > 23 || time.wMinute > 59 || time.wSecond > 59 || time.wMilliseconds > 999) return false;
-  const chr::month month{time.wMonth};
-  if (!month.ok() || time.wDay < 1) return false;
-  const chr::year_month_day date{chr::year{time.wYear}, month, chr::day{time.wDay}};
+  // Before chrono, which keeps 8 bits of a month and a day.
+  if (time.wMonth > 12 || time.wDay > 31) return false;
+  const chr::year_month_day date{chr::year{time.wYear}, chr::month{time.wMonth}, chr::day{time.wDay}};
   if (!date.ok()) return false;
   const auto sinceEpoch = chr::sys_days(date) - kFileTimeEpoch + chr::hours(time.wHour) + chr::minutes(time.wMinute) +
                           chr::seconds(time.wSecond) + chr::milliseconds(time.wMilliseconds);

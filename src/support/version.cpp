@@ -58,6 +58,7 @@ std::uint32_t BuildNumberOf(const char* compilerDate) {
   if (!(fields >> monthName >> day >> year)) return 0;
   unsigned month = 1;
   while (month <= kMonths.size() && kMonths[month - 1] != monthName) ++month;
+  if (day > 31) return 0;  // chrono would keep 8 bits of it
   const chr::year_month_day date{chr::year{year}, chr::month{month}, chr::day{day}};
   constexpr chr::sys_days kFirstBuild = chr::year{2009} / chr::August / 1;
   if (!date.ok() || chr::sys_days(date) < kFirstBuild) return 0;

@@ -1,0 +1,182 @@
+// What holds on POSIX systems only.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <time.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+
+#include "support/file.h"
+#include "support/formatting.h"
+#include "support/platform.h"
+#include "support/system_time.h"
+#include "support/temp_folder.h"
+#include "support/text.h"
+
+namespace carvello {
+namespace {
+
+using platform::EOpenMode;
+
+// The process's environment variable for as long as the object lives.
+class CEnvironmentVariable {
+ public:
+  CEnvironmentVariable(const char* name, const char* value) : m_strName(name) {
+    const char* old = getenv(name);
+    m_bWasSet = old != nullptr;
+    if (m_bWasSet) m_strOld = old;
+    setenv(name, value, 1);
+    tzset();
+  }
+  ~CEnvironmentVariable() {
+    if (m_bWasSet) {
+      setenv(m_strName.c_str(), m_strOld.c_str(), 1);
+    } else {
+      unsetenv(m_strName.c_str());
+    }
+    tzset();
+  }
+  CEnvironmentVariable(const CEnvironmentVariable&) = delete;
+  CEnvironmentVariable& operator=(const CEnvironmentVariable&) = delete;
+
+ private:
+  std::string m_strName;
+  std::string m_strOld;
+  bool m_bWasSet = false;
+};
+
+class CZoneReader {
+ public:
+  explicit CZoneReader(const platform::TimeZoneRecord& record) : m_record(record) {}
+
+  std::int32_t Bias() const { return Number32(0); }
+  std::string StandardName() const { return Name(4); }
+  std::string StandardDate() const { return Date(68); }
+  std::int32_t StandardBias() const { return Number32(84); }
+  std::string DaylightName() const { return Name(88); }
+  std::string DaylightDate() const { return Date(152); }
+  std::int32_t DaylightBias() const { return Number32(168); }
+
+ private:
+  unsigned Number16(std::size_t offset) const { return m_record.bytes[offset] | m_record.bytes[offset + 1] << 8; }
+  std::int32_t Number32(std::size_t offset) const {
+    return static_cast<std::int32_t>(Number16(offset) | Number16(offset + 2) << 16);
+  }
+  std::string Name(std::size_t offset) const {
+    const char* bytes = reinterpret_cast<const char*>(m_record.bytes.data());
+    return Utf16ToUtf8(Utf16FromLittleEndian({bytes + offset, 64}));
+  }
+  // year/month/weekday/week hour:minute:second.milliseconds
+  std::string Date(std::size_t offset) const {
+    const auto field = [&](std::size_t index) { return Number16(offset + 2 * index); };
+    return Format("%u/%u/%u/%u %u:%u:%u.%u", field(0), field(1), field(2), field(3), field(4), field(5), field(6),
+                  field(7));
+  }
+
+  platform::TimeZoneRecord m_record;
+};
+
+TEST(PosixTimeZoneRecord, CarriesBothSeasonsOfAZone) {
+  // The rules of central Europe, written out so that no zone database is needed.
+  const CEnvironmentVariable zone("TZ", "CET-1CEST,M3.5.0/2,M10.5.0/3");
+  const platform::TimeZoneRecord record = platform::GetTimeZoneRecord();
+  const CZoneReader reader(record);
+  EXPECT_EQ(reader.Bias(), -60);
+  EXPECT_EQ(reader.StandardName(), "CET");
+  EXPECT_EQ(reader.StandardDate(), "0/10/0/5 3:0:0.0");
+  EXPECT_EQ(reader.StandardBias(), 0);
+  EXPECT_EQ(reader.DaylightName(), "CEST");
+  EXPECT_EQ(reader.DaylightDate(), "0/3/0/5 2:0:0.0");
+  EXPECT_EQ(reader.DaylightBias(), -60);
+  std::tm local{};
+  ASSERT_TRUE(platform::LocalTime(CurrentTime(), local));
+  EXPECT_EQ(record.nStatus, local.tm_isdst > 0 ? 2U : 1U);
+}
+
+TEST(PosixTimeZoneRecord, CountsWeeksFromTheMonthsStart) {
+  const CEnvironmentVariable zone("TZ", "EST5EDT,M3.2.0/2,M11.1.0/2");
+  const CZoneReader reader(platform::GetTimeZoneRecord());
+  EXPECT_EQ(reader.Bias(), 300);
+  EXPECT_EQ(reader.StandardDate(), "0/11/0/1 2:0:0.0");
+  EXPECT_EQ(reader.DaylightDate(), "0/3/0/2 2:0:0.0");
+}
+
+TEST(PosixTimeZoneRecord, ServesTheSouthWhereSummerSpansTheYearsEnd) {
+  const CEnvironmentVariable zone("TZ", "AEST-10AEDT,M10.1.0/2,M4.1.0/3");
+  const CZoneReader reader(platform::GetTimeZoneRecord());
+  EXPECT_EQ(reader.Bias(), -600);
+  EXPECT_EQ(reader.StandardName(), "AEST");
+  EXPECT_EQ(reader.StandardDate(), "0/4/0/1 3:0:0.0");
+  EXPECT_EQ(reader.DaylightDate(), "0/10/0/1 2:0:0.0");
+}
+
+TEST(PosixTimeZoneRecord, AZoneWithoutSeasonsHasNoDates) {
+  const CEnvironmentVariable zone("TZ", "<+0530>-5:30");
+  const platform::TimeZoneRecord record = platform::GetTimeZoneRecord();
+  const CZoneReader reader(record);
+  EXPECT_EQ(record.nStatus, 0U);
+  EXPECT_EQ(reader.Bias(), -330);
+  EXPECT_EQ(reader.StandardName(), "+0530");
+  EXPECT_EQ(reader.StandardDate(), "0/0/0/0 0:0:0.0");
+  EXPECT_EQ(reader.DaylightDate(), "0/0/0/0 0:0:0.0");
+}
+
+TEST(PosixFormatting, TheDateIsLocalAndTheTimeIsUtc) {
+  const CEnvironmentVariable locale("LC_ALL", "C");
+  const CEnvironmentVariable zone("TZ", "XXX-14");
+  // 2026-11-21 12:34:56 UTC, the 22nd fourteen hours east; the C locale's short date is month/day/year.
+  EXPECT_EQ(FormatUtcDateTime(1'795'264'496), "11/22/26 12:34:56z");
+}
+
+TEST(PosixFormatting, AMissingLocaleFallsBackToC) {
+  const CEnvironmentVariable locale("LC_ALL", "xx_YY.none");
+  const CEnvironmentVariable zone("TZ", "UTC0");
+  EXPECT_EQ(FormatUtcDateTime(1'795'264'496), "11/21/26 12:34:56z");
+}
+
+TEST(PosixErrors, TextsNeedNoLocale) {
+  EXPECT_EQ(SystemErrorText(ENOSPC), "No space left on device");
+  EXPECT_EQ(SystemErrorText(EACCES), "Permission denied");
+}
+
+TEST(PosixFile, AFullDeviceTakesNothing) {
+  CFile file;
+  ASSERT_TRUE(file.Open("/dev/full", EOpenMode::WriteNew));
+  EXPECT_EQ(file.Write("abc", 3), 0U);
+  EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(ENOSPC));
+}
+
+TEST(PosixFile, APipeIsRefusedInsteadOfWaitedFor) {
+  const test::CTempFolder folder;
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  CFile file;
+  EXPECT_FALSE(file.Open(folder / "pipe", EOpenMode::ReadShared));
+  EXPECT_FALSE(file.Open(folder / "pipe", EOpenMode::WriteNew));
+}
+
+TEST(PosixFile, AFolderIsRefusedByName) {
+  const test::CTempFolder folder;
+  CFile file;
+  EXPECT_FALSE(file.Open(folder.Path(), EOpenMode::ReadShared));
+  EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(EISDIR));
+}
+
+TEST(PosixFolder, TheReasonOfARefusalIsToldApart) {
+  const test::CTempFolder folder;
+  EXPECT_FALSE(platform::IsWritableFolder(folder / "none"));
+  EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(ENOENT));
+  test::WriteWholeFile(folder / "file", "");
+  EXPECT_FALSE(platform::IsWritableFolder(folder / "file"));
+  EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(ENOTDIR));
+}
+
+TEST(PosixDesktop, AMissingPathIsNotOpened) {
+  const test::CTempFolder folder;
+  EXPECT_FALSE(platform::OpenWithDesktop(folder / "none", "open"));
+  EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(ENOENT));
+}
+
+}  // namespace
+}  // namespace carvello
