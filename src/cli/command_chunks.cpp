@@ -1,0 +1,35 @@
+#include "cli/command_chunks.h"
+
+#include <CLI/CLI.hpp>
+
+#include "cli/console.h"
+#include "cli/help_texts.h"
+#include "cli/recording_input.h"
+#include "input/wave_file_reader.h"
+
+namespace carvello {
+
+void CChunksCommand::AddOptions(CLI::App& app) {
+  app.add_option("FILE", m_strFile, "The file, WAV or RF64")->required();
+  app.footer(std::string("Example:\n"
+                         "  carvello-cli chunks \"rec 000.wav\"\n\n") +
+             kExitCodesHelp);
+}
+
+EExit CChunksCommand::Run() {
+  const std::string problem = OpenProblem(m_strFile);
+  if (!problem.empty()) {
+    PrintMessage(m_strFile + ": " + problem);
+    return EExit::InputUnreadable;
+  }
+  CWaveFileReader reader;
+  SScanResult result;
+  const bool found = reader.ScanChunks(m_strFile, result);
+  for (const std::string& line : reader.Log()) PrintOut(line + "\n");
+  if (found) return EExit::Ok;
+  const std::string reason = LastProblem(reader.Log());
+  PrintMessage(m_strFile + ": no samples can be read from it" + (reason.empty() ? "" : ": " + reason));
+  return EExit::InputUnreadable;
+}
+
+}  // namespace carvello

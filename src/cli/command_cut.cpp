@@ -1,0 +1,231 @@
+#include "cli/command_cut.h"
+
+#include <CLI/CLI.hpp>
+#include <vector>
+
+#include "cli/console.h"
+#include "cli/cut_job.h"
+#include "cli/cut_plan.h"
+#include "cli/help_texts.h"
+#include "cli/recording_input.h"
+#include "cli/stop_requests.h"
+#include "dsp/primitives.h"
+#include "engine/job_control.h"
+#include "engine/output_files.h"
+#include "support/formatting.h"
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello {
+namespace {
+
+constexpr std::size_t kLinesListed = 20;
+constexpr std::int64_t kLargestCentre = 1'000'000'000'000;  // Hz, as for the frequencies of entries
+
+constexpr const char* kDescription =
+    "Cut narrow-band recordings out of a wide-band one. The input is read once for all entries.\n\n"
+    "An entry E is key=value pairs separated by commas:\n"
+    "  f=HZ         centre frequency; suffixes k, M and G and decimals allowed, for example f=7.1M\n"
+    "  bw=HZ        bandwidth, which is also the sample rate of the output: from 10 Hz to the input's rate\n"
+    "  bits=N       16 (integer, default) or 32 (float)\n"
+    "  size=SIZE    100MB (default) or 1GB: files split at that size; RF64: one file\n"
+    "  start=TIME   2026-11-21T12:00:00Z, any zone such as +02:00 instead of Z, or +SECONDS from the\n"
+    "               recording's start, which is the default\n"
+    "  end=TIME     as start; the recording's end is the default\n"
+    "  duration=D   instead of end: seconds, H:MM or H:MM:SS";
+
+constexpr const char* kExamples =
+    "Job file:\n"
+    "  {\"input\": \"rec 000.wav\", \"output\": \"cuts\", \"entries\": [\n"
+    "    {\"frequency\": \"7.1M\", \"bandwidth\": 10000, \"bits\": 16, \"size\": \"1GB\",\n"
+    "     \"start\": \"2026-11-21T12:00:00Z\", \"duration\": \"0:10\"}]}\n"
+    "  A bare number as start or end counts seconds from the recording's start. Options on the command line\n"
+    "  win; --entry and --sequence replace all entries of the file.\n\n"
+    "Examples:\n"
+    "  carvello-cli cut \"rec 000.wav\" --output cuts --entry f=7.1M,bw=10k\n"
+    "  carvello-cli cut rec.wav --output cuts --entry f=7.1M,bw=100k,size=RF64,start=+60,duration=0:10\n"
+    "  carvello-cli cut rec.wav --output cuts --sequence 900k:1M:10k --bw 10k --json\n"
+    "  carvello-cli cut --jobs evening.json --skip-existing\n\n";
+
+// What would break arithmetic further on, whatever the file claims.
+std::string RecordingProblem(const CRecordingSet& recording) {
+  const std::string& name = recording.files.front().strPath;
+  if (recording.nSampleRate == 0) return name + ": its sample rate is not known";
+  if (recording.nRadioCenterFreq > kLargestCentre || recording.nRadioCenterFreq < -kLargestCentre) {
+    return Format("%s: its centre frequency, %lld Hz, is no radio frequency", name.c_str(),
+                  static_cast<long long>(recording.nRadioCenterFreq));
+  }
+  return InputProblem(recording).value_or("");
+}
+
+// The input file that an entry would replace, as a message; empty when there is none.
+std::string ReplacedInput(const CEntryList& entries, const CRecordingSet& recording) {
+  std::vector<std::string> inputFiles;
+  for (const SRecordingFile& file : recording.files) inputFiles.push_back(file.strPath);
+  for (const OutputEntry* entry : entries.Pointers()) {
+    const std::vector<std::string> replaced = InputFilesReplaced(*entry, inputFiles);
+    if (replaced.empty()) continue;
+    return Format("--output: %s would replace the input file %s. Accepted: another folder", entry->strFileName.c_str(),
+                  replaced.front().c_str());
+  }
+  return {};
+}
+
+void PrintList(const std::vector<std::string>& lines) {
+  for (std::size_t i = 0; i < lines.size() && i < kLinesListed; ++i) PrintErr("  " + lines[i] + "\n");
+  if (lines.size() > kLinesListed) PrintErr(Format("  ... and %zu more\n", lines.size() - kLinesListed));
+}
+
+void PrintNotes(const SPlanNotes& notes) {
+  if (notes.nDuplicates > 0) {
+    PrintMessage(Format("%zu entries left out: the same output is asked for twice", notes.nDuplicates));
+  }
+  if (!notes.warnings.empty()) PrintMessage("warning: outside the recorded band lie");
+  PrintList(notes.warnings);
+}
+
+// Every entry of the list with `error` until something better is known.
+SCutReport PlannedReport(const CEntryList& entries, const std::string& error) {
+  SCutReport report;
+  for (const OutputEntry* entry : entries.Pointers()) {
+    SOutputResult result;
+    result.strFileName = entry->strFileName;
+    result.nOutputFrequency = entry->nOutputFrequency;
+    result.nBandwidth = entry->nOutputSampleRate;
+    result.nBitsPerSample = entry->nBitsPerSample;
+    result.strError = error;
+    report.outputs.push_back({result, false});
+  }
+  return report;
+}
+
+}  // namespace
+
+void CCutCommand::AddOptions(CLI::App& app) {
+  app.description(kDescription);
+  SCutOptions& o = m_options;
+  app.add_option("INPUT", o.strInput, "Any file of the recording");
+  app.add_option("--output", o.strOutput, "Existing folder for the outputs");
+  app.add_option("--entry", o.entries, "An entry, see above; repeat for more")->allow_extra_args(false);
+  app.add_option("--sequence", o.sequences, "FROM:TO:STEP, an entry at every step, with --bw; repeat for more")
+      ->allow_extra_args(false);
+  app.add_option("--bw", o.strBandwidth, "Bandwidth of the --sequence entries");
+  app.add_option("--bits", o.strBits, "Sample size of the --sequence entries, as bits above");
+  app.add_option("--size", o.strSize, "File size of the --sequence entries, as size above");
+  app.add_option("--start", o.strStart, "Start of the --sequence entries, as start above");
+  app.add_option("--end", o.strEnd, "End of the --sequence entries, as end above");
+  app.add_option("--duration", o.strDuration, "Duration of the --sequence entries, as duration above");
+  app.add_option("--jobs", o.strJobFile, "Job file, see below");
+  app.add_flag("--overwrite", o.bOverwrite, "Replace outputs that exist");
+  app.add_flag("--skip-existing", o.bSkipExisting, "Leave entries out whose outputs exist");
+  app.add_flag("--local-time", o.bLocalTime, "Local time instead of UTC in file names");
+  app.add_flag("--json", o.bJson, "Print one JSON object on stdout when done");
+  app.add_flag("--quiet", o.bQuiet, "No progress and no summary");
+  app.add_flag("--verbose", o.bVerbose, "Print the workers' log on stderr");
+  app.footer(std::string(kExamples) + kExitCodesHelp);
+}
+
+EExit CCutCommand::Run() {
+  SCutRequest request;
+  SRecordingInput input;
+  std::string error;
+  if (!MakeCutRequest(m_options, request, error)) {
+    PrintMessage(error);
+    return EExit::Usage;
+  }
+  CatchStopRequests();
+  if (ReadRecordingInput(request.strInput, input, error)) error = RecordingProblem(input.recording);
+  DspBinding dsp;
+  if (error.empty() && BindDsp(dsp) == 0) {
+    error = "the downconverter library Vantrel is missing or incomplete: " + DspLibraryPath();
+  }
+  if (!error.empty()) {
+    PrintMessage(error);
+    return EExit::InputUnreadable;
+  }
+  dsp.Advanced(0);
+  InitPrimitives();
+
+  CEntryList entries;
+  entries.SetRecording(input.recording, input.infoTexts);
+  return Cut(request, input.recording, dsp, entries);
+}
+
+EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recording, const DspBinding& dsp,
+                       CEntryList& entries) {
+  SPlanNotes notes;
+  std::string error;
+  if (BuildEntryList(request, !m_options.bLocalTime, recording, entries, notes, error)) {
+    error = ReplacedInput(entries, recording);
+  }
+  if (!error.empty()) {
+    PrintMessage(error);
+    return EExit::Usage;
+  }
+  PrintNotes(notes);
+  if (!platform::IsWritableFolder(request.strOutput)) {
+    const std::string problem = SystemErrorText();
+    PrintMessage("--output " + request.strOutput + ": " + problem);
+    if (m_options.bJson) PrintOut(CutReportJson(PlannedReport(entries, problem)));
+    return EExit::OutputFailed;
+  }
+  SCutReport report = PlannedReport(entries, "not processed");
+  if (!SettleExisting(entries, report)) return EExit::OutputsExist;
+  if (entries.Size() == 0) {
+    PrintErr("All output files exist, processing not started.\n");
+    if (m_options.bJson) PrintOut(CutReportJson(report));
+    return EExit::Ok;
+  }
+  return RunJob(recording, dsp, entries, report);
+}
+
+bool CCutCommand::SettleExisting(CEntryList& entries, SCutReport& report) const {
+  if (m_options.bOverwrite) return true;
+  std::vector<std::string> existing;
+  std::vector<std::size_t> skipped;
+  for (std::size_t i = 0; i < entries.Size(); ++i) {
+    const std::vector<std::string> files = ExistingOutputFiles(entries[i]);
+    if (files.empty()) continue;
+    existing.insert(existing.end(), files.begin(), files.end());
+    skipped.push_back(i);
+    report.outputs[i].bSkipped = true;
+    report.outputs[i].result.files = files;
+    report.outputs[i].result.bOk = true;
+    report.outputs[i].result.strError.clear();
+  }
+  if (existing.empty()) return true;
+  if (!m_options.bSkipExisting) {
+    PrintMessage("these outputs exist already. Accepted: --overwrite or --skip-existing");
+    PrintList(existing);
+    return false;
+  }
+  entries.Remove(skipped);
+  return true;
+}
+
+EExit CCutCommand::RunJob(const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries,
+                          SCutReport& report) const {
+  CCutJob::SSettings settings;
+  settings.bOverwrite = m_options.bOverwrite;
+  settings.bVerbose = m_options.bVerbose;
+  if (!m_options.bQuiet) {
+    settings.progress = platform::IsTerminal(2) ? CProgressDisplay::EMode::Bar : CProgressDisplay::EMode::Lines;
+  }
+  CCutJob job(dsp, recording, settings);
+  const EExit result = job.Run(entries, report);
+  PrintReport(report);
+  return result;
+}
+
+void CCutCommand::PrintReport(const SCutReport& report) const {
+  if (m_options.bJson) {
+    PrintOut(CutReportJson(report));
+  } else if (!m_options.bQuiet) {
+    PrintOut(CutReportText(report));
+  }
+  for (const SCutOutput& output : report.outputs) {
+    if (!output.result.bOk) PrintMessage(output.result.strFileName + ": " + output.result.strError);
+  }
+}
+
+}  // namespace carvello

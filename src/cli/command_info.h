@@ -1,0 +1,22 @@
+// "carvello-cli info": what a recording is.
+#pragma once
+
+#include <string>
+
+#include "cli/command.h"
+
+namespace carvello {
+
+class CInfoCommand : public CCommand {
+ public:
+  const char* Name() const override { return "info"; }
+  const char* Summary() const override { return "Describe a recording"; }
+  void AddOptions(CLI::App& app) override;
+  EExit Run() override;
+
+ private:
+  std::string m_strInput;
+  bool m_bJson = false;
+};
+
+}  // namespace carvello

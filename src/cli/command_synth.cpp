@@ -1,0 +1,68 @@
+#include "cli/command_synth.h"
+
+#include <CLI/CLI.hpp>
+
+#include "cli/console.h"
+#include "cli/help_texts.h"
+#include "cli/stop_requests.h"
+#include "cli/synth_recording.h"
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello {
+
+void CSynthCommand::AddOptions(CLI::App& app) {
+  SSynthOptions& o = m_options;
+  app.add_option("OUT", o.strPath, "The file to make; with --files, \"OUT 000.wav\" and so on")->required();
+  app.add_option("--rate", o.strRate, "Sample rate in Hz; suffixes k and M")->capture_default_str();
+  app.add_option("--centre", o.strCentre, "Centre frequency in Hz; suffixes k, M and G")->capture_default_str();
+  app.add_option("--seconds", o.strSeconds, "Length, for example 20 or 0.5")->capture_default_str();
+  app.add_option("--bits", o.strBits, "8, 16, 24, 32 (integers) or float")->capture_default_str();
+  app.add_flag("--rf64", o.bRf64, "RF64 instead of WAV");
+  app.add_option("--files", o.strFiles, "Number of files")->capture_default_str();
+  app.add_option("--start", o.strStart, "Time of the first sample, with zone")->capture_default_str();
+  app.add_option("--station", o.stations,
+                 "FREQ:DBFS[:tone|am], a carrier, bare (tone) or with 1 kHz at 70 % (am); repeat for more")
+      ->allow_extra_args(false);
+  app.add_option("--noise", o.strNoise, "RMS of the noise in dBFS");
+  app.add_option("--seed", o.strSeed, "Seed of the noise")->capture_default_str();
+  app.add_flag("--overwrite", m_bOverwrite, "Replace files that exist");
+  app.add_flag("--quiet", m_bQuiet, "Do not list the files made");
+  app.footer(std::string("Without --station and --noise: one am station at -20 dBFS, an eighth of the rate above the\n"
+                         "centre, over noise at -60 dBFS. 0 dBFS is a carrier at full scale.\n\n"
+                         "Examples:\n"
+                         "  carvello-cli synth test.wav\n"
+                         "  carvello-cli synth rec.wav --files 2 --seconds 20 --station 7.1M:-20:am \\\n"
+                         "      --station 7.25M:-30 --noise -70\n\n") +
+             kExitCodesHelp);
+}
+
+EExit CSynthCommand::Run() {
+  SSynthSettings settings;
+  std::string error;
+  if (!MakeSynthSettings(m_options, settings, error)) {
+    PrintMessage(error);
+    return EExit::Usage;
+  }
+  for (const std::string& file : SynthFiles(settings)) {
+    if (m_bOverwrite || !platform::GetFileStatus(file)) continue;
+    PrintMessage(file + ": exists already. Accepted: --overwrite or another name");
+    return EExit::OutputsExist;
+  }
+  CatchStopRequests();
+  const SSynthResult result = WriteSynthRecording(settings);
+  if (!m_bQuiet) {
+    for (const std::string& file : result.files) PrintOut(file + "\n");
+  }
+  if (result.nClipped > 0) {
+    PrintMessage(Format("warning: %lld values lay beyond full scale and were cut; lower the levels",
+                        static_cast<long long>(result.nClipped)));
+  }
+  if (!result.strError.empty()) {
+    PrintMessage(result.strError);
+    return EExit::OutputFailed;
+  }
+  return result.bStopped ? EExit::Stopped : EExit::Ok;
+}
+
+}  // namespace carvello

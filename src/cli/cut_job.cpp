@@ -1,0 +1,149 @@
+#include "cli/cut_job.h"
+
+#include <algorithm>
+#include <limits>
+#include <thread>
+
+#include "cli/console.h"
+#include "cli/stop_requests.h"
+#include "support/platform.h"
+#include "support/system_time.h"
+#include "support/text.h"
+
+namespace carvello {
+namespace {
+
+constexpr std::chrono::milliseconds kIdleInterval(50);
+
+EExit ExitOf(EStartResult result) {
+  switch (result) {
+    case EStartResult::Started:
+    case EStartResult::AllFilesExist:
+      return EExit::Ok;
+    case EStartResult::Declined:
+      return EExit::OutputsExist;
+    case EStartResult::OutputIsInput:
+      return EExit::Usage;
+    case EStartResult::OutputUnwritable:
+      return EExit::OutputFailed;
+    case EStartResult::LibraryMissing:
+    case EStartResult::InputUnsupported:
+      break;
+  }
+  return EExit::InputUnreadable;
+}
+
+// While files are being finished nothing else happens; this tells an impatient user so, once.
+class CPatienceNotice {
+ public:
+  CPatienceNotice() : m_nRequests(StopRequests()), m_thread([this](const std::stop_token& stop) { Watch(stop); }) {}
+
+ private:
+  void Watch(const std::stop_token& stop) const {
+    while (!stop.stop_requested()) {
+      if (StopRequests() > m_nRequests) {
+        PrintMessage("still finishing the files, so that they are valid");
+        return;
+      }
+      std::this_thread::sleep_for(kIdleInterval);
+    }
+  }
+
+  int m_nRequests;
+  std::jthread m_thread;
+};
+
+}  // namespace
+
+CCutJob::CCutJob(const DspBinding& dsp, const CRecordingSet& recording, const SSettings& settings)
+    : m_recording(recording),
+      m_bVerbose(settings.bVerbose),
+      m_answers(settings.bOverwrite),
+      m_job(dsp, m_queue, m_answers),
+      m_progress(settings.progress),
+      m_nLogMessage(RegisterMessage(kLogMessageName)),
+      m_nProgressMessage(RegisterMessage(kProgressMessageName)) {}
+
+EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
+  const auto begun = std::chrono::steady_clock::now();
+  const std::int64_t cpuBegun = platform::ProcessCpuMilliseconds();
+  const std::size_t batches = (entries.Size() + m_job.MaxEntries() - 1) / m_job.MaxEntries();
+
+  EStartResult started = EStartResult::Started;
+  for (std::size_t batch = 1;; ++batch) {
+    m_bStopped = StopRequests() > 0;
+    if (m_bStopped) break;
+    started = m_job.Start(entries, m_recording);
+    if (started != EStartResult::Started) break;
+    m_progress.BeginBatch(batches > 1 ? Format("Batch %zu/%zu", batch, batches) : "", BatchSpan(entries));
+    RunBatch();
+    Collect(report);
+    if (m_bStopped || !m_job.MoreThanOneBatch(entries) || !m_job.ContinueBatch(entries)) break;
+  }
+
+  report.dElapsedSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
+  report.dCpuSeconds = static_cast<double>(platform::ProcessCpuMilliseconds() - cpuBegun) / 1000.0;
+  if (m_bStopped) return EExit::Stopped;
+  if (started != EStartResult::Started) {
+    PrintMessage(m_answers.Reason());
+    return ExitOf(started);
+  }
+  return report.AllOk() ? EExit::Ok : EExit::OutputFailed;
+}
+
+void CCutJob::RunBatch() {
+  while (true) {
+    for (const SMessage& message : m_queue.Take(kIdleInterval)) Handle(message);
+    if (StopRequests() > 0) {
+      StopJob();
+      break;
+    }
+    if (m_job.OnIdle()) break;
+  }
+  // What was posted between the last look and the end.
+  for (const SMessage& message : m_queue.Take(std::chrono::milliseconds(0))) Handle(message);
+  m_progress.EndBatch(!m_bStopped);
+}
+
+void CCutJob::StopJob() {
+  m_bStopped = true;
+  m_progress.PrintLine(std::string(kProgramName) + ": stopping, finishing the files");
+  const CPatienceNotice notice;
+  m_job.Stop();
+}
+
+void CCutJob::Handle(const SMessage& message) {
+  if (message.nMessage == m_nProgressMessage) {
+    m_progress.Update(message.nTotal, message.nDone);
+  } else if (message.nMessage == m_nLogMessage && m_bVerbose) {
+    const std::string worker = message.strWorker.empty() ? "" : message.strWorker + "> ";
+    m_progress.PrintLine(FormatLocal("%H:%M:%S", CurrentTime()) + "> " + worker + message.strText);
+  }
+}
+
+SProgressSpan CCutJob::BatchSpan(const CEntryList& entries) const {
+  const std::size_t count = std::min<std::size_t>(entries.Size(), m_job.MaxEntries());
+  const double frameBytes = 2.0 * m_recording.nBitsPerSample / 8.0;
+  SProgressSpan span;
+  span.dInputBytes = static_cast<double>(m_recording.TotalBytes());
+  span.dBegin = span.dInputBytes;
+  for (std::size_t i = 0; i < count; ++i) {
+    const OutputEntry& entry = entries[i];
+    const double begin = static_cast<double>(entry.nStartSample) * frameBytes;
+    const double end =
+        entry.nTotalSamples == 0 ? span.dInputBytes : begin + static_cast<double>(entry.nTotalSamples) * frameBytes;
+    span.dBegin = std::min(span.dBegin, begin);
+    span.dEnd = std::max(span.dEnd, end);
+  }
+  return span;
+}
+
+void CCutJob::Collect(SCutReport& report) {
+  for (const SOutputResult& result : m_job.Results()) {
+    while (m_nNext < report.outputs.size() && report.outputs[m_nNext].bSkipped) ++m_nNext;
+    if (m_nNext < report.outputs.size()) report.outputs[m_nNext++].result = result;
+  }
+  report.nInputBytes += m_job.InputBytesRead();
+}
+
+}  // namespace carvello

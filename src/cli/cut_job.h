@@ -1,0 +1,55 @@
+// CCutJob: works a list of entries off, batch after batch, and collects what became of each.
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "cli/cut_report.h"
+#include "cli/exit_codes.h"
+#include "cli/message_queue.h"
+#include "cli/progress_display.h"
+#include "cli/scripted_answers.h"
+#include "engine/entry_list.h"
+#include "engine/job_control.h"
+#include "input/recording_set.h"
+
+namespace carvello {
+
+class CCutJob {
+ public:
+  struct SSettings {
+    bool bOverwrite = false;
+    bool bVerbose = false;  // log lines on stderr
+    CProgressDisplay::EMode progress = CProgressDisplay::EMode::None;
+  };
+
+  CCutJob(const DspBinding& dsp, const CRecordingSet& recording, const SSettings& settings);
+
+  // Returns when every batch is done, one cannot start, or the user stopped it. Processed entries are removed from the
+  // list. The outputs of `report` that are not skipped stand for the entries of the list, in its order, and get their
+  // results; its times and bytes are set.
+  EExit Run(CEntryList& entries, SCutReport& report);
+
+ private:
+  // Runs one batch that has been started.
+  void RunBatch();
+  void StopJob();
+  void Handle(const SMessage& message);
+  SProgressSpan BatchSpan(const CEntryList& entries) const;
+  void Collect(SCutReport& report);
+
+  const CRecordingSet& m_recording;
+  bool m_bVerbose;
+  CMessageQueue m_queue;
+  CScriptedAnswers m_answers;
+  CJobControl m_job;
+  CProgressDisplay m_progress;
+  std::uint32_t m_nLogMessage;
+  std::uint32_t m_nProgressMessage;
+  std::size_t m_nNext = 0;  // output of the report that the next result belongs to
+  bool m_bStopped = false;
+};
+
+}  // namespace carvello

@@ -1,0 +1,23 @@
+// From what the user asked for to the entry list of a recording.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/cut_request.h"
+#include "engine/entry_list.h"
+#include "input/recording_set.h"
+
+namespace carvello {
+
+struct SPlanNotes {
+  std::vector<std::string> warnings;
+  std::size_t nDuplicates = 0;  // entries left out because an earlier one is the same
+};
+
+// Checks every entry and fills the list, rebuilt. False when one is refused; `error` then names it and says what is
+// accepted. `bUtc`: times in file names as UTC.
+bool BuildEntryList(const SCutRequest& request, bool bUtc, const CRecordingSet& recording, CEntryList& list,
+                    SPlanNotes& notes, std::string& error);
+
+}  // namespace carvello

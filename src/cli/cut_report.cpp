@@ -1,0 +1,76 @@
+#include "cli/cut_report.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "cli/readable.h"
+#include "support/formatting.h"
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json OutputJson(const SCutOutput& output) {
+  const SOutputResult& result = output.result;
+  Json object;
+  object["file"] = result.strFileName;
+  object["files"] = result.files;
+  object["frequency"] = result.nOutputFrequency;
+  object["bandwidth"] = result.nBandwidth;
+  object["bits"] = result.nBitsPerSample;
+  object["frames"] = result.nFrames;
+  object["bytes"] = result.nBytes;
+  object["ok"] = result.bOk;
+  object["skipped"] = output.bSkipped;
+  object["error"] = result.strError;
+  return object;
+}
+
+std::string State(const SCutOutput& output) {
+  if (output.bSkipped) return "exists, skipped";
+  return output.result.bOk ? "written" : "FAILED";
+}
+
+std::string FilesText(const SOutputResult& result) {
+  if (result.files.size() < 2) return platform::NameOf(result.strFileName);
+  return Format("%s ... (%zu files)", platform::NameOf(result.files.front()).c_str(), result.files.size());
+}
+
+}  // namespace
+
+bool SCutReport::AllOk() const {
+  return std::all_of(outputs.begin(), outputs.end(), [](const SCutOutput& output) { return output.result.bOk; });
+}
+
+std::string CutReportJson(const SCutReport& report) {
+  Json object;
+  object["outputs"] = Json::array();
+  for (const SCutOutput& output : report.outputs) object["outputs"].push_back(OutputJson(output));
+  object["inputBytes"] = report.nInputBytes;
+  object["elapsedSeconds"] = report.dElapsedSeconds;
+  object["cpuSeconds"] = report.dCpuSeconds;
+  return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+std::string CutReportText(const SCutReport& report) {
+  std::vector<std::vector<std::string>> rows = {{"Centre", "Bandwidth", "Bits", "Duration", "Size", "State", "File"}};
+  for (const SCutOutput& output : report.outputs) {
+    const SOutputResult& result = output.result;
+    const double seconds =
+        result.nBandwidth == 0 ? 0.0 : static_cast<double>(result.nFrames) / static_cast<double>(result.nBandwidth);
+    const bool written = !output.bSkipped;
+    rows.push_back({FormatFrequency64(result.nOutputFrequency), FormatFrequency(result.nBandwidth),
+                    std::to_string(result.nBitsPerSample), written ? FormatDuration(seconds) : "",
+                    written ? FormatBytes(static_cast<double>(result.nBytes)) : "", State(output), FilesText(result)});
+  }
+  const double rate =
+      report.dElapsedSeconds > 0.0 ? static_cast<double>(report.nInputBytes) / report.dElapsedSeconds : 0.0;
+  return FormatColumns(rows, "rrrrrll") + Format("Read %s in %.1f s (%s/s), CPU %.1f s.\n",
+                                                 FormatBytes(static_cast<double>(report.nInputBytes)).c_str(),
+                                                 report.dElapsedSeconds, FormatBytes(rate).c_str(), report.dCpuSeconds);
+}
+
+}  // namespace carvello

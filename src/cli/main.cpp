@@ -1,0 +1,7 @@
+#include "cli/program.h"
+#include "support/platform.h"
+
+int main(int argc, char** argv) {
+  carvello::platform::UseUtf8Console();
+  return carvello::RunProgram(carvello::platform::ProgramArguments(argc, argv));
+}

@@ -1,0 +1,99 @@
+#include "cli/program.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <exception>
+#include <memory>
+#include <new>
+
+#include "cli/command.h"
+#include "cli/command_chunks.h"
+#include "cli/command_cut.h"
+#include "cli/command_info.h"
+#include "cli/command_synth.h"
+#include "cli/console.h"
+#include "cli/help_texts.h"
+#include "support/hresult.h"
+#include "support/version.h"
+
+namespace carvello {
+namespace {
+
+constexpr std::size_t kHelpColumn = 26;
+
+// The names of the options or, for the program itself, of the commands.
+std::string Accepted(const CLI::App& app) {
+  std::string names;
+  const auto add = [&names](const std::string& name) { names += (names.empty() ? "" : ", ") + name; };
+  for (const CLI::App* command : app.get_subcommands(nullptr)) add(command->get_name());
+  for (const CLI::Option* option : app.get_options()) add(option->get_name(false, true));
+  return names;
+}
+
+EExit RefuseArguments(const CLI::App& app, const CLI::App* command, const std::string& problem) {
+  const CLI::App& place = command == nullptr ? app : *command;
+  const std::string name = command == nullptr ? "" : command->get_name() + ": ";
+  PrintMessage(name + problem + "\nAccepted: " + Accepted(place) + "\nMore: " + kProgramName +
+               (command == nullptr ? "" : " " + command->get_name()) + " --help");
+  return EExit::Usage;
+}
+
+EExit ParseAndRun(const std::vector<std::string>& arguments) {
+  const std::array<std::unique_ptr<CCommand>, 4> commands = {
+      std::make_unique<CInfoCommand>(), std::make_unique<CCutCommand>(), std::make_unique<CChunksCommand>(),
+      std::make_unique<CSynthCommand>()};
+  CLI::App app("Carvello: cuts narrow-band IQ recordings out of wide-band ones.", kProgramName);
+  app.allow_windows_style_options(false);  // a path may begin with "/"
+  app.get_formatter()->column_width(kHelpColumn);
+  app.set_version_flag("--version", VersionInfo().strLongTitle);
+  app.require_subcommand(0, 1);
+  app.footer(std::string("Help for a command: ") + kProgramName + " COMMAND --help\n\n" + kExitCodesHelp);
+  for (const auto& command : commands) command->AddOptions(*app.add_subcommand(command->Name(), command->Summary()));
+
+  const CLI::App* chosen = nullptr;
+  try {
+    // From the last to the first, as the parser takes them off the end.
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend() - 1));
+    if (!app.get_subcommands().empty()) chosen = app.get_subcommands().front();
+  } catch (const CLI::Success& answer) {  // --help, --version
+    std::ostringstream text;
+    app.exit(answer, text, text);
+    PrintOut(text.str());
+    return EExit::Ok;
+  } catch (const CLI::ParseError& problem) {
+    if (!app.get_subcommands().empty()) chosen = app.get_subcommands().front();
+    return RefuseArguments(app, chosen, problem.what());
+  }
+  for (const auto& command : commands) {
+    if (chosen != nullptr && chosen->get_name() == command->Name()) return command->Run();
+  }
+  return RefuseArguments(app, nullptr, "no command given");
+}
+
+EExit RunGuarded(const std::vector<std::string>& arguments) {
+  try {
+    return ParseAndRun(arguments);
+  } catch (const std::bad_alloc&) {
+    PrintMessage("not enough memory");
+    return EExit::OutputFailed;
+  } catch (const CHResultError& error) {
+    PrintMessage(std::string("the input holds a date that does not exist: ") + error.what());
+    return EExit::InputUnreadable;
+  } catch (const std::exception& error) {
+    PrintMessage(error.what());
+    return EExit::OutputFailed;
+  }
+}
+
+}  // namespace
+
+int RunProgram(const std::vector<std::string>& arguments) noexcept {
+  EExit result = RunGuarded(arguments);
+  if (!FlushOut() && result == EExit::Ok) {
+    PrintMessage("the result could not be written to stdout");
+    result = EExit::OutputFailed;
+  }
+  return static_cast<int>(result);
+}
+
+}  // namespace carvello

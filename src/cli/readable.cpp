@@ -1,0 +1,59 @@
+#include "cli/readable.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "support/system_time.h"
+#include "support/text.h"
+
+namespace carvello {
+
+std::string FormatIsoTime(std::int64_t seconds) {
+  return FormatUtc("%Y-%m-%dT%H:%M:%SZ", seconds);
+}
+
+std::string FormatBytes(double bytes) {
+  constexpr std::array<const char*, 5> kUnits = {"B", "kB", "MB", "GB", "TB"};
+  std::size_t unit = 0;
+  while (bytes >= 999.95 && unit + 1 < kUnits.size()) {
+    bytes /= 1000.0;
+    ++unit;
+  }
+  if (unit == 0) return Format("%.0f B", bytes);
+  return Format(unit >= 3 ? "%.2f %s" : "%.1f %s", bytes, kUnits[unit]);
+}
+
+std::string FormatDuration(double seconds) {
+  const long long whole = std::llround(std::clamp(seconds, 0.0, 1e15));
+  if (whole < 3600) return Format("%lld:%02lld", whole / 60, whole % 60);
+  return Format("%lld:%02lld:%02lld", whole / 3600, whole / 60 % 60, whole % 60);
+}
+
+std::size_t TextWidth(std::string_view text) {
+  // Bytes 10xxxxxx continue a character.
+  return static_cast<std::size_t>(
+      std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+std::string FormatColumns(const std::vector<std::vector<std::string>>& rows, std::string_view alignment) {
+  std::vector<std::size_t> widths;
+  for (const auto& row : rows) {
+    widths.resize(std::max(widths.size(), row.size()));
+    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], TextWidth(row[i]));
+  }
+  std::string text;
+  for (const auto& row : rows) {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const std::string blanks(widths[i] - TextWidth(row[i]), ' ');
+      const bool right = i < alignment.size() && alignment[i] == 'r';
+      if (i > 0) line += "  ";
+      line += right ? blanks + row[i] : row[i] + blanks;
+    }
+    text += TrimRight(line) + "\n";
+  }
+  return text;
+}
+
+}  // namespace carvello

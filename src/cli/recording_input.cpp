@@ -1,0 +1,46 @@
+#include "cli/recording_input.h"
+
+#include <optional>
+
+#include "input/wave_file_reader.h"
+#include "support/formatting.h"
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello {
+
+std::string OpenProblem(const std::string& path) {
+  const std::optional<platform::FileStatus> status = platform::GetFileStatus(path);
+  if (status && status->bDirectory) return "is a folder. Accepted: a file of the recording";
+  if (status && platform::IsReadable(path)) return {};
+  return SystemErrorText();
+}
+
+std::string LastProblem(const CMyStringArray& log) {
+  std::string warning;
+  std::string error;
+  for (const std::string& line : log) {
+    if (line.find("[ERROR]") != std::string::npos) error = line;
+    if (line.find("[WARNING]") != std::string::npos) warning = line;
+  }
+  return error.empty() ? warning : error;
+}
+
+bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::string& error) {
+  const std::string problem = OpenProblem(path);
+  if (!problem.empty()) {
+    error = path + ": " + problem;
+    return false;
+  }
+  CMyStringArray log;
+  if (!AnalyseRecordingSet(path, input.recording, log) || input.recording.files.empty()) {
+    const std::string reason = LastProblem(log);
+    error =
+        Format("%s: not recognised as an IQ recording%s%s", path.c_str(), reason.empty() ? "" : ": ", reason.c_str());
+    return false;
+  }
+  ReadInfoTexts(input.recording.files.front().strPath, input.infoTexts);
+  return true;
+}
+
+}  // namespace carvello

@@ -1,0 +1,24 @@
+// The recording that a command works on, read with the reasons that a user needs when it cannot be.
+#pragma once
+
+#include <string>
+
+#include "input/recording_set.h"
+#include "recording/info_texts.h"
+
+namespace carvello {
+
+struct SRecordingInput {
+  CRecordingSet recording;
+  SInfoTexts infoTexts;  // of the first file
+};
+
+// Describes the set that the file belongs to. False when that cannot be done; `error` then names the file and why.
+bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::string& error);
+
+// Why the file cannot be opened at all; empty when it can.
+std::string OpenProblem(const std::string& path);
+// The last "[ERROR]" line of a reader's log, or the last "[WARNING]" one; empty when it has neither.
+std::string LastProblem(const CMyStringArray& log);
+
+}  // namespace carvello

@@ -1,0 +1,11 @@
+// Ctrl-C and the request to terminate, as a count that the program looks at when it suits.
+#pragma once
+
+namespace carvello {
+
+// From here on the two signals no longer end the program.
+void CatchStopRequests();
+// How often one of them came.
+int StopRequests();
+
+}  // namespace carvello
