@@ -23,7 +23,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::int64_t kFrames = 5'000'000;  // five seconds at the fixture's rate
+constexpr std::int64_t kFrames = 5'000;
 
 class CScriptedAnswers final : public IJobQuestions {
  public:
@@ -45,10 +45,10 @@ class JobControlTest : public EngineTest {
  protected:
   JobControlTest() : jobs(m_dsp, m_target, answers, 2) {
     recording.files.push_back({WriteNumbered("in.wav", 0, kFrames), 4 * kFrames, 0});
-    recording.nTotalMillions = 20;
+    recording.nTotalRemainder = 4 * kFrames;
     recording.tStart = 1'604'275'140;
     recording.tEnd = recording.tStart + 5;
-    recording.nSampleRate = 1'000'000;
+    recording.nSampleRate = 1'000;
     recording.nBitsPerSample = 16;
     list.SetRecording(recording, {});
     std::filesystem::create_directory(m_folder / "out");

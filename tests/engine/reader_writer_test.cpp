@@ -163,11 +163,11 @@ TEST_F(ReaderWriterTest, EveryWriterShiftsItsOwnCopy) {
 }
 
 TEST_F(ReaderWriterTest, SlowLastWriterLosesNothing) {
-  const auto input = WriteNumbered("in.wav", 0, 7 * kBlock + 5);
+  const auto input = WriteNumbered("in.wav", 0, 5 * kBlock + 5);
   SPassThrough::DelayRun(30, 3);
-  RunJob({input}, {Entry("a.wav", 0, 0), Entry("b.wav", 0, 0), Entry("c.wav", 0, 0)}, 4 * (7 * kBlock + 5));
-  EXPECT_FRAMES(Path("a.wav"), 0, 7 * kBlock + 5);
-  EXPECT_FRAMES(Path("c.wav"), 0, 7 * kBlock + 5);
+  RunJob({input}, {Entry("a.wav", 0, 0), Entry("b.wav", 0, 0), Entry("c.wav", 0, 0)}, 4 * (5 * kBlock + 5));
+  EXPECT_FRAMES(Path("a.wav"), 0, 5 * kBlock + 5);
+  EXPECT_FRAMES(Path("c.wav"), 0, 5 * kBlock + 5);
 }
 
 TEST_F(ReaderWriterTest, FractionalResamplerIsDisabledAboveAMegahertzOnly) {
@@ -264,8 +264,8 @@ TEST_F(ReaderWriterTest, FirstFileThatCannotBeOpenedStartsNoJobAndLeavesNoFileOp
 }
 
 TEST_F(ReaderWriterTest, StopFinishesWhatWasWritten) {
-  const auto input = WriteNumbered("in.wav", 0, 20 * kBlock);
-  SPassThrough::DelayRun(20, 1);
+  const auto input = WriteNumbered("in.wav", 0, 6 * kBlock);
+  SPassThrough::DelayRun(60, 1);
   const std::vector<OutputEntry> entries = {Entry("out.wav", 0, 0)};
   m_reader.Start();
   m_reader.Post(request::kCreateWriters, 1);
@@ -275,14 +275,14 @@ TEST_F(ReaderWriterTest, StopFinishesWhatWasWritten) {
   m_reader.SetInput({input}, false);
   auto start = m_reader.TakeRequest(request::kStartJob);
   start->strParam = input;
-  start->llParam2 = 80 * kBlock;
+  start->llParam2 = 24 * kBlock;
   m_reader.Post(std::move(start));
   m_reader.WaitIdle();
   m_reader.Post(request::kStopJob);
   m_reader.WaitIdle();
   m_reader.Stop();
   const auto frames = m_reader.Results()[0].nFrames;
-  EXPECT_LT(frames, 20 * kBlock);
+  EXPECT_LT(frames, 6 * kBlock);
   EXPECT_FRAMES(Path("out.wav"), 0, frames);
 }
 
