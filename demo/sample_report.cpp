@@ -44,7 +44,6 @@ bool Report(const nlohmann::json& output, const std::vector<Signal>& stations) {
   const auto file = output.at("files").at(0).get<std::string>();
   const auto centre = output.at("frequency").get<double>();
   const auto bandwidth = output.at("bandwidth").get<double>();
-  const auto frames = output.at("frames").get<double>();
   const auto wave = ReadWaveSamples(file, kMaxFrames);
   if (!wave || wave->samples.size() < 2) {
     std::fprintf(stderr, "%s: not a readable IQ recording\n", file.c_str());
@@ -55,9 +54,9 @@ bool Report(const nlohmann::json& output, const std::vector<Signal>& stations) {
   const Signal expected = StrongestStation(stations, centre, bandwidth);
   const bool same = std::abs(found.dFrequency - expected.dFrequency) < kFrequencyTolerance &&
                     std::abs(found.dLevel - expected.dLevel) < kLevelTolerance;
-  std::printf("%-34s %9.0f %7.0f %6.2f  %12.2f %7.2f   %10.0f %6.1f  %s\n",
-              file.substr(file.find_last_of("/\\") + 1).c_str(), centre, bandwidth, frames / bandwidth,
-              found.dFrequency, found.dLevel, expected.dFrequency, expected.dLevel, same ? "ok" : "DIFFERS");
+  std::printf("%-51s %8.0f %7.0f %6.2f  %10.2f %6.2f  %8.0f %6.2f  %s\n",
+              file.substr(file.find_last_of("/\\") + 1).c_str(), centre, bandwidth, wave->Seconds(), found.dFrequency,
+              found.dLevel, expected.dFrequency, expected.dLevel, same ? "ok" : "DIFFERS");
   return same;
 }
 
@@ -69,8 +68,8 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) stations.push_back(ParseStation(argv[i]));
 
     const nlohmann::json result = nlohmann::json::parse(std::cin);
-    std::printf("%-34s %9s %7s %6s  %20s   %17s\n", "", "centre", "band", "length", "found: Hz and dBFS",
-                "put in: Hz, dBFS");
+    std::printf("%-51s %8s %7s %6s  %17s  %15s\n", "", "Centre", "Width", "Length", "Strongest signal", "Put in");
+    std::printf("%-51s %8s %7s %6s  %10s %6s  %8s %6s\n", "File", "Hz", "Hz", "s", "Hz", "dBFS", "Hz", "dBFS");
     bool good = true;
     for (const auto& output : result.at("outputs")) good = Report(output, stations) && good;
     return good ? 0 : 1;

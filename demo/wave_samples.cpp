@@ -66,7 +66,8 @@ std::optional<WaveSamples> ReadWaveSamples(const std::string& path, std::size_t 
       if (channels != 2 || (!integers && !floats)) return {};
       const std::size_t frameBytes = integers ? 4 : 8;
       const std::uint64_t dataSize = size == kSizeInDs64 ? longDataSize : size;
-      std::vector<char> bytes(std::min<std::uint64_t>(dataSize / frameBytes, maxFrames) * frameBytes);
+      result.nFrames = dataSize / frameBytes;
+      std::vector<char> bytes(std::min(result.nFrames, maxFrames) * frameBytes);
       file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
       const std::size_t frames = static_cast<std::size_t>(file.gcount()) / frameBytes;
       result.samples = integers ? ToSamples<std::int16_t>(bytes, frames) : ToSamples<float>(bytes, frames);
