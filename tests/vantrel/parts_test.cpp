@@ -1,0 +1,281 @@
+// The library's inner parts, where its entry points do not reach: the oscillator far from its start, the plans of any
+// two rates, the filters themselves, and the sets of kernels.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <cstring>
+#include <numbers>
+#include <random>
+#include <vector>
+
+#include "vantrel/fft.h"
+#include "vantrel/fir_table.h"
+#include "vantrel/kaiser_lowpass.h"
+#include "vantrel/kernels.h"
+#include "vantrel/oscillator.h"
+#include "vantrel/stage_plan.h"
+
+namespace vantrel {
+namespace {
+
+std::complex<double> Value(const SComplex& sample) {
+  return {sample.re, sample.im};
+}
+
+TEST(Oscillator, PhaseIsExactAfterTenToTheTwelfthSamples) {
+  constexpr std::uint32_t kRate = 4294967291u;  // the largest rates make the largest products
+  for (const std::uint64_t nStart : {0ull, 1000000000000ull, 999999999999ull, 18446744073709540000ull}) {
+    for (const std::int64_t nShift : {1ll, -1ll, 12345678ll, 4294967290ll, -98765432109ll}) {
+      for (const std::uint32_t nRate : {kRate, 10000000u, 44100u}) {
+        const std::size_t nCount = 5000;
+        std::vector<SComplex> samples(nCount, {1.0f, 0.0f});
+        COscillator(nStart).Process(nShift, nRate, samples.data(), nCount, samples.data());
+        for (std::size_t i = 0; i < nCount; ++i) {
+          // The residue in 128 bits.
+          const __int128 nProduct = static_cast<__int128>(nShift) * static_cast<__int128>(nStart + i);
+          const double fResidue = static_cast<double>(static_cast<std::int64_t>(nProduct % nRate));
+          const auto exact = std::polar(1.0, -2.0 * std::numbers::pi * fResidue / nRate);
+          ASSERT_LT(std::abs(Value(samples[i]) - exact), 1e-6) << nStart + i << " " << nShift << " " << nRate;
+        }
+      }
+    }
+  }
+}
+
+// No spur can be larger than all of the error together.
+TEST(Oscillator, AllErrorTogetherIsBelowMinus130Decibel) {
+  for (const std::int64_t nShift : {1ll, 333333ll, -1234567ll, 2500000ll, 4999999ll}) {
+    const std::uint32_t nRate = 10000000;
+    const std::size_t nCount = 1000000;
+    std::vector<SComplex> samples(nCount, {1.0f, 0.0f});
+    COscillator().Process(nShift, nRate, samples.data(), nCount, samples.data());
+    double fPower = 0.0;
+    for (std::size_t i = 0; i < nCount; ++i) {
+      const auto nResidue = static_cast<double>(nShift * static_cast<std::int64_t>(i) % nRate);
+      fPower += std::norm(Value(samples[i]) - std::polar(1.0, -2.0 * std::numbers::pi * nResidue / nRate));
+    }
+    EXPECT_LT(10.0 * std::log10(fPower / static_cast<double>(nCount)), -130.0) << nShift;
+  }
+}
+
+TEST(Oscillator, AnotherShiftTakesEffectAsIfItHadAlwaysBeenThere) {
+  std::vector<SComplex> changed(3000, {1.0f, 0.0f});
+  std::vector<SComplex> steady = changed;
+  COscillator oscillator;
+  oscillator.Process(1234, 48000, changed.data(), 1500, changed.data());
+  oscillator.Process(777, 48000, changed.data() + 1500, 1500, changed.data() + 1500);
+  COscillator().Process(777, 48000, steady.data(), 3000, steady.data());
+  EXPECT_EQ(std::memcmp(&changed[1500], &steady[1500], 1500 * sizeof(SComplex)), 0);
+}
+
+TEST(Oscillator, ARateOfZeroOnlyCopies) {
+  const std::vector<SComplex> source = {{1.0f, 2.0f}, {3.0f, 4.0f}};
+  std::vector<SComplex> destination(2);
+  COscillator().Process(5, 0, source.data(), 2, destination.data());
+  EXPECT_EQ(Value(destination[1]), Value(source[1]));
+}
+
+// The rates that tests go through: small, large and prime ratios, and whole-Hz pairs at random.
+std::vector<std::pair<std::uint64_t, std::uint64_t>> RatePairs() {
+  std::vector<std::pair<std::uint64_t, std::uint64_t>> pairs = {
+      {2000000, 10000}, {2400000, 192000},      {10000000, 975000}, {192000, 190000},  {2000000, 7919}, {250000000, 25},
+      {8000, 7999},     {250000000, 249999999}, {10000000, 1},      {61000000, 10007}, {4294967295u, 1}};
+  std::mt19937_64 random(11);
+  for (int i = 0; i < 60; ++i) {
+    // Uniform in the logarithm of both.
+    const double fIn = std::exp(std::uniform_real_distribution(std::log(8e3), std::log(2.5e8))(random));
+    const double fRatio = std::exp(std::uniform_real_distribution(0.0, std::log(std::min(1e7, fIn)))(random));
+    pairs.emplace_back(static_cast<std::uint64_t>(fIn), static_cast<std::uint64_t>(fIn / fRatio));
+  }
+  return pairs;
+}
+
+TEST(StagePlan, StagesTogetherMakeExactlyTheRatio) {
+  for (const auto& [nIn, nOut] : RatePairs()) {
+    const std::vector<SStagePlan> stages = PlanStages(nIn, nOut);
+    unsigned __int128 nStep = 1;
+    unsigned __int128 nPhases = 1;
+    for (const SStagePlan& stage : stages) {
+      nStep *= stage.nStep;
+      nPhases *= stage.nPhases;
+      EXPECT_GE(stage.nStep, stage.nPhases) << "no stage raises the rate";
+    }
+    EXPECT_TRUE(nStep * nOut == nPhases * nIn) << nIn << " to " << nOut;
+  }
+  EXPECT_TRUE(PlanStages(48000, 48000).empty());
+}
+
+TEST(StagePlan, NoOutputWaitsForMoreThanSixtyFourOutputSamples) {
+  for (const auto& [nIn, nOut] : RatePairs()) {
+    double fDelay = 0.0;
+    double rate = static_cast<double>(nIn) / static_cast<double>(nOut);
+    for (const SStagePlan& stage : PlanStages(nIn, nOut)) {
+      fDelay += static_cast<double>(CKaiserLowPass(stage.fPassEdge, stage.fStopEdge).HalfLength()) / rate;
+      rate /= stage.Ratio();
+    }
+    EXPECT_LT(fDelay, 63.0) << nIn << " to " << nOut;
+  }
+}
+
+// The response of a table as it stands in memory: all its phases are samples of one impulse response, nPhases of them
+// an input sample. `frequency` in cycles per input sample.
+double TableGain(const CFirTable& table, std::uint64_t phases, double frequency) {
+  std::complex<double> sum;
+  const double fMiddle = static_cast<double>(table.TapCount() / 2 - 1);
+  for (std::uint64_t nPhase = 0; nPhase < phases; ++nPhase) {
+    const float* row = table.Rows() + nPhase * table.TapCount() * 2;
+    const double fCentre = fMiddle + static_cast<double>(nPhase) / static_cast<double>(phases);
+    for (std::size_t n = 0; n < table.TapCount(); ++n) {
+      EXPECT_EQ(row[2 * n], row[2 * n + 1]);
+      const double fTime = static_cast<double>(n) - fCentre;
+      sum += static_cast<double>(row[2 * n]) * std::polar(1.0, -2.0 * std::numbers::pi * frequency * fTime);
+    }
+  }
+  return std::abs(sum) / static_cast<double>(phases);
+}
+
+TEST(Filters, EveryDecimatorPassesItsChannelAndStopsWhatFoldsIntoIt) {
+  int nStages = 0;
+  for (const auto& [nIn, nOut] : RatePairs()) {
+    std::vector<SStagePlan> stages = PlanStages(nIn, nOut);
+    if (!stages.empty()) stages.pop_back();
+    for (const SStagePlan& stage : stages) {
+      ++nStages;
+      const auto pTable = SharedFirTable(CKaiserLowPass(stage.fPassEdge, stage.fStopEdge), 1);
+      ASSERT_EQ(stage.nPhases, 1u);
+      for (const double fPart : {0.0, 0.5, 1.0}) {
+        EXPECT_NEAR(TableGain(*pTable, 1, fPart * stage.fPassEdge), 1.0, 2e-5) << nIn << " to " << nOut;
+      }
+      const std::uint64_t nFactor = stage.nStep;
+      for (std::uint64_t k = 1; k <= nFactor / 2; ++k) {
+        const double fZone = static_cast<double>(k) / static_cast<double>(nFactor);
+        for (const double fPart : {-1.0, -0.5, 0.0, 0.5, 1.0}) {
+          const double fGain = TableGain(*pTable, 1, fZone + fPart * stage.fPassEdge);
+          EXPECT_LT(20.0 * std::log10(fGain), -112.0) << nIn << " to " << nOut << ", zone " << k << " " << fPart;
+        }
+      }
+    }
+  }
+  EXPECT_GT(nStages, 100);
+}
+
+TEST(Filters, ChannelFilterIsFlatTo045AndClosedFrom055) {
+  for (const auto& [nIn, nOut] :
+       {std::pair{25ull, 17ull}, {25ull, 16ull}, {96ull, 95ull}, {2ull, 1ull}, {200ull, 117ull}}) {
+    const SStagePlan plan = PlanChannelFilter(nIn, nOut);
+    const auto pTable = SharedFirTable(CKaiserLowPass(plan.fPassEdge, plan.fStopEdge), plan.nPhases);
+    ASSERT_FALSE(pTable->IsCubic());
+    for (int i = 0; i <= 90; ++i) {
+      EXPECT_NEAR(TableGain(*pTable, plan.nPhases, 0.005 * i / plan.Ratio()), 1.0, 2e-5) << nIn << "/" << nOut;
+    }
+    // Up to the last frequency that the table's phases tell apart from lower ones.
+    const double fLast = 0.5 * static_cast<double>(plan.nStep);
+    for (double f = 0.55; f <= fLast; f += 0.013) {
+      EXPECT_LT(20.0 * std::log10(TableGain(*pTable, plan.nPhases, f / plan.Ratio())), -112.0) << nIn << "/" << nOut;
+    }
+  }
+}
+
+TEST(Filters, CubicRowsAgreeWithTheDesignTo140Decibel) {
+  for (const double fRatio : {1.0, 1.3, 2.0, 4.0}) {
+    const CKaiserLowPass design(0.45 / fRatio, 0.55 / fRatio);
+    const auto pTable = SharedFirTable(design, 1000003);
+    ASSERT_TRUE(pTable->IsCubic());
+    const std::size_t nTaps = pTable->TapCount();
+    for (std::uint64_t nRow = 0; nRow < CFirTable::kCubicRows; ++nRow) {
+      const float* row = pTable->Rows() + nRow * 8 * nTaps;
+      for (const double u : {0.0, 0.13, 0.5, 0.77, 0.999}) {
+        const double fPhase = (static_cast<double>(nRow) + u) / CFirTable::kCubicRows;
+        double fError = 0.0;
+        for (std::size_t n = 0; n < nTaps; ++n) {
+          double fTap = 0.0;
+          for (std::size_t nPower = 4; nPower-- > 0;)
+            fTap = fTap * u + static_cast<double>(row[(nPower * nTaps + n) * 2]);
+          const double fExact = design(static_cast<double>(n) - static_cast<double>(nTaps / 2 - 1) - fPhase);
+          fError += (fTap - fExact) * (fTap - fExact);
+        }
+        EXPECT_LT(10.0 * std::log10(fError), -140.0) << fRatio << " row " << nRow << " + " << u;
+      }
+    }
+  }
+}
+
+TEST(Filters, TablesAreSharedWhileInUse) {
+  const CKaiserLowPass design(0.1, 0.2);
+  auto pFirst = SharedFirTable(design, 5);
+  EXPECT_EQ(SharedFirTable(design, 5), pFirst);
+  EXPECT_NE(SharedFirTable(design, 6), pFirst);
+  EXPECT_NE(SharedFirTable(CKaiserLowPass(0.1, 0.21), 5), pFirst);
+  const auto pCubic = SharedFirTable(design, 1001);
+  EXPECT_EQ(SharedFirTable(design, 5003), pCubic) << "cubic rows do not depend on the phases";
+  const std::weak_ptr<const CFirTable> pGone = pFirst;
+  pFirst.reset();
+  EXPECT_TRUE(pGone.expired());
+}
+
+TEST(Fft, AgreesWithTheDefinitionAndInverts) {
+  const std::size_t nLength = 64;
+  std::vector<SComplex> data(nLength);
+  for (std::size_t i = 0; i < nLength; ++i) {
+    data[i] = {static_cast<float>(i * i % 17), static_cast<float>(i * 5 % 13)};
+  }
+  std::vector<SComplex> spectrum = data;
+  const CFft fft(nLength);
+  fft.Forward(spectrum.data());
+  for (std::size_t k = 0; k < nLength; ++k) {
+    std::complex<double> sum;
+    for (std::size_t i = 0; i < nLength; ++i) {
+      sum += Value(data[i]) * std::polar(1.0, -2.0 * std::numbers::pi * static_cast<double>(i * k) / nLength);
+    }
+    EXPECT_LT(std::abs(Value(spectrum[k]) - sum), 1e-3) << k;
+  }
+  fft.Inverse(spectrum.data());
+  for (std::size_t i = 0; i < nLength; ++i) {
+    EXPECT_LT(std::abs(Value(spectrum[i]) / static_cast<double>(nLength) - Value(data[i])), 1e-5) << i;
+  }
+}
+
+#ifdef VANTREL_HAVE_AVX2
+// Fused multiply-adds round once where the plain set rounds twice: the difference is some last places of the largest
+// term.
+TEST(Kernels, BothSetsAgreeToTheLastPlaces) {
+  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return;  // nothing to compare here
+  std::mt19937 random(5);
+  std::uniform_real_distribution<float> uniform(-1.0f, 1.0f);
+  const auto fill = [&](std::size_t count) {
+    std::vector<float> values(count);
+    std::generate(values.begin(), values.end(), [&] { return uniform(random); });
+    return values;
+  };
+  const std::size_t nTaps = 48;
+  const std::vector<float> input = fill(2 * 400);
+  const std::vector<float> rows = fill(2 * nTaps * 4 * 3);
+  const std::vector<float> table = fill(2 * 400);
+  std::vector<SDot> dots;
+  for (std::size_t i = 0; i < 30; ++i) dots.push_back({3 * i, i % 3, static_cast<float>(i) / 31.0f});
+  for (std::size_t nCount = 1; nCount <= 30; ++nCount) {
+    std::vector<float> plain(2 * nCount);
+    std::vector<float> avx2(2 * nCount);
+    const auto expectClose = [&](const char* what, float tolerance) {
+      for (std::size_t i = 0; i < 2 * nCount; ++i) EXPECT_NEAR(plain[i], avx2[i], tolerance) << what << " " << nCount;
+    };
+    kPlainKernels.Rotate(input.data(), plain.data(), nCount, table.data(), 0.6f, -0.8f);
+    kAvx2Kernels.Rotate(input.data(), avx2.data(), nCount, table.data(), 0.6f, -0.8f);
+    expectClose("Rotate", 1e-6f);
+    kPlainKernels.FirSinglePhase(input.data(), 5, rows.data(), nTaps, nCount, plain.data());
+    kAvx2Kernels.FirSinglePhase(input.data(), 5, rows.data(), nTaps, nCount, avx2.data());
+    expectClose("FirSinglePhase", 5e-6f);
+    kPlainKernels.FirPhases(input.data(), dots.data(), nCount, rows.data(), nTaps, plain.data());
+    kAvx2Kernels.FirPhases(input.data(), dots.data(), nCount, rows.data(), nTaps, avx2.data());
+    expectClose("FirPhases", 5e-6f);
+    kPlainKernels.FirCubic(input.data(), dots.data(), nCount, rows.data(), nTaps, plain.data());
+    kAvx2Kernels.FirCubic(input.data(), dots.data(), nCount, rows.data(), nTaps, avx2.data());
+    expectClose("FirCubic", 2e-5f);
+  }
+}
+#endif
+
+}  // namespace
+}  // namespace vantrel
