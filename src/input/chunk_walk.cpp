@@ -31,6 +31,12 @@ std::string MarkerText(const std::string& marker) {
   return Printable(platform::SystemCodePageToUtf8(marker));
 }
 
+// "[ERROR] This" becomes "This".
+std::string WithoutTag(const std::string& line) {
+  const std::size_t tagEnd = line.find("] ");
+  return tagEnd == std::string::npos ? line : line.substr(tagEnd + 2);
+}
+
 int Signed(std::uint32_t size) {
   return static_cast<int>(size);
 }
@@ -74,8 +80,8 @@ bool CChunkWalk::Run() {
 bool CChunkWalk::HandleChunk() {
   const bool header = m_strMarker == "RIFF" || m_strMarker == "RF64";
   if (!m_bHeaderSeen && !header) {
-    m_result.strError = "[ERROR] File does not start with RIFF or RF64";
-    m_log.Add(m_result.strError);
+    m_log.Add("[ERROR] File does not start with RIFF or RF64");
+    m_result.strError = "not a RIFF or RF64 file";
     return false;
   }
   if (header) return HandleFileHeader(m_strMarker == "RF64");
@@ -323,7 +329,7 @@ void CChunkWalk::Log(const std::string& text) {
 
 bool CChunkWalk::Fail(const std::string& text) {
   Log(text);
-  m_result.strError = MarkerText(m_strMarker) + " " + text;
+  m_result.strError = Format("chunk \"%s\": %s", MarkerText(m_strMarker).c_str(), WithoutTag(text).c_str());
   return false;
 }
 

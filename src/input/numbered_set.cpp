@@ -38,6 +38,7 @@ class CMemberNames {
   }
 
   bool IsNumbered() const { return m_nEnding != std::string::npos; }
+  bool IsUpper() const { return m_strEnding == " 000.WAV"; }
   const std::string& First() const { return m_strFirst; }
   std::string Lower(unsigned number) const { return ReplaceAll(m_strFirst, m_strEnding, Format(" %03d.wav", number)); }
   // Where case matters, the members of a set in upper case have only this name.
@@ -133,7 +134,7 @@ bool CNumberedSet::AddFirst(const CMemberNames& names, unsigned& next) {
 bool CNumberedSet::AddNext(const CMemberNames& names, unsigned number) {
   std::string path = PathOf(names.Lower(number));
   std::optional<std::int64_t> size = MemberSize(path);
-  if (!size) {
+  if (!size && names.IsUpper()) {
     path = PathOf(names.Upper(number));
     size = MemberSize(path);
   }
