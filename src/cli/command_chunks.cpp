@@ -10,7 +10,7 @@
 namespace carvello {
 
 void CChunksCommand::AddOptions(CLI::App& app) {
-  app.add_option("FILE", m_strFile, "The file, WAV or RF64")->required();
+  app.add_option("FILE", m_strFile, "The file, WAV or RF64")->type_name("")->required();
   app.footer(std::string("Example:\n"
                          "  carvello-cli chunks \"rec 000.wav\"\n\n") +
              kExitCodesHelp);

@@ -22,9 +22,8 @@ namespace {
 constexpr std::size_t kLinesListed = 20;
 constexpr std::int64_t kLargestCentre = 1'000'000'000'000;  // Hz, as for the frequencies of entries
 
-constexpr const char* kDescription =
-    "Cut narrow-band recordings out of a wide-band one. The input is read once for all entries.\n\n"
-    "An entry E is key=value pairs separated by commas:\n"
+constexpr const char* kEntryHelp =
+    "The input is read once for all entries. An entry E is key=value pairs separated by commas:\n"
     "  f=HZ         centre frequency; suffixes k, M and G and decimals allowed, for example f=7.1M\n"
     "  bw=HZ        bandwidth, which is also the sample rate of the output: from 10 Hz to the input's rate\n"
     "  bits=N       16 (integer, default) or 32 (float)\n"
@@ -32,15 +31,17 @@ constexpr const char* kDescription =
     "  start=TIME   2026-11-21T12:00:00Z, any zone such as +02:00 instead of Z, or +SECONDS from the\n"
     "               recording's start, which is the default\n"
     "  end=TIME     as start; the recording's end is the default\n"
-    "  duration=D   instead of end: seconds, H:MM or H:MM:SS";
+    "  duration=D   instead of end: seconds, H:MM or H:MM:SS\n\n";
 
-constexpr const char* kExamples =
+constexpr const char* kJobFileHelp =
     "Job file:\n"
     "  {\"input\": \"rec 000.wav\", \"output\": \"cuts\", \"entries\": [\n"
     "    {\"frequency\": \"7.1M\", \"bandwidth\": 10000, \"bits\": 16, \"size\": \"1GB\",\n"
     "     \"start\": \"2026-11-21T12:00:00Z\", \"duration\": \"0:10\"}]}\n"
     "  A bare number as start or end counts seconds from the recording's start. Options on the command line\n"
-    "  win; --entry and --sequence replace all entries of the file.\n\n"
+    "  win; --entry and --sequence replace all entries of the file.\n\n";
+
+constexpr const char* kExamples =
     "Examples:\n"
     "  carvello-cli cut \"rec 000.wav\" --output cuts --entry f=7.1M,bw=10k\n"
     "  carvello-cli cut rec.wav --output cuts --entry f=7.1M,bw=100k,size=RF64,start=+60,duration=0:10\n"
@@ -102,27 +103,27 @@ SCutReport PlannedReport(const CEntryList& entries, const std::string& error) {
 }  // namespace
 
 void CCutCommand::AddOptions(CLI::App& app) {
-  app.description(kDescription);
   SCutOptions& o = m_options;
-  app.add_option("INPUT", o.strInput, "Any file of the recording");
-  app.add_option("--output", o.strOutput, "Existing folder for the outputs");
-  app.add_option("--entry", o.entries, "An entry, see above; repeat for more")->allow_extra_args(false);
-  app.add_option("--sequence", o.sequences, "FROM:TO:STEP, an entry at every step, with --bw; repeat for more")
-      ->allow_extra_args(false);
-  app.add_option("--bw", o.strBandwidth, "Bandwidth of the --sequence entries");
-  app.add_option("--bits", o.strBits, "Sample size of the --sequence entries, as bits above");
-  app.add_option("--size", o.strSize, "File size of the --sequence entries, as size above");
-  app.add_option("--start", o.strStart, "Start of the --sequence entries, as start above");
-  app.add_option("--end", o.strEnd, "End of the --sequence entries, as end above");
-  app.add_option("--duration", o.strDuration, "Duration of the --sequence entries, as duration above");
-  app.add_option("--jobs", o.strJobFile, "Job file, see below");
+  app.add_option("INPUT", o.strInput, "Any file of the recording")->type_name("");
+  app.add_option("--output", o.strOutput, "Existing folder for the outputs")->type_name("DIR");
+  app.add_option("--entry", o.entries, "An entry, see below; repeat for more")->allow_extra_args(false)->type_name("E");
+  app.add_option("--sequence", o.sequences, "An entry at every step, with --bw; repeat for more")
+      ->allow_extra_args(false)
+      ->type_name("FROM:TO:STEP");
+  app.add_option("--bw", o.strBandwidth, "Bandwidth of the --sequence entries")->type_name("HZ");
+  app.add_option("--bits", o.strBits, "Sample size of the --sequence entries, as bits below")->type_name("N");
+  app.add_option("--size", o.strSize, "File size of the --sequence entries, as size below")->type_name("SIZE");
+  app.add_option("--start", o.strStart, "Start of the --sequence entries, as start below")->type_name("TIME");
+  app.add_option("--end", o.strEnd, "End of the --sequence entries, as end below")->type_name("TIME");
+  app.add_option("--duration", o.strDuration, "Duration of the --sequence entries, as duration below")->type_name("D");
+  app.add_option("--jobs", o.strJobFile, "Job file, see below")->type_name("FILE");
   app.add_flag("--overwrite", o.bOverwrite, "Replace outputs that exist");
   app.add_flag("--skip-existing", o.bSkipExisting, "Leave entries out whose outputs exist");
   app.add_flag("--local-time", o.bLocalTime, "Local time instead of UTC in file names");
   app.add_flag("--json", o.bJson, "Print one JSON object on stdout when done");
   app.add_flag("--quiet", o.bQuiet, "No progress and no summary");
   app.add_flag("--verbose", o.bVerbose, "Print the workers' log on stderr");
-  app.footer(std::string(kExamples) + kExitCodesHelp);
+  app.footer(std::string(kEntryHelp) + kJobFileHelp + kExamples + kExitCodesHelp);
 }
 
 EExit CCutCommand::Run() {

@@ -10,7 +10,7 @@
 namespace carvello {
 
 void CInfoCommand::AddOptions(CLI::App& app) {
-  app.add_option("INPUT", m_strInput, "Any file of the recording")->required();
+  app.add_option("INPUT", m_strInput, "Any file of the recording")->type_name("")->required();
   app.add_flag("--json", m_bJson, "Print one JSON object instead of a text");
   app.footer(std::string("Examples:\n"
                          "  carvello-cli info \"rec 000.wav\"\n"

@@ -13,19 +13,26 @@ namespace carvello {
 
 void CSynthCommand::AddOptions(CLI::App& app) {
   SSynthOptions& o = m_options;
-  app.add_option("OUT", o.strPath, "The file to make; with --files, \"OUT 000.wav\" and so on")->required();
-  app.add_option("--rate", o.strRate, "Sample rate in Hz; suffixes k and M")->capture_default_str();
-  app.add_option("--centre", o.strCentre, "Centre frequency in Hz; suffixes k, M and G")->capture_default_str();
-  app.add_option("--seconds", o.strSeconds, "Length, for example 20 or 0.5")->capture_default_str();
-  app.add_option("--bits", o.strBits, "8, 16, 24, 32 (integers) or float")->capture_default_str();
+  app.add_option("OUT", o.strPath, "The file to make; with --files, \"OUT 000.wav\" and so on")
+      ->type_name("")
+      ->required();
+  app.add_option("--rate", o.strRate, "Sample rate in Hz; suffixes k and M")->type_name("HZ")->capture_default_str();
+  app.add_option("--centre", o.strCentre, "Centre frequency in Hz; suffixes k, M and G")
+      ->type_name("HZ")
+      ->capture_default_str();
+  app.add_option("--seconds", o.strSeconds, "Length, for example 20 or 0.5")->type_name("S")->capture_default_str();
+  app.add_option("--bits", o.strBits, "8, 16, 24, 32 (integers) or float")->type_name("BITS")->capture_default_str();
   app.add_flag("--rf64", o.bRf64, "RF64 instead of WAV");
-  app.add_option("--files", o.strFiles, "Number of files")->capture_default_str();
-  app.add_option("--start", o.strStart, "Time of the first sample, with zone")->capture_default_str();
+  app.add_option("--files", o.strFiles, "Number of files")->type_name("N")->capture_default_str();
+  app.add_option("--start", o.strStart, "Time of the first sample, with zone")
+      ->type_name("TIME")
+      ->capture_default_str();
   app.add_option("--station", o.stations,
                  "FREQ:DBFS[:tone|am], a carrier, bare (tone) or with 1 kHz at 70 % (am); repeat for more")
-      ->allow_extra_args(false);
-  app.add_option("--noise", o.strNoise, "RMS of the noise in dBFS");
-  app.add_option("--seed", o.strSeed, "Seed of the noise")->capture_default_str();
+      ->allow_extra_args(false)
+      ->type_name("STATION");
+  app.add_option("--noise", o.strNoise, "RMS of the noise in dBFS")->type_name("DBFS");
+  app.add_option("--seed", o.strSeed, "Seed of the noise")->type_name("N")->capture_default_str();
   app.add_flag("--overwrite", m_bOverwrite, "Replace files that exist");
   app.add_flag("--quiet", m_bQuiet, "Do not list the files made");
   app.footer(std::string("Without --station and --noise: one am station at -20 dBFS, an eighth of the rate above the\n"

@@ -114,7 +114,8 @@ void CCutJob::StopJob() {
 
 void CCutJob::Handle(const SMessage& message) {
   if (message.nMessage == m_nProgressMessage) {
-    m_progress.Update(message.nTotal, message.nDone);
+    // A stopped job ends with full progress too, which would tell the user that all was read.
+    if (!m_bStopped) m_progress.Update(message.nTotal, message.nDone);
   } else if (message.nMessage == m_nLogMessage && m_bVerbose) {
     const std::string worker = message.strWorker.empty() ? "" : message.strWorker + "> ";
     m_progress.PrintLine(FormatLocal("%H:%M:%S", CurrentTime()) + "> " + worker + message.strText);

@@ -45,10 +45,15 @@ EExit ParseAndRun(const std::vector<std::string>& arguments) {
   CLI::App app("Carvello: cuts narrow-band IQ recordings out of wide-band ones.", kProgramName);
   app.allow_windows_style_options(false);  // a path may begin with "/"
   app.get_formatter()->column_width(kHelpColumn);
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.set_version_flag("--version", VersionInfo().strLongTitle);
   app.require_subcommand(0, 1);
   app.footer(std::string("Help for a command: ") + kProgramName + " COMMAND --help\n\n" + kExitCodesHelp);
-  for (const auto& command : commands) command->AddOptions(*app.add_subcommand(command->Name(), command->Summary()));
+  for (const auto& command : commands) {
+    CLI::App& place = *app.add_subcommand(command->Name(), command->Summary());
+    place.group("Commands");
+    command->AddOptions(place);
+  }
 
   const CLI::App* chosen = nullptr;
   try {

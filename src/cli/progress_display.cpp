@@ -15,6 +15,7 @@ constexpr std::chrono::milliseconds kRedrawInterval(100);
 constexpr double kAlmostDone = 0.999;
 constexpr std::size_t kSmallestBar = 10;
 constexpr std::size_t kLargestBar = 50;
+constexpr std::size_t kNumbersWidth = sizeof("100 %  1000.0 MB/s  0:00:00 left") - 1;
 
 // The last column stays free: many terminals break the line when it is written to.
 std::size_t BarColumns() {
@@ -43,8 +44,8 @@ std::string ProgressTextLine(const SProgressState& state) {
 std::string ProgressBarLine(const SProgressState& state, std::size_t columns) {
   const std::string prefix = state.strPrefix.empty() ? "" : state.strPrefix + "  ";
   const std::string numbers = PerCent(state) + RateAndTimeLeft(state);
-  // Brackets and two blanks stand around the bar.
-  const std::size_t taken = prefix.size() + numbers.size() + 4;
+  // Brackets and two blanks stand around the bar. Room for the widest usual numbers keeps its length steady.
+  const std::size_t taken = prefix.size() + std::max(numbers.size(), kNumbersWidth) + 4;
   if (columns < taken + kSmallestBar) return (prefix + numbers).substr(0, columns);
   const std::size_t length = std::min(columns - taken, kLargestBar);
   const auto filled = std::min(length, static_cast<std::size_t>(state.dFraction * static_cast<double>(length)));
@@ -88,7 +89,7 @@ void CProgressDisplay::EndBatch(bool complete) {
     Draw(ProgressBarLine(state, BarColumns()));
     PrintErr("\n");
     m_nWidth = 0;
-  } else {
+  } else if (complete) {
     PrintErr(ProgressTextLine(state) + "\n");
   }
 }

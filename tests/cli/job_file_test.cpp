@@ -1,0 +1,133 @@
+#include "cli/job_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "support/temp_folder.h"
+
+namespace carvello::test {
+namespace {
+
+using testing::HasSubstr;
+
+SJobFile Read(const std::string& text) {
+  SJobFile job;
+  std::string error;
+  EXPECT_TRUE(ParseJobFile(text, "jobs.json", job, error)) << error;
+  return job;
+}
+
+std::string Refusal(const std::string& text) {
+  SJobFile job;
+  std::string error;
+  EXPECT_FALSE(ParseJobFile(text, "jobs.json", job, error)) << text;
+  EXPECT_THAT(error, HasSubstr("jobs.json"));
+  return error;
+}
+
+std::string RefusedEntry(const std::string& entry) {
+  return Refusal(R"({"entries": [)" + entry + "]}");
+}
+
+TEST(JobFile, ReadsEverything) {
+  const SJobFile job = Read(R"({"input": "in 000.wav", "output": "out", "entries": [
+      {"frequency": 7100000, "bandwidth": 10000, "bits": 32, "size": "RF64",
+       "start": "2026-11-21T12:00:00Z", "end": "+90"},
+      {"frequency": "7.1M", "bandwidth": "10k", "bits": "16", "duration": 90}]})");
+  EXPECT_EQ(job.strInput, "in 000.wav");
+  EXPECT_EQ(job.strOutput, "out");
+  ASSERT_EQ(job.entries.size(), 2U);
+  EXPECT_EQ(job.entries[0].strLabel, "jobs.json: entry 1");
+  EXPECT_EQ(job.entries[0].frequency, 7'100'000);
+  EXPECT_EQ(job.entries[0].bandwidth, 10'000);
+  EXPECT_TRUE(job.entries[0].b32Bit);
+  EXPECT_EQ(job.entries[0].nFileSizeMB, 0U);
+  EXPECT_EQ(job.entries[0].start->Resolve(0), 1'795'262'400);
+  EXPECT_EQ(job.entries[0].end->Resolve(1000), 1090);
+  EXPECT_EQ(job.entries[1].frequency, 7'100'000);
+  EXPECT_EQ(job.entries[1].bandwidth, 10'000);
+  EXPECT_FALSE(job.entries[1].b32Bit);
+  EXPECT_EQ(job.entries[1].duration, 90U);
+}
+
+TEST(JobFile, ABareNumberAsAMomentCountsFromTheRecordingsStart) {
+  const SJobFile job = Read(R"({"entries": [{"frequency": 1, "bandwidth": 10, "start": 5, "end": 60}]})");
+  ASSERT_EQ(job.entries.size(), 1U);
+  EXPECT_EQ(job.entries[0].start->Resolve(1000), 1005);
+  EXPECT_EQ(job.entries[0].end->Resolve(1000), 1060);
+}
+
+TEST(JobFile, EverythingIsOptionalAtTheTop) {
+  const SJobFile job = Read("{}");
+  EXPECT_EQ(job.strInput, "");
+  EXPECT_EQ(job.strOutput, "");
+  EXPECT_TRUE(job.entries.empty());
+}
+
+TEST(JobFile, AcceptsWholeNumbersWrittenAsDecimals) {
+  const SJobFile job = Read(R"({"entries": [{"frequency": 7100000.0, "bandwidth": 1e4}]})");
+  ASSERT_EQ(job.entries.size(), 1U);
+  EXPECT_EQ(job.entries[0].frequency, 7'100'000);
+  EXPECT_EQ(job.entries[0].bandwidth, 10'000);
+}
+
+TEST(JobFile, RefusesUnknownKeysAndNamesTheEntry) {
+  EXPECT_THAT(Refusal(R"({"inputs": "in.wav"})"), AllOf(HasSubstr("\"inputs\""), HasSubstr("input, output, entries")));
+  EXPECT_THAT(Refusal(R"({"entries": [{"frequency": 1, "bandwidth": 10}, {"frequency": 1, "bandwidth": 10, "f": 2}]})"),
+              AllOf(HasSubstr("entry 2"), HasSubstr("\"f\""), HasSubstr("frequency, bandwidth, bits")));
+}
+
+TEST(JobFile, RefusesValuesAndNamesTheEntryAndKey) {
+  EXPECT_THAT(RefusedEntry(R"({"frequency": 7100000.5, "bandwidth": 10})"),
+              AllOf(HasSubstr("entry 1"), HasSubstr("frequency \"7100000.5\""), HasSubstr("whole Hz")));
+  EXPECT_THAT(RefusedEntry(R"({"frequency": 1, "bandwidth": 10, "bits": 24})"), HasSubstr("16 or 32"));
+  EXPECT_THAT(RefusedEntry(R"({"frequency": 1, "bandwidth": 10, "size": 100})"), HasSubstr("RF64"));
+  EXPECT_THAT(RefusedEntry(R"({"frequency": 1, "bandwidth": 10, "start": -5})"), HasSubstr("start"));
+  EXPECT_THAT(RefusedEntry(R"({"frequency": 1, "bandwidth": 10, "start": 0.5})"), HasSubstr("start"));
+  EXPECT_THAT(RefusedEntry(R"({"frequency": 1, "bandwidth": 10, "end": 5, "duration": 5})"), HasSubstr("exclude"));
+  EXPECT_THAT(RefusedEntry(R"({"frequency": 1e300, "bandwidth": 10})"), HasSubstr("frequency"));
+}
+
+TEST(JobFile, RefusesTypesThatNoFieldHas) {
+  for (const char* value : {"true", "null", "[1]", "{}"}) {
+    EXPECT_THAT(RefusedEntry(std::string(R"({"frequency": )") + value + R"(, "bandwidth": 10})"),
+                HasSubstr("neither a text nor a number"));
+  }
+  EXPECT_THAT(RefusedEntry("7"), HasSubstr("not an object"));
+  EXPECT_THAT(Refusal("[]"), HasSubstr("not an object"));
+  EXPECT_THAT(Refusal(R"({"entries": {}})"), HasSubstr("no list"));
+  EXPECT_THAT(Refusal(R"({"input": 5})"), HasSubstr("\"input\" is no text"));
+}
+
+TEST(JobFile, RefusesEntriesThatLackAKey) {
+  EXPECT_THAT(RefusedEntry(R"({"bandwidth": 10})"), HasSubstr("frequency is missing"));
+  EXPECT_THAT(RefusedEntry(R"({"frequency": 10})"), HasSubstr("bandwidth is missing"));
+}
+
+TEST(JobFile, TellsWhereTheTextIsNoJson) {
+  EXPECT_THAT(Refusal("{\n  \"input\": }"), HasSubstr("line 2"));
+  EXPECT_THAT(Refusal(""), HasSubstr("no JSON"));
+  EXPECT_THAT(Refusal("{\"input\": \"\xff\"}"), HasSubstr("no JSON"));
+}
+
+TEST(JobFile, IsReadFromAFileWithAnyName) {
+  const CTempFolder folder;
+  const std::string path = folder / "Aufträge 夜.json";
+  WriteWholeFile(path, R"({"input": "Größe.wav"})");
+  SJobFile job;
+  std::string error;
+  ASSERT_TRUE(ReadJobFile(path, job, error)) << error;
+  EXPECT_EQ(job.strInput, "Größe.wav");
+}
+
+TEST(JobFile, ThatCannotBeOpenedIsNamed) {
+  const CTempFolder folder;
+  SJobFile job;
+  std::string error;
+  EXPECT_FALSE(ReadJobFile(folder / "none.json", job, error));
+  EXPECT_THAT(error, AllOf(HasSubstr("--jobs"), HasSubstr("none.json")));
+  EXPECT_FALSE(ReadJobFile(folder.Path(), job, error));
+}
+
+}  // namespace
+}  // namespace carvello::test
