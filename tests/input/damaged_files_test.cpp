@@ -107,8 +107,8 @@ TEST_F(DamagedFiles, ListsFullOfEmptySubchunksEndTheirReading) {
 }
 
 TEST_F(DamagedFiles, AnOversizedSubchunkIsSkippedWithItsList) {
-  const std::string list = "INFO" + Chunk("INAM", std::string("name\0", 6)) + Chunk("ICMT", std::string(65'537, 'c')) +
-                           Chunk("IART", std::string("artist\0", 8));
+  const std::string list =
+      "INFO" + InfoText("INAM", "name") + Chunk("ICMT", std::string(65'537, 'c')) + InfoText("IART", "artist");
   ASSERT_TRUE(Scan(PlainWave(8, Chunk("LIST", list))));
   EXPECT_TRUE(HasLine(Log(),
                       "LIST INFO [ERROR] Subchunk ICMT of 65537 bytes, at most 65536 are read, the rest of the list is "
@@ -186,8 +186,8 @@ TEST_F(DamagedFiles, AnUnknownChunkPastTheEndEndsTheWalk) {
 }
 
 TEST_F(DamagedFiles, BytesThatWouldMoveATerminalsCursorAreNotLogged) {
-  const std::string bytes = PlainWave(
-      8, Chunk(std::string("\x1B[2\0", 4), "") + Chunk("LIST", "INFO" + Chunk("INAM", std::string("a\x1B[31m\n", 8))));
+  const std::string bytes =
+      PlainWave(8, Chunk(std::string("\x1B[2\0", 4), "") + Chunk("LIST", "INFO" + InfoText("INAM", "a\x1B[31m\n")));
   ASSERT_TRUE(Scan(bytes));
   for (const std::string& line : Log()) EXPECT_EQ(line.find_first_of("\x1B\n"), std::string::npos) << line;
   EXPECT_TRUE(HasLine(Log(), "?[2? marker"));
@@ -195,7 +195,7 @@ TEST_F(DamagedFiles, BytesThatWouldMoveATerminalsCursorAreNotLogged) {
 }
 
 TEST_F(DamagedFiles, EveryCutOfAGoodFileEndsWithAnAnswer) {
-  const std::string list = "INFO" + Chunk("INAM", std::string("name\0", 6));
+  const std::string list = "INFO" + InfoText("INAM", "name");
   const std::string bytes = PlainWave(8, XmlChunk("A=\"1\""), Chunk("LIST", list));
   const std::size_t samples = bytes.find("data") + 8;
   for (std::size_t length = 0; length < bytes.size(); ++length) {

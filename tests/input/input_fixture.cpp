@@ -53,6 +53,13 @@ std::string Chunk(std::string_view id, std::string_view body) {
   return ChunkHeader(id, body.size()) + std::string(body);
 }
 
+std::string InfoText(std::string_view id, std::string_view text) {
+  std::string body = std::string(text) + '\0';
+  const std::string header = ChunkHeader(id, body.size());
+  if (body.size() % 2 != 0) body.push_back('\0');
+  return header + body;
+}
+
 std::string FormatBody(const SFormatBytes& format) {
   const std::uint32_t align = format.nBits / 8 * format.nChannels;
   return Le16(format.nTag) + Le16(format.nChannels) + Le32(format.nRate) + Le32(std::uint64_t{align} * format.nRate) +

@@ -22,6 +22,9 @@ std::string Chunk(std::string_view id, std::string_view body);
 // A chunk header that claims any size.
 std::string ChunkHeader(std::string_view id, std::uint64_t size);
 
+// An INFO sub-chunk: the text with its terminating zero, and a pad byte behind an odd size.
+std::string InfoText(std::string_view id, std::string_view text);
+
 struct SFormatBytes {
   std::uint32_t nTag = 1;
   std::uint32_t nChannels = 2;

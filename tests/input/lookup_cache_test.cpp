@@ -112,10 +112,12 @@ TEST_F(LookupCaches, WhatIsNoRecordingSaysWhy) {
 
 TEST_F(LookupCaches, SeveralThreadsMayLookAtOnce) {
   std::vector<std::string> paths;
+  paths.reserve(20);
   for (int i = 0; i < 20; ++i) {
     paths.push_back(Write("file " + std::to_string(i) + ".wav", PlainWave(4 * static_cast<std::size_t>(i + 1))));
   }
   std::vector<std::thread> threads;
+  threads.reserve(4);
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([&] {
       for (std::size_t i = 0; i < paths.size(); ++i) {

@@ -8,13 +8,6 @@ namespace carvello::test {
 
 namespace {
 
-std::string InfoText(std::string_view id, std::string_view text) {
-  std::string body = std::string(text) + '\0';
-  const std::string header = ChunkHeader(id, body.size());
-  if (body.size() % 2 != 0) body.push_back('\0');
-  return header + body;
-}
-
 class AnalysisWalk : public InputTest {
  protected:
   bool Scan(const std::string& bytes) { return m_reader.ScanChunks(Write("input.wav", bytes), m_result); }
