@@ -61,7 +61,7 @@ std::int64_t LocalSeconds(const std::tm& fields) {
 std::string FormatTime(const char* format, const std::tm& fields) {
   std::array<wchar_t, 128> text{};
   const std::size_t length = std::wcsftime(text.data(), text.size(), Wide(format).c_str(), &fields);
-  if (length == text.size()) return {};  // a full buffer without a terminating zero, from a runtime that does not give up
+  if (length == text.size()) return {};  // full without a terminating zero: not every runtime gives up
   return Narrow({text.data(), length});
 }
 
