@@ -128,20 +128,21 @@ void CCutCommand::AddOptions(CLI::App& app) {
 
 EExit CCutCommand::Run() {
   SCutRequest request;
-  SRecordingInput input;
   std::string error;
   if (!MakeCutRequest(m_options, request, error)) {
     PrintMessage(error);
     return EExit::Usage;
   }
   CatchStopRequests();
+  SRecordingInput input;
   if (ReadRecordingInput(request.strInput, input, error)) error = RecordingProblem(input.recording);
-  DspBinding dsp;
-  if (error.empty() && BindDsp(dsp) == 0) {
-    error = "the downconverter library Vantrel is missing or incomplete: " + DspLibraryPath();
-  }
   if (!error.empty()) {
     PrintMessage(error);
+    return EExit::InputUnreadable;
+  }
+  DspBinding dsp;
+  if (BindDsp(dsp) == 0) {
+    PrintMessage("the downconverter library Vantrel is missing or incomplete: " + DspLibraryPath());
     return EExit::InputUnreadable;
   }
   dsp.Advanced(0);

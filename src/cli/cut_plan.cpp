@@ -99,7 +99,7 @@ bool BuildEntryList(const SCutRequest& request, bool bUtc, const CRecordingSet& 
     fields.bUtc = bUtc;
     fields.strOutputFolder = request.strOutput;
     if (!MakeFields(spec, recording, fields, error)) {
-      error = spec.strLabel + ": " + error;
+      error.insert(0, spec.strLabel + ": ");
       return false;
     }
     const std::optional<SEntryProblem> problem = AddToList(spec, fields, list);

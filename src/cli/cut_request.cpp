@@ -27,7 +27,7 @@ bool AddEntries(const SCutOptions& options, std::vector<SEntrySpec>& entries, st
     SEntrySpec spec;
     spec.strLabel = Format("--entry %zu (%s)", i + 1, options.entries[i].c_str());
     if (!ParseEntry(options.entries[i], spec, error)) {
-      error = spec.strLabel + ": " + error;
+      error.insert(0, spec.strLabel + ": ");
       return false;
     }
     entries.push_back(std::move(spec));
@@ -45,7 +45,7 @@ bool AddSequences(const SCutOptions& options, std::vector<SEntrySpec>& entries, 
   }
   SEntrySpec common;
   if (!SetFields(fields, EFieldNames::Entry, common, error)) {
-    error = "--" + error;
+    error.insert(0, "--");
     return false;
   }
   if (!common.bandwidth) {
@@ -57,7 +57,7 @@ bool AddSequences(const SCutOptions& options, std::vector<SEntrySpec>& entries, 
     SFrequencyRange range;
     spec.strLabel = Format("--sequence %zu (%s)", i + 1, options.sequences[i].c_str());
     if (!ParseFrequencyRange(options.sequences[i], range, error)) {
-      error = spec.strLabel + ": " + error;
+      error.insert(0, spec.strLabel + ": ");
       return false;
     }
     spec.range = range;

@@ -13,7 +13,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::int64_t kLargestFile = 64 * 1024 * 1024;
+constexpr std::int64_t kLargestFile = std::int64_t{64} << 20;
 
 // A value as --entry would have it. A bare number as a moment counts seconds from the recording's start. Nothing for
 // what is neither a text nor a number.
@@ -73,7 +73,7 @@ bool ParseJobFile(std::string_view text, const std::string& name, SJobFile& job,
     return false;
   }
   if (!CheckTopLevel(root, error)) {
-    error = name + ": " + error;
+    error.insert(0, name + ": ");
     return false;
   }
   job = SJobFile();
@@ -84,7 +84,7 @@ bool ParseJobFile(std::string_view text, const std::string& name, SJobFile& job,
     SEntrySpec spec;
     spec.strLabel = Format("%s: entry %zu", name.c_str(), i + 1);
     if (!ParseJobEntry(entries[i], spec, error)) {
-      error = spec.strLabel + ": " + error;
+      error.insert(0, spec.strLabel + ": ");
       return false;
     }
     job.entries.push_back(std::move(spec));

@@ -24,8 +24,8 @@ class CNoiseSource {
   }
 
  private:
-  static constexpr std::int64_t kMean = 6 * 0xFFFF;  // of the sum
-  static constexpr double kDeviation = 65536.0;      // of the sum: the square root of 12 x (65536^2 - 1) / 12
+  static constexpr std::int64_t kMean = std::int64_t{6} * 0xFFFF;  // of the sum
+  static constexpr double kDeviation = 65536.0;  // of the sum: the square root of 12 x (65536^2 - 1) / 12
 
   // xoshiro256**, by Blackman and Vigna: "Scrambled linear pseudorandom number generators" (2018).
   std::uint64_t NextBits() {

@@ -123,7 +123,8 @@ std::optional<std::int64_t> ParseDateTime(std::string_view text) {
                                          std::chrono::day(static_cast<unsigned>(*day))};
   if (!date.ok()) return std::nullopt;
   const std::int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
-  return days * 86'400 + (*hour * 60 + *minute) * 60 + *second - *zone;
+  const int secondOfDay = (*hour * 60 + *minute) * 60 + *second;
+  return days * 86'400 + secondOfDay - *zone;
 }
 
 std::optional<SMoment> ParseMoment(std::string_view text) {
