@@ -31,8 +31,10 @@ bool CWaveFileReader::Open(const std::string& fileName) {
   ZeroCounters();
   const bool opened = m_file.Open(fileName, platform::EOpenMode::ReadShared);
   const std::uint32_t error = opened ? 0 : platform::LastError();
-  m_log.Add(carvello::Format("Opening %s, Handle = %08X, Status = %s", fileName.c_str(), m_file.LogId(),
-                             platform::ErrorText(error).value_or("<unknown>").c_str()));
+  // Some systems end their texts with a line break.
+  const std::string status = TrimRight(platform::ErrorText(error).value_or("<unknown>"));
+  m_log.Add(
+      carvello::Format("Opening %s, Handle = %08X, Status = %s", fileName.c_str(), m_file.LogId(), status.c_str()));
   if (opened) m_strFileName = fileName;
   return opened;
 }
