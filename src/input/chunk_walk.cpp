@@ -7,6 +7,7 @@
 #include "input/format_chunk.h"
 #include "input/riff_layout.h"
 #include "input/source_recognition.h"
+#include "support/hresult.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -72,7 +73,7 @@ bool CChunkWalk::Run() {
       break;
     }
   }
-  RecogniseSource(m_evidence, m_result);
+  Recognise();
   if (!m_bData) m_result.strError = "no data chunk found";
   return m_bData;
 }
@@ -161,6 +162,7 @@ bool CChunkWalk::HandleData() {
   }
   m_bData = true;
   m_result.nDataBytes = data.nBytes;
+  m_result.bCutShort = !data.strWarning.empty();
   return true;
 }
 
@@ -331,6 +333,17 @@ bool CChunkWalk::Fail(const std::string& text) {
   Log(text);
   m_result.strError = Format("chunk \"%s\": %s", MarkerText(m_strMarker).c_str(), WithoutTag(text).c_str());
   return false;
+}
+
+void CChunkWalk::Recognise() {
+  try {
+    RecogniseSource(m_evidence, m_result);
+  } catch (const CHResultError& error) {
+    // A date that cannot be: the samples can be read, but when they were recorded stays unknown.
+    m_result.source = {};
+    m_result.strError = error.what();
+    m_log.Add("[ERROR] " + m_result.strError);
+  }
 }
 
 void CChunkWalk::StoreInfoText(const std::string& marker, const std::string& text) {

@@ -55,6 +55,7 @@ class CChunkWalk {
   void Log(const std::string& text);
   // The same for the reason why the walk ends here. Always false.
   bool Fail(const std::string& text);
+  void Recognise();
   void StoreInfoText(const std::string& marker, const std::string& text);
 
   CFile& m_file;

@@ -1,8 +1,10 @@
 // The "fmt " chunk of an input file: reading it and bringing every accepted format into the extensible form.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "recording/wave_format.h"
@@ -42,6 +44,16 @@ std::array<std::string, 2> ConversionTexts(const WAVEFORMATEXTENSIBLE& format);
 // Bytes of one frame over all channels, by bits and channels and not by nBlockAlign, which some programs leave wrong.
 inline std::uint32_t FrameBytes(const WAVEFORMATEX& format) {
   return static_cast<std::uint32_t>(format.wBitsPerSample) * format.nChannels / 8;
+}
+
+// Bytes of the samples of one second, by bits and channels too.
+inline double BytesPerSecond(const WAVEFORMATEX& format) {
+  return format.wBitsPerSample / 8.0 * format.nChannels * format.nSamplesPerSec;
+}
+// The same at another rate, as the 32-bit number of descriptions.
+inline std::uint32_t WholeBytesPerSecond(const WAVEFORMATEX& format, std::uint32_t rate) {
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint32_t>::max();
+  return static_cast<std::uint32_t>(std::min(std::uint64_t{rate} * FrameBytes(format), kMost));
 }
 
 inline bool IsFloat(const WAVEFORMATEXTENSIBLE& format) {

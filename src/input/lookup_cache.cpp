@@ -98,6 +98,7 @@ SWalked Walk(const std::string& fileName, std::int64_t fileSize) {
   facts.source = scan.source;
   facts.format = scan.format;
   facts.bRF64 = scan.bRF64;
+  facts.bCutShort = scan.bCutShort;
   facts.nFileSize = fileSize;
   walked.nDataBytes = facts.bRecording ? scan.nDataBytes : 0;
   return walked;

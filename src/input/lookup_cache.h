@@ -20,6 +20,7 @@ struct SFileFacts {
   RecordingSourceInfo source;  // of a file without XML metadata
   WAVEFORMATEXTENSIBLE format;
   bool bRF64 = false;
+  bool bCutShort = false;      // the data chunk claims more than the file holds
   std::int64_t nFileSize = 0;  // bytes on disk
   std::string strError;        // why it is no recording, or why its source stayed unknown
 };

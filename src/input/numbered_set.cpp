@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "input/format_chunk.h"
+#include "input/source_recognition.h"
 #include "support/platform.h"
 #include "support/text.h"
 #include "support/version.h"
@@ -176,9 +177,7 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   }
   WarnIfUnequal(path, "SampleRate", m_set.nSampleRate, format.nSamplesPerSec);
   m_set.nBandwidth = m_set.nSampleRate;
-  const std::uint64_t bytesPerSecond = std::uint64_t{m_set.nSampleRate} * FrameBytes(format);
-  m_set.nBytesPerSecond =
-      Number(path, "BytesPerSecond", 1, static_cast<std::uint32_t>(std::min<std::uint64_t>(bytesPerSecond, kMax32)));
+  m_set.nBytesPerSecond = Number(path, "BytesPerSecond", 1, WholeBytesPerSecond(format, m_set.nSampleRate));
   m_set.nBitsPerSample = static_cast<std::uint32_t>(m_set.metadata.FindNumber("BitsPerSample") & kMax32);
   if (m_set.nBitsPerSample == 0) m_set.nBitsPerSample = kUsualBits;
   WarnIfUnequal(path, "BitsPerSample", m_set.nBitsPerSample, format.wBitsPerSample);
@@ -190,9 +189,9 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   }
 
   const std::string& level = m_set.metadata.Find("XMLLevel");
-  m_set.strSourceName = "Halvarn";
-  if (level == "XMLLevel003") m_set.strSourceName = "Halvarn (V3)";
-  if (level == "XMLLevel002") m_set.strSourceName = "Halvarn (V2)";
+  m_set.strSourceName = kSourceHalvarn;
+  if (level == "XMLLevel003") m_set.strSourceName = kSourceHalvarn3;
+  if (level == "XMLLevel002") m_set.strSourceName = kSourceHalvarn2;
   m_set.bFloatScale =
       m_set.bFloat && format.wBitsPerSample == 32 && m_set.metadata.Find("SoftwareName") == VersionValue("ProductName");
   Add(path, first.nFileSize, DataBytes(path, first, m_set.metadata));

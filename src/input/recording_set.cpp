@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "input/chained_set.h"
 #include "input/lookup_cache.h"
 #include "input/numbered_set.h"
 #include "support/text.h"
@@ -29,9 +30,8 @@ bool AnalyseRecordingSet(const std::string& selectedFile, CRecordingSet& set, CM
     log.Add(Format("[ERROR] %s: %s", selectedFile.c_str(), selected.strError.c_str()));
     return false;
   }
-  if (!selected.strXml.empty()) return DescribeNumberedSet(selectedFile, selected, set, log);
-  log.Add(Format("[ERROR] %s: no XML metadata that says where and when it was recorded", selectedFile.c_str()));
-  return false;
+  return selected.strXml.empty() ? DescribeChainedSet(selectedFile, selected, set, log)
+                                 : DescribeNumberedSet(selectedFile, selected, set, log);
 }
 
 }  // namespace carvello

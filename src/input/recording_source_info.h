@@ -12,12 +12,13 @@ namespace carvello {
 struct RecordingSourceInfo {
   std::string strSourceName;  // from the closed list in source_recognition.h; empty when nothing recognised the file
   WAVEFORMATEX format;        // the first 18 bytes of the file's normalised format
-  SYSTEMTIME start;           // first sample, UTC unless the recogniser says otherwise
-  SYSTEMTIME stop;            // start plus duration
-  std::uint32_t nCentreFrequency = 0;  // Hz
-  std::uint32_t nADFrequency = 0;      // Hz, converter sample clock
-  std::uint32_t nIFFrequency = 0;      // Hz
-  std::uint32_t nBandwidth = 0;        // Hz
+  // First sample and end, UTC. They may be no date: blocks are taken as they are written.
+  SYSTEMTIME start;
+  SYSTEMTIME stop;
+  std::int64_t nCentreFrequency = 0;  // Hz; names of files know frequencies above 4.29 GHz
+  std::uint32_t nADFrequency = 0;     // Hz, converter sample clock
+  std::uint32_t nIFFrequency = 0;     // Hz
+  std::uint32_t nBandwidth = 0;       // Hz
   std::uint32_t nIQOffset = 0;
   std::uint32_t nSpare = 0;
   std::int64_t nDataBytes = 0;

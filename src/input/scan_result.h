@@ -23,7 +23,8 @@ struct SScanResult {
   SInfoTexts infoTexts;
   std::int64_t nDataBytes = 0;  // of the first data chunk, never more than the file holds
   bool bRF64 = false;
-  std::string strError;  // why the walk found no recording, or why recognition gave up; empty otherwise
+  bool bCutShort = false;  // the data chunk claims more than the file holds
+  std::string strError;    // why the walk found no recording, or why recognition gave up; empty otherwise
   SWalkStatistics statistics;
 };
 

@@ -1,0 +1,96 @@
+#include "input/signal_info_source.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <pugixml.hpp>
+#include <string_view>
+
+#include "input/calendar_time.h"
+#include "input/format_chunk.h"
+#include "input/source_recognition.h"
+#include "support/hresult.h"
+#include "support/text.h"
+
+namespace carvello {
+
+namespace {
+
+constexpr const char* kWhere = "signaltime of the meta chunk";
+
+// An element's text, trimmed. Elements stand below the root or, as this program writes them, below `base`.
+std::string ElementText(const pugi::xml_node& root, const char* name) {
+  const pugi::xml_node child = root.child(name);
+  return Trim((child ? child : root.child("base").child(name)).text().get());
+}
+
+// 0 for a text that is no number, or none that a signal can have.
+double ElementNumber(const pugi::xml_node& root, const char* name) {
+  constexpr double kMost = 1e15;
+  const std::string text = ElementText(root, name);
+  double number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return std::abs(number) < kMost ? number : 0;
+}
+
+std::uint32_t Whole32(double number) {
+  return number > 0 && number <= std::numeric_limits<std::uint32_t>::max() ? static_cast<std::uint32_t>(number) : 0;
+}
+
+// "2026-11-16T00:44:40.000Z", the fraction cut off.
+std::int64_t SignalTime(const std::string& text) {
+  std::string clean = Trim(ReplaceAll(ReplaceAll(text, "T", " "), "Z", " "));
+  clean.resize(std::min(clean.size(), clean.rfind('.')));
+  SDateFields date;
+  const char* at = clean.data();
+  const char* const end = at + clean.size();
+  const auto next = [&](int& number, std::string_view separators) {
+    const auto [behind, error] = std::from_chars(at, end, number);
+    if (error != std::errc() || behind == at) return false;
+    at = behind;
+    while (at != end && separators.find(*at) != std::string_view::npos) ++at;
+    return true;
+  };
+  const bool read =
+      next(date.nYear, "-") && next(date.nMonth, "-") && next(date.nDay, " ") &&
+      (at == end || (next(date.nHour, ":") && next(date.nMinute, ":") && (at == end || next(date.nSecond, ""))));
+  if (!read || at != end) {
+    ThrowHResult(kInvalidArgument,
+                 Format("%s \"%s\" is no time such as 2026-11-16T00:44:40.000Z", kWhere, text.c_str()));
+  }
+  return UtcCalendarTime(date, kWhere);
+}
+
+}  // namespace
+
+bool RecogniseSignalInfo(const std::string& meta, std::int64_t dataBytes, const WAVEFORMATEXTENSIBLE& format,
+                         RecordingSourceInfo& source) {
+  if (meta.empty()) return false;
+  pugi::xml_document document;
+  document.load_buffer(meta.data(), std::min(meta.size(), meta.find('\0')));
+  const pugi::xml_node root = document.document_element();
+  if (std::string_view(root.name()) != "signalinfo") return false;
+  const double bytesPerSecond = BytesPerSecond(format.Format);
+  const double frequency = ElementNumber(root, "rf_frequency");
+  const double bandwidth = ElementNumber(root, "bandwidth");
+  if (bytesPerSecond == 0 || ElementText(root, "data_type") != "complex" || ElementNumber(root, "sample_rate") <= 0 ||
+      frequency <= 0 || bandwidth <= 0) {
+    return true;
+  }
+
+  RecordingSourceInfo found;
+  found.strSourceName = kSourceGo2Monitor;
+  found.format = format.Format;
+  found.nCentreFrequency = static_cast<std::int64_t>(frequency);
+  found.nIFFrequency = Whole32(ElementNumber(root, "if_frequency"));
+  found.nBandwidth = Whole32(bandwidth);
+  found.nDataBytes = dataBytes;
+  found.dDuration = static_cast<double>(dataBytes) / bytesPerSecond;
+  found.start = UtcSystemTime(SignalTime(ElementText(root, "signaltime")), kWhere);
+  found.stop = AddSeconds(found.start, std::floor(found.dDuration + 0.5));
+  source = found;
+  return true;
+}
+
+}  // namespace carvello

@@ -1,0 +1,314 @@
+// Sets of other programs, chained by time.
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "input/foreign_recordings.h"
+#include "input/input_fixture.h"
+#include "input/lookup_cache.h"
+#include "input/recording_set.h"
+#include "support/platform.h"
+
+namespace carvello::test {
+
+namespace {
+
+using FileNames = std::vector<std::string>;
+
+constexpr std::int64_t kNoon = 1'681'560'000;  // 15 April 2023 12:00:00 UTC
+
+class ChainedSet : public InputTest {
+ protected:
+  bool Analyse(const std::string& name) {
+    m_log.Clear(10);
+    return AnalyseRecordingSet(Path(name), m_set, m_log);
+  }
+
+  FileNames Names() const {
+    FileNames names;
+    for (const SRecordingFile& file : m_set.files) names.push_back(platform::NameOf(file.strPath));
+    return names;
+  }
+
+  // A Winrad recording from noon + start to noon + stop, in seconds below an hour.
+  void WriteWinrad(const std::string& name, std::uint32_t start, std::uint32_t stop,
+                   std::uint32_t frequency = 7'050'000, const SFormatBytes& format = {}) {
+    const SAuxi auxi{.start = {.nMinute = start / 60, .nSecond = start % 60},
+                     .stop = {.nMinute = stop / 60, .nSecond = stop % 60},
+                     .nCentreFrequency = frequency};
+    Write(name, Riff(FormatChunk(format) + Chunk("auxi", AuxiBody(164, auxi)) +
+                     Chunk("data", std::string(4000 * (stop - start), 'x'))));
+  }
+
+  std::string Error() const {
+    EXPECT_EQ(CountLines(m_log, "[ERROR]"), 1) << Joined(m_log);
+    return m_log.IsEmpty() ? std::string() : m_log[m_log.Size() - 1];
+  }
+
+  CRecordingSet m_set;
+  CMyStringArray m_log;
+};
+
+}  // namespace
+
+TEST_F(ChainedSet, ThreeSdrSharpFilesOfWhichOneIsOnAnotherFrequency) {
+  Write("sdrsharp_20230415_115950z_7050000hz_iq.wav", SecondsOfWave(10));
+  Write("sdrsharp_20230415_120003z_7050000hz_iq.wav", SecondsOfWave(20));
+  Write("sdrsharp_20230415_120003z_9050000hz_iq.wav", SecondsOfWave(30));
+  ASSERT_TRUE(Analyse("sdrsharp_20230415_120003z_7050000hz_iq.wav")) << Joined(m_log);
+  EXPECT_EQ(Names(),
+            (FileNames{"sdrsharp_20230415_115950z_7050000hz_iq.wav", "sdrsharp_20230415_120003z_7050000hz_iq.wav"}));
+  EXPECT_EQ(m_set.strSourceName, "SDRSharp");
+  EXPECT_TRUE(m_set.bFromSourceRecord);
+  EXPECT_EQ(m_set.tStart, kNoon - 10);
+  EXPECT_EQ(m_set.tEnd, kNoon + 23);
+  EXPECT_DOUBLE_EQ(m_set.dDuration, 33.0);
+  EXPECT_EQ(m_set.TotalBytes(), 120'000);
+  EXPECT_EQ(m_set.files[0].nDataBytes, 40'000);
+  EXPECT_EQ(m_set.files[0].tStart, kNoon - 10);
+  EXPECT_EQ(m_set.files[1].tStart, kNoon + 3);
+  EXPECT_EQ(m_set.nRadioCenterFreq, 7'050'000);
+  EXPECT_EQ(m_set.nSampleRate, 1000u);
+  EXPECT_EQ(m_set.nBandwidth, 1000u);
+  EXPECT_EQ(m_set.nBytesPerSecond, 4000u);
+  EXPECT_EQ(m_set.nBitsPerSample, 16u);
+  EXPECT_EQ(m_set.strMetadata, "");
+  EXPECT_FALSE(m_set.bFloatScale);
+}
+
+TEST_F(ChainedSet, AGapOf5SecondsHoldsAndOneOf6Breaks) {
+  WriteWinrad("a.wav", 0, 60);
+  WriteWinrad("b.wav", 65, 120);
+  WriteWinrad("c.wav", 126, 180);
+  for (const char* name : {"a.wav", "b.wav"}) {
+    ASSERT_TRUE(Analyse(name));
+    EXPECT_EQ(Names(), (FileNames{"a.wav", "b.wav"})) << name;
+  }
+  ASSERT_TRUE(Analyse("c.wav"));
+  EXPECT_EQ(Names(), (FileNames{"c.wav"}));
+}
+
+TEST_F(ChainedSet, AnOverlapOf5SecondsHoldsAndOneOf6Breaks) {
+  WriteWinrad("a.wav", 0, 60);
+  WriteWinrad("b.wav", 55, 120);
+  WriteWinrad("c.wav", 114, 180);
+  ASSERT_TRUE(Analyse("b.wav"));
+  EXPECT_EQ(Names(), (FileNames{"a.wav", "b.wav"}));
+}
+
+TEST_F(ChainedSet, TheWholeChainIsFoundFromAnyMember) {
+  FileNames names;
+  for (std::uint32_t i = 0; i < 12; ++i) {
+    // Names in another order than times.
+    names.push_back("file " + std::to_string((i * 5) % 12) + ".wav");
+    WriteWinrad(names.back(), i * 60, i * 60 + 60);
+  }
+  for (const std::string& name : names) {
+    ASSERT_TRUE(Analyse(name));
+    EXPECT_EQ(Names(), names) << name;
+    EXPECT_EQ(m_set.tStart, kNoon);
+    EXPECT_EQ(m_set.tEnd, kNoon + 720);
+  }
+}
+
+TEST_F(ChainedSet, RecordingsShorterThanTheGapStayInOrder) {
+  FileNames names;
+  for (std::uint32_t i = 0; i < 8; ++i) {
+    names.push_back("file " + std::to_string(i) + ".wav");
+    WriteWinrad(names.back(), i * 2, i * 2 + 2);
+  }
+  for (const std::string& name : names) {
+    ASSERT_TRUE(Analyse(name));
+    EXPECT_EQ(Names(), names) << name;
+  }
+}
+
+TEST_F(ChainedSet, ACopyOfAMemberIsNotTakenTwiceAndTheSelectedOneIsPreferred) {
+  WriteWinrad("a.wav", 0, 60);
+  WriteWinrad("b.wav", 60, 120);
+  WriteWinrad("b copy.wav", 60, 120);
+  for (const char* name : {"b.wav", "b copy.wav"}) {
+    ASSERT_TRUE(Analyse(name));
+    EXPECT_EQ(Names(), (FileNames{"a.wav", name}));
+  }
+}
+
+TEST_F(ChainedSet, AnotherRateSampleSizeOrProgramIsNotTaken) {
+  WriteWinrad("a.wav", 0, 60);
+  WriteWinrad("rate.wav", 60, 120, 7'050'000, {.nRate = 2000});
+  WriteWinrad("bits.wav", 60, 120, 7'050'000, {.nBits = 32});
+  Write("program.wav",
+        SecondsOfWave(60, Chunk("auxi", AuxiBody(72, {.start = {.nMinute = 1}, .stop = {.nMinute = 2}}))));
+  Write("airspy_20230415_120100z_7050000hz_iq.wav", SecondsOfWave(60));
+  Write("g-7.050mhz_23-04-15_12'01'00.ddc", SecondsOfWave(60));
+  ASSERT_TRUE(Analyse("a.wav"));
+  EXPECT_EQ(Names(), (FileNames{"a.wav"}));
+}
+
+TEST_F(ChainedSet, VersionsOfSpectraVueAreOneFamily) {
+  Write("a.wav", SecondsOfWave(60, Chunk("auxi", AuxiBody(44, {.stop = {.nMinute = 1}}))));
+  Write("b.wav", SecondsOfWave(60, Chunk("auxi", AuxiBody(72, {.start = {.nMinute = 1}, .stop = {.nMinute = 2}}))));
+  ASSERT_TRUE(Analyse("b.wav"));
+  EXPECT_EQ(Names(), (FileNames{"a.wav", "b.wav"}));
+  EXPECT_EQ(m_set.strSourceName, "SpectraVue 2");
+}
+
+TEST_F(ChainedSet, ARecordingWithoutAStopTimeHasItsLengthFromTheSamples) {
+  Write("a.wav", SecondsOfWave(60, Chunk("auxi", ShortAuxiBody({}))));
+  Write("b.wav", SecondsOfWave(60, Chunk("auxi", ShortAuxiBody({.start = {.nMinute = 1}}))));
+  ASSERT_TRUE(Analyse("a.wav"));
+  EXPECT_EQ(m_set.strSourceName, "SpectraVue 1");
+  EXPECT_EQ(Names(), (FileNames{"a.wav", "b.wav"}));
+  EXPECT_EQ(m_set.tEnd - m_set.tStart, 120);
+}
+
+TEST_F(ChainedSet, AStopTimeNeverWrittenIsReckonedFromTheSamples) {
+  const SAuxi auxi{.stop = {.nYear = 0, .nMonth = 0, .nDay = 0, .nHour = 0}};
+  Write("a.wav", SecondsOfWave(60, Chunk("auxi", AuxiBody(164, auxi))));
+  ASSERT_TRUE(Analyse("a.wav"));
+  EXPECT_EQ(m_set.tEnd, kNoon + 60);
+}
+
+TEST_F(ChainedSet, AFileCutShortEndsWithItsSamples) {
+  const SAuxi auxi{.stop = {.nHour = 13}};
+  Write("a.wav", Riff(FormatChunk() + Chunk("auxi", AuxiBody(164, auxi)) + ChunkHeader("data", 3600 * 4000) +
+                      std::string(10 * 4000, 'x')));
+  ASSERT_TRUE(Analyse("a.wav"));
+  EXPECT_EQ(m_set.tEnd, kNoon + 10);
+  EXPECT_EQ(m_set.TotalBytes(), 40'000);
+}
+
+TEST_F(ChainedSet, PerseusFilesShowTheReceiversBandwidth) {
+  Write("p.wav", SecondsOfWave(60, Chunk("rcvr", RcvrBody(7'050'000, 5, kNoon))));
+  ASSERT_TRUE(Analyse("p.wav"));
+  EXPECT_EQ(m_set.strSourceName, "Perseus");
+  EXPECT_EQ(m_set.nBandwidth, 1'600'000u);
+  EXPECT_EQ(m_set.nSampleRate, 1000u);
+  EXPECT_EQ(m_set.tStart, kNoon);
+}
+
+TEST_F(ChainedSet, EveryFamilyIsDescribed) {
+  const std::vector<std::pair<std::string, std::string>> chunks = {
+      {"SpectraVue 1", Chunk("auxi", ShortAuxiBody({}))},
+      {"SpectraVue 2", Chunk("auxi", AuxiBody(44, {.stop = {.nHour = 13}}))},
+      {"SpectraVue 2.34", Chunk("auxi", AuxiBody(68, {.stop = {.nHour = 13}}))},
+      {"SpectraVue 3.0", Chunk("auxi", AuxiBody(72, {.stop = {.nHour = 13}}))},
+      {"Winrad", Chunk("auxi", AuxiBody(164, {.stop = {.nHour = 13}}))},
+      {"ELAD", Chunk("elad", "ELAD") + Chunk("auxi", AuxiBody(164, {.stop = {.nHour = 13}}))},
+      {"Perseus", Chunk("rcvr", RcvrBody(7'050'000, 0, kNoon))},
+      {"go2MONITOR", Chunk("meta", SignalInfoBody("complex", "2023-04-15T12:00:00.000Z"))},
+  };
+  for (const auto& [source, chunk] : chunks) {
+    const std::string name = source + ".wav";
+    Write(name, SecondsOfWave(60, chunk));
+    ASSERT_TRUE(Analyse(name)) << source << "\n" << Joined(m_log);
+    EXPECT_EQ(m_set.strSourceName, source);
+    EXPECT_EQ(m_set.nRadioCenterFreq, 7'050'000) << source;
+  }
+  for (const auto& [source, name] :
+       std::vector<std::pair<std::string, std::string>>{{"Winradio", "g-7.050mhz_23-04-15_12'00'00.ddc"},
+                                                        {"SDRSharp", "airspy_20230415_120000z_7050khz_iq.wav"},
+                                                        {"UnknownFmt", "rec_7050khz.wav"}}) {
+    Write(name, SecondsOfWave(60));
+    ASSERT_TRUE(Analyse(name)) << source << "\n" << Joined(m_log);
+    EXPECT_EQ(m_set.strSourceName, source);
+    EXPECT_EQ(m_set.nRadioCenterFreq, 7'050'000) << source;
+  }
+}
+
+TEST_F(ChainedSet, FilesThatBelongToNobodyDoNotDisturb) {
+  WriteWinrad("a.wav", 0, 60);
+  WriteWinrad("c.wav", 60, 120);
+  Write("b empty.wav", "");
+  Write("b text.wav", "Not a recording.");
+  Write("b auxi.wav", SecondsOfWave(60, Chunk("auxi", std::string(100, 'x'))));
+  Write("b cut.wav", PlainWave(8).substr(0, 30));
+  WriteWinrad("b xml.wav", 60, 120);
+  Write("b xml.wav", SecondsOfWave(60, XmlChunk("FirstFile=\"b xml.wav\"")));
+  MakeFolder("b folder.wav");
+  std::error_code ignored;
+  std::filesystem::create_symlink(m_folder / "b loop 2.wav", m_folder / "b loop 1.wav", ignored);
+  std::filesystem::create_symlink(m_folder / "b loop 1.wav", m_folder / "b loop 2.wav", ignored);
+  ASSERT_TRUE(Analyse("c.wav"));
+  EXPECT_EQ(Names(), (FileNames{"a.wav", "c.wav"}));
+  EXPECT_TRUE(m_log.IsEmpty()) << Joined(m_log);
+}
+
+TEST_F(ChainedSet, ImpossibleDatesOfTheSelectedFileAreNamed) {
+  const auto expect = [&](const std::string& name, const SAuxi& auxi, const std::string& reason) {
+    Write(name, SecondsOfWave(60, Chunk("auxi", AuxiBody(164, auxi))));
+    EXPECT_FALSE(Analyse(name));
+    EXPECT_EQ(Error(), "[ERROR] " + Path(name) + ": " + reason);
+  };
+  expect("month.wav", {.start = {.nMonth = 13}}, "start time 2023-13-15 12:00:00 cannot be");
+  expect("year.wav", {.start = {.nYear = 1955}}, "start time 1955-04-15 12:00:00 cannot be");
+  expect("day.wav", {.start = {.nMonth = 2, .nDay = 30}}, "start time 2023-02-30 12:00:00 cannot be");
+  expect("stop.wav", {.stop = {.nHour = 25}}, "stop time 2023-04-15 25:00:00 cannot be");
+  const std::string name = "sdrsharp_20231315_120000z_7050000hz_iq.wav";
+  Write(name, SecondsOfWave(60));
+  EXPECT_FALSE(Analyse(name));
+  EXPECT_EQ(Error().find("[ERROR] " + Path(name) + ": start time in the file's name 2023-13-15 12:00:00"), 0u);
+}
+
+TEST_F(ChainedSet, ANeighbourWithAnImpossibleDateIsLeftOutWithALine) {
+  WriteWinrad("a.wav", 0, 60);
+  Write("b.wav", SecondsOfWave(60, Chunk("auxi", AuxiBody(164, {.start = {.nMonth = 13}, .stop = {.nMinute = 2}}))));
+  Write("sdrsharp_20230230_120000z_7050000hz_iq.wav", SecondsOfWave(60));
+  ASSERT_TRUE(Analyse("a.wav"));
+  EXPECT_EQ(Names(), (FileNames{"a.wav"}));
+  EXPECT_TRUE(
+      HasLine(m_log, "[WARNING] " + Path("b.wav") + ": start time 2023-13-15 12:00:00 cannot be; left out of the set"));
+  EXPECT_EQ(CountLines(m_log, "is a day that does not exist"), 1);
+}
+
+TEST_F(ChainedSet, AFileOfNoKnownProgramIsNamed) {
+  const std::string path = Write(
+      "mono.wav", Riff(Chunk("fmt ", ExtensibleBody({.nChannels = 1}, 1)) + Chunk("data", std::string(8000, 'x'))));
+  EXPECT_FALSE(Analyse("mono.wav"));
+  EXPECT_EQ(Error(),
+            "[ERROR] " + path + ": no I/Q recording of a known program, and its name does not tell frequency and time");
+}
+
+TEST_F(ChainedSet, ARateOfZeroIsNamed) {
+  const std::string path = Write("a.wav", Riff(FormatChunk({.nRate = 0}) + Chunk("auxi", AuxiBody(164, {})) +
+                                               Chunk("data", std::string(8000, 'x'))));
+  EXPECT_FALSE(Analyse("a.wav"));
+  EXPECT_EQ(Error(), "[ERROR] " + path + ": no sample rate in the file's format");
+}
+
+TEST_F(ChainedSet, AFolderWithAUnicodeNameIsSearched) {
+  const std::string folder = "\xD0\x97\xD0\xB0\xD0\xBF\xD0\xB8\xD1\x81\xD1\x8C \xF0\x9F\x93\xA1/";
+  MakeFolder(folder);
+  WriteWinrad(folder + "\xC3\xA9t\xC3\xA9 a.wav", 0, 60);
+  WriteWinrad(folder + "\xC3\xA9t\xC3\xA9 b.wav", 60, 120);
+  ASSERT_TRUE(Analyse(folder + "\xC3\xA9t\xC3\xA9 b.wav"));
+  EXPECT_EQ(Names(), (FileNames{"\xC3\xA9t\xC3\xA9 a.wav", "\xC3\xA9t\xC3\xA9 b.wav"}));
+}
+
+TEST_F(ChainedSet, SelectingAnotherMemberWalksNothing) {
+  for (std::uint32_t i = 0; i < 10; ++i) WriteWinrad("file " + std::to_string(i) + ".wav", i * 60, i * 60 + 60);
+  ASSERT_TRUE(Analyse("file 0.wav"));
+  const std::uint64_t before = LookupCacheStatistics().nWalks;
+  ASSERT_TRUE(Analyse("file 7.wav"));
+  EXPECT_EQ(m_set.files.size(), 10u);
+  EXPECT_EQ(LookupCacheStatistics().nWalks, before);
+}
+
+TEST_F(ChainedSet, AFolderOf2000RecordingsIsWalkedOnce) {
+  const std::string auxiTail(164 - 40, '\0');
+  for (std::uint32_t i = 0; i < 2000; ++i) {
+    const auto at = [](std::uint32_t second) {
+      return SDate{.nHour = second / 3600, .nMinute = second / 60 % 60, .nSecond = second % 60};
+    };
+    const SAuxi auxi{.start = at(i * 10), .stop = at(i * 10 + 10)};
+    Write("file " + std::to_string(i) + ".wav", PlainWave(400, Chunk("auxi", AuxiBody(164, auxi))));
+  }
+  const std::uint64_t before = LookupCacheStatistics().nWalks;
+  ASSERT_TRUE(Analyse("file 1234.wav"));
+  EXPECT_EQ(m_set.files.size(), 2000u);
+  EXPECT_EQ(m_set.tEnd - m_set.tStart, 20'000);
+  EXPECT_EQ(LookupCacheStatistics().nWalks - before, 2000u);
+}
+
+}  // namespace carvello::test
