@@ -1,3 +1,3 @@
-#include "dsp/primitive_kernels_body.h"
+#include "dsp/primitive_kernels_body.inc"
 
 const carvello::SPrimitiveKernels carvello::kAvx2Primitives = carvello::kKernels;

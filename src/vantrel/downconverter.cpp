@@ -121,7 +121,7 @@ std::string CDownconverter::Description() const {
     } else {
       text << plan.nPhases << (plan.nPhases == 1 ? " phase\n" : " phases\n");
     }
-    fDelay += static_cast<double>(table.TapCount() / 2) / link.fInputRate;
+    fDelay += static_cast<double>(table.MiddleTap() + 1) / link.fInputRate;
   }
   text << "an output sample needs input up to " << fDelay * m_fRateOut << " output samples later\n";
   return text.str();

@@ -20,9 +20,8 @@ float* Floats(SComplex* samples) {
 
 CFirStage::CFirStage(const SStagePlan& plan)
     : m_Plan(plan), m_pTable(SharedFirTable(CKaiserLowPass(plan.fPassEdge, plan.fStopEdge), plan.nPhases)) {
-  const std::size_t nTaps = m_pTable->TapCount();
-  m_History.resize(2 * nTaps);
-  m_nHeld = nTaps / 2 - 1;  // zeros: the first output's middle tap meets input sample 0
+  m_History.resize(2 * m_pTable->TapCount());
+  m_nHeld = m_pTable->MiddleTap();  // zeros, for that tap to meet input sample 0 first
 }
 
 std::size_t CFirStage::MaxOutput(std::size_t count) const {

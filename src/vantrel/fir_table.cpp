@@ -53,7 +53,7 @@ CFirTable::CFirTable(const CKaiserLowPass& design, std::uint64_t phases)
 
 void CFirTable::FillExact(const CKaiserLowPass& design, std::uint64_t phases) {
   m_Rows.reserve(phases * m_nTaps * 2);
-  const double fMiddle = static_cast<double>(m_nTaps / 2 - 1);
+  const double fMiddle = static_cast<double>(MiddleTap());
   for (std::uint64_t nPhase = 0; nPhase < phases; ++nPhase) {
     const double fCentre = fMiddle + static_cast<double>(nPhase) / static_cast<double>(phases);
     for (std::size_t nTap = 0; nTap < m_nTaps; ++nTap) {
@@ -66,7 +66,7 @@ void CFirTable::FillCubic(const CKaiserLowPass& design) {
   const CCubicFit fit;
   m_Rows.resize(kCubicRows * kCoefficients * m_nTaps * 2);
   float* row = m_Rows.data();
-  const double fMiddle = static_cast<double>(m_nTaps / 2 - 1);
+  const double fMiddle = static_cast<double>(MiddleTap());
   for (std::uint64_t nRow = 0; nRow < kCubicRows; ++nRow, row += kCoefficients * m_nTaps * 2) {
     for (std::size_t nTap = 0; nTap < m_nTaps; ++nTap) {
       std::array<double, kCoefficients> values{};

@@ -17,7 +17,9 @@ class CFirTable {
   CFirTable(const CKaiserLowPass& design, std::uint64_t phases);
 
   bool IsCubic() const { return m_bCubic; }
-  std::size_t TapCount() const { return m_nTaps; }  // the middle stands at tap TapCount() / 2 - 1
+  std::size_t TapCount() const { return m_nTaps; }
+  // The tap that meets the input sample at or before the output's time.
+  std::size_t MiddleTap() const { return m_nTaps / 2 - 1; }
   const float* Rows() const { return m_Rows.data(); }
 
   static constexpr std::uint64_t kMostExactPhases = 128;

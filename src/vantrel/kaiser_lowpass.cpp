@@ -3,6 +3,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "kernels.h"
+
 namespace vantrel {
 namespace {
 
@@ -25,7 +27,7 @@ double BesselI0(double x) {
   return sum;
 }
 
-std::size_t RoundUpToFour(double value) {
+std::size_t RoundUpHalfLength(double value) {
   return (static_cast<std::size_t>(std::ceil(value)) + 3) / 4 * 4;
 }
 
@@ -33,7 +35,7 @@ std::size_t RoundUpToFour(double value) {
 
 CKaiserLowPass::CKaiserLowPass(double passEdge, double stopEdge) : m_fCutoff(0.5 * (passEdge + stopEdge)) {
   const double fTransition = stopEdge - passEdge;
-  m_nHalfLength = RoundUpToFour(0.5 * (kAttenuation - kDecibelOffset) * kLengthPerDecibel / fTransition);
+  m_nHalfLength = RoundUpHalfLength(0.5 * (kAttenuation - kDecibelOffset) * kLengthPerDecibel / fTransition);
   const double fLength = 2.0 * static_cast<double>(m_nHalfLength);
   const double fAttenuation = fLength * fTransition / kLengthPerDecibel + kDecibelOffset;
   m_fBeta = 0.1102 * (fAttenuation - 8.7);

@@ -12,8 +12,8 @@ class CKaiserLowPass {
   // Passes up to passEdge and stops from stopEdge, both in cycles per sample of the filter's input.
   CKaiserLowPass(double passEdge, double stopEdge);
 
-  // The response is zero from this many input samples before and after its middle on. A multiple of 4; what it is
-  // longer than needed goes into attenuation.
+  // The response is zero from this many input samples before and after its middle on. As long as whole
+  // granules of taps make it; what it is longer than needed goes into attenuation.
   std::size_t HalfLength() const { return m_nHalfLength; }
   // The impulse response at `time` input samples from the middle. The gain at 0 Hz is 1 for the sum over all samples.
   double operator()(double time) const;
