@@ -8,7 +8,8 @@
 namespace vantrel {
 namespace {
 
-// What every stage's stop band is designed for: 110 dB are promised, and several stages add up.
+// What every stage's stop band is designed for: 110 dB are promised, Kaiser's formula is a little short at the edge,
+// and several stages add up.
 constexpr double kAttenuation = 116.0;
 
 // Kaiser's formula between the attenuation in dB and length times transition width.
