@@ -18,7 +18,6 @@ using test::CTempFolder;
 using test::ReadWholeFile;
 using test::U32At;
 using test::U64At;
-using testing::StartsWith;
 
 // No file grows beyond `bytes` while the object lives.
 class CFileSizeLimit {

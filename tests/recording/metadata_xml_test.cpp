@@ -13,7 +13,6 @@ namespace carvello {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 
 SMetadataLists Parse(const std::string& xml) {

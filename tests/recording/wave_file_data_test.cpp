@@ -25,7 +25,6 @@ using test::U16At;
 using test::U32At;
 using test::U64At;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
 

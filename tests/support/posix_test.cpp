@@ -60,7 +60,9 @@ class CZoneReader {
   std::int32_t DaylightBias() const { return Number32(168); }
 
  private:
-  unsigned Number16(std::size_t offset) const { return m_record.bytes[offset] | m_record.bytes[offset + 1] << 8; }
+  unsigned Number16(std::size_t offset) const {
+    return m_record.bytes[offset] | unsigned{m_record.bytes[offset + 1]} << 8U;
+  }
   std::int32_t Number32(std::size_t offset) const {
     return static_cast<std::int32_t>(Number16(offset) | Number16(offset + 2) << 16);
   }
