@@ -5,10 +5,16 @@
 
 #include "input/input_fixture.h"
 #include "support/platform.h"
+#include "support/text.h"
 
 namespace carvello::test {
 
 namespace {
+
+// The system's text for no error; without the line break that some systems put behind it.
+std::string StatusOfSuccess() {
+  return TrimRight(platform::ErrorText(0).value_or("<unknown>"));
+}
 
 class StreamingParse : public InputTest {
  protected:
@@ -185,7 +191,7 @@ TEST_F(StreamingParse, LogsOpeningAndClosing) {
   ASSERT_TRUE(m_reader.Open(path));
   EXPECT_EQ(m_reader.FileName(), path);
   EXPECT_EQ(Log()[0].find("Opening " + path + ", Handle = "), 0u) << Log()[0];
-  EXPECT_EQ(CountLines(Log(), ", Status = " + platform::ErrorText(0).value_or("<unknown>")), 1);
+  EXPECT_TRUE(Log()[0].ends_with(", Status = " + StatusOfSuccess())) << Log()[0];
   ASSERT_TRUE(m_reader.ParseWave(m_format, m_nDataSize));
   m_reader.Close();
   EXPECT_EQ(Log()[1], "Closing " + path);
@@ -200,7 +206,7 @@ TEST_F(StreamingParse, LogsWhyAFileDoesNotOpen) {
   const std::string path = Path("missing.wav");
   EXPECT_FALSE(m_reader.Open(path));
   EXPECT_EQ(Log()[0].find("Opening " + path + ", Handle = 00000000, Status = "), 0u) << Log()[0];
-  EXPECT_EQ(CountLines(Log(), "Status = " + platform::ErrorText(0).value_or("<unknown>")), 0);
+  EXPECT_FALSE(Log()[0].ends_with(", Status = " + StatusOfSuccess())) << Log()[0];
   EXPECT_EQ(m_reader.FileName(), "");
 }
 
