@@ -137,6 +137,7 @@ class Layout:
     metadata: bool = True
     attributes: dict = dataclasses.field(default_factory=dict)  # added to, or in the place of, the usual ones
     info: dict = dataclasses.field(default_factory=dict)
+    chunks: list = dataclasses.field(default_factory=list)  # further ones in front of the samples
 
     @property
     def frame_bytes(self):
@@ -155,6 +156,7 @@ class Layout:
                 "SampleRate": self.rate, "UTCSeconds": start}
             attributes.update(self.attributes)
             chunks.append(auxi_chunk(metadata_text(attributes)))
+        chunks += self.chunks
         data_bytes = frames * self.frame_bytes if data_bytes is None else data_bytes
         trailer = info_chunk(self.info) if self.info else b""
         if self.rf64:

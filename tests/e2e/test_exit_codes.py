@@ -247,14 +247,6 @@ class TestOutputsThatAreInputs(ExitCodeTest):
                             f"{name} 000.wav", 2 * number)
         self.refused_over_input(self.output / f"{name} 000.wav", ENTRY)
 
-    @unittest.skipIf(WINDOWS, "links need a privilege there")
-    def test_output_that_is_a_link_to_the_input(self):
-        (self.output / "2020-11-01 2359z, f=7.100 MHz, bw=8 kHz.wav").symlink_to(self.source)
-        before = contents(self.folder)
-        result = run("cut", self.source, "--output", self.output, "--entry", ENTRY + ",size=RF64", "--overwrite")
-        self.assertEqual(result.code, 2, result.err)
-        self.assertEqual(contents(self.folder), before)
-
 
 class TestUnusableOutputFolders(ExitCodeTest):
     def test_folder_that_does_not_exist(self):

@@ -7,7 +7,7 @@ import time
 import unittest
 
 from makers import Layout, write_sparse
-from program import TIMEOUT, EndToEndTest, start
+from program import SLOW, TIMEOUT, EndToEndTest, start
 from wavtools import WaveFile
 
 BUFFER = 16 << 20  # bytes that a writer collects before it writes them
@@ -128,8 +128,9 @@ class TestStopped(InterruptionTest):
 class TestLostInput(InterruptionTest):
     def test_second_file_that_vanishes_ends_the_job_with_what_was_read(self):
         layout = Layout(self.RATE, form="s8")
-        first = write_sparse(self.folder / "set 000.wav", layout, 60 * self.RATE, first_file="set 000.wav")
-        second = write_sparse(self.folder / "set 001.wav", layout, 10 * self.RATE, (), "set 000.wav", 60)
+        seconds = 20 if SLOW else 60
+        first = write_sparse(self.folder / "set 000.wav", layout, seconds * self.RATE, first_file="set 000.wav")
+        second = write_sparse(self.folder / "set 001.wav", layout, 10 * self.RATE, (), "set 000.wav", seconds)
         process = self.start_cut("--entry", "f=7.1M,bw=1M,size=RF64", "--json", source=first, stdout=subprocess.PIPE,
                                  stderr=subprocess.PIPE)
         self.wait_for_growth(process, self.output / "2020-11-01 2359z, f=7.100 MHz, bw=1 MHz.wav", BUFFER)
@@ -139,20 +140,21 @@ class TestLostInput(InterruptionTest):
         self.assertIn(b"set 001.wav", err)
         file = WaveFile(self.output / self.names()[0])
         file.check_complete()
-        self.assertAlmostEqual(file.frames, 60 * self.RATE, delta=64)
+        self.assertAlmostEqual(file.frames, seconds * self.RATE, delta=64)
 
     def test_file_that_shrinks_while_it_is_read(self):
-        source = write_sparse(self.folder / "in.wav", Layout(self.RATE, form="s8"), 200 * self.RATE)
+        seconds = 30 if SLOW else 100
+        source = write_sparse(self.folder / "in.wav", Layout(self.RATE, form="s8"), 2 * seconds * self.RATE)
         process = self.start_cut("--entry", "f=7.1M,bw=1M,size=RF64", source=source, stdout=subprocess.DEVNULL,
                                  stderr=subprocess.PIPE)
         self.wait_for_growth(process, self.output / "2020-11-01 2359z, f=7.100 MHz, bw=1 MHz.wav", BUFFER)
-        os.truncate(source, 100 * 2 * self.RATE)
+        os.truncate(source, 2 * seconds * self.RATE)
         _, err = process.communicate(timeout=TIMEOUT)
         self.assertEqual(process.returncode, 1, err)
         self.assertIn(b"in.wav", err)
         file = WaveFile(self.output / self.names()[0])
         file.check_complete()
-        self.assertAlmostEqual(file.frames, 100 * self.RATE, delta=1000)
+        self.assertAlmostEqual(file.frames, seconds * self.RATE, delta=1000)
 
 
 if __name__ == "__main__":

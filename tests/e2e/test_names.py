@@ -7,7 +7,7 @@ import unittest
 import numpy as np
 
 from makers import START, Layout, Tone, signal, write_recording
-from program import WINDOWS, EndToEndTest, environment, local, native, run, run_ok
+from program import EndToEndTest, local, native, run, run_ok
 from wavtools import WaveFile, measure_tone
 
 RATE = 24_000
@@ -95,13 +95,6 @@ class TestNames(NamesTest):
         names = self.cut_names("--entry", "f=7.105M,bw=8k", "--entry", "f=7.095M,bw=4k", "--entry", "f=7.105M,bw=2k")
         self.assertEqual([re.search("f=.*", name)[0] for name in names],
                          ["f=7.095 MHz, bw=4 kHz.wav", "f=7.105 MHz, bw=2 kHz.wav", "f=7.105 MHz, bw=8 kHz.wav"])
-
-    @unittest.skipIf(WINDOWS, "replaced by the zone of the system there")
-    def test_local_time(self):
-        names = self.cut_names("--entry", "f=7.1M,bw=10k", "--local-time", env=environment(TZ="Asia/Kolkata"))
-        self.assertEqual(names, ["2020-11-02 0529, f=7.100 MHz, bw=10 kHz.wav"])
-        metadata = WaveFile(self.output / self.names()[0]).metadata()
-        self.assertEqual(metadata["UTC"], "01-11-2020 23:59:00")
 
     def test_unicode_names_of_folder_and_file(self):
         folder = self.folder / "Прием Übung 日本 🎧"

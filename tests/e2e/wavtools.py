@@ -101,9 +101,12 @@ class WaveFile:
         return np.memmap(self.path, dtype=np.uint8, mode="r", offset=self.data_offset, shape=(self.data_bytes,))
 
     def samples(self):
-        """Complex samples as they stand in the file: no scaling."""
-        kind = {(1, 16): "<i2", (3, 32): "<f4"}[self.tag, self.bits]
-        values = np.frombuffer(self.data().tobytes(), dtype=kind).astype(np.float64)
+        """Complex samples as they stand in the file: no scaling, 8-bit values signed."""
+        raw = self.data()
+        if self.bits == 24:
+            raw = np.pad(raw.reshape(-1, 3), ((0, 0), (1, 0)))  # 32-bit values 256 times as large
+        kind = {(1, 8): "i1", (1, 16): "<i2", (1, 24): "<i4", (1, 32): "<i4", (3, 32): "<f4"}[self.tag, self.bits]
+        values = np.frombuffer(raw.tobytes(), dtype=kind) / (256 if self.bits == 24 else 1)
         return values[0::2] + 1j * values[1::2]
 
 
@@ -120,6 +123,12 @@ def _window(count):
     return 0.35875 - 0.48829 * np.cos(turn) + 0.14128 * np.cos(2 * turn) - 0.01168 * np.cos(3 * turn)
 
 
+def spectrum(samples, rate):
+    """Amplitudes of the lines in the samples, within 0.83 dB between two lines, and the frequencies they stand at."""
+    window = _window(len(samples))
+    return np.abs(np.fft.fft(samples * window)) / np.sum(window), np.fft.fftfreq(len(samples), 1 / rate)
+
+
 def measure_tone(samples, rate, near, within=5.0):
     """The strongest tone within `within` Hz of `near`: a peak of the spectrum first, then the phase that the signal
     gains between its two halves at that frequency, repeated until it gains none. Well below 0.001 Hz for a second or
@@ -128,10 +137,9 @@ def measure_tone(samples, rate, near, within=5.0):
     count = len(samples) // step * step  # a length that the Fourier transform is fast for
     half = count // 2
     samples = samples[:count]
-    spectrum = np.abs(np.fft.fft(samples * _window(count)))
-    frequencies = np.fft.fftfreq(count, 1 / rate)
-    spectrum[np.abs(frequencies - near) > within] = 0
-    frequency = frequencies[np.argmax(spectrum)]
+    amplitudes, frequencies = spectrum(samples, rate)
+    amplitudes[np.abs(frequencies - near) > within] = 0
+    frequency = frequencies[np.argmax(amplitudes)]
     window, index = _window(half), np.arange(count)
     for _ in range(4):
         turned = samples * np.exp(-2j * np.pi * frequency / rate * index)
