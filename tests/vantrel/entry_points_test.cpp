@@ -1,6 +1,7 @@
 // What each entry point promises beside the response.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <random>
@@ -256,6 +257,18 @@ TEST(Diagnostics, NamesTheRatesAndEveryStage) {
   EXPECT_NE(strText.find(" to 10000.000, "), std::string::npos) << strText;
   EXPECT_NE(CLibraryInstance().Text().find("no rates set"), std::string::npos);
   EXPECT_NE(CLibraryInstance(8000, 8000).Text().find("samples pass unchanged"), std::string::npos);
+}
+
+TEST(Diagnostics, TellsWhichKernelsRun) {
+  const char* pszWanted = std::getenv("CARVELLO_ISA");
+  bool bPlain = pszWanted != nullptr && std::string(pszWanted) == "plain";
+#ifdef CARVELLO_HAVE_AVX2
+  bPlain = bPlain || !__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma");
+#else
+  bPlain = true;
+#endif
+  const std::string strText = CLibraryInstance(2000000, 10000).Text();
+  EXPECT_NE(strText.find(bPlain ? ", plain kernels\n" : ", avx2 kernels\n"), std::string::npos) << strText;
 }
 
 TEST(Diagnostics, WritesWhatFits) {
