@@ -81,8 +81,9 @@ void PrintNotes(const SPlanNotes& notes) {
   if (notes.nDuplicates > 0) {
     PrintMessage(Format("%zu entries left out: the same output is asked for twice", notes.nDuplicates));
   }
-  if (!notes.warnings.empty()) PrintMessage("warning: outside the recorded band lie");
-  PrintList(notes.warnings);
+  if (!notes.outsideBand.empty()) PrintMessage("warning: outside the recorded band lie");
+  PrintList(notes.outsideBand);
+  for (const std::string& surprise : notes.surprises) PrintMessage("warning: " + surprise);
 }
 
 // Every entry of the list with `error` until something better is known.
@@ -140,6 +141,7 @@ EExit CCutCommand::Run() {
     PrintMessage(error);
     return EExit::InputUnreadable;
   }
+  for (const std::string& warning : input.warnings) PrintMessage(warning);
   DspBinding dsp;
   if (BindDsp(dsp) == 0) {
     PrintMessage("the downconverter library Vantrel is missing or incomplete: " + DspLibraryPath());

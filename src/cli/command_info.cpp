@@ -25,6 +25,7 @@ EExit CInfoCommand::Run() {
     PrintMessage(error);
     return EExit::InputUnreadable;
   }
+  for (const std::string& warning : input.warnings) PrintMessage(warning);
   PrintOut(m_bJson ? InfoJson(input.recording, input.infoTexts) : InfoText(input.recording, input.infoTexts));
   return EExit::Ok;
 }

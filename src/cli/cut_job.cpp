@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <system_error>
 #include <thread>
 
 #include "cli/console.h"
@@ -25,6 +26,7 @@ EExit ExitOf(EStartResult result) {
     case EStartResult::OutputIsInput:
       return EExit::Usage;
     case EStartResult::OutputUnwritable:
+    case EStartResult::NoThread:
       return EExit::OutputFailed;
     case EStartResult::LibraryMissing:
     case EStartResult::InputUnsupported:
@@ -36,7 +38,13 @@ EExit ExitOf(EStartResult result) {
 // While files are being finished nothing else happens; this tells an impatient user so, once.
 class CPatienceNotice {
  public:
-  CPatienceNotice() : m_nRequests(StopRequests()), m_thread([this](const std::stop_token& stop) { Watch(stop); }) {}
+  CPatienceNotice() : m_nRequests(StopRequests()) {
+    try {
+      m_thread = std::jthread([this](const std::stop_token& stop) { Watch(stop); });
+    } catch (const std::system_error&) {
+      // Without a thread to spare the user is not told; the files are finished all the same.
+    }
+  }
 
  private:
   void Watch(const std::stop_token& stop) const {
@@ -69,6 +77,7 @@ EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
   const std::int64_t cpuBegun = platform::ProcessCpuMilliseconds();
   const std::size_t batches = (entries.Size() + m_job.MaxEntries() - 1) / m_job.MaxEntries();
 
+  std::size_t batchesDone = 0;
   EStartResult started = EStartResult::Started;
   for (std::size_t batch = 1;; ++batch) {
     m_bStopped = StopRequests() > 0;
@@ -78,6 +87,7 @@ EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
     m_progress.BeginBatch(batches > 1 ? Format("Batch %zu/%zu", batch, batches) : "", BatchSpan(entries));
     RunBatch();
     Collect(report);
+    ++batchesDone;
     if (m_bStopped || !m_job.MoreThanOneBatch(entries) || !m_job.ContinueBatch(entries)) break;
   }
 
@@ -86,7 +96,8 @@ EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
   if (m_bStopped) return EExit::Stopped;
   if (started != EStartResult::Started) {
     PrintMessage(m_answers.Reason());
-    return ExitOf(started);
+    // What stands in the way of a later batch comes after outputs were written.
+    return batchesDone == 0 ? ExitOf(started) : EExit::OutputFailed;
   }
   return report.AllOk() ? EExit::Ok : EExit::OutputFailed;
 }

@@ -1,5 +1,6 @@
 #include "cli/cut_plan.h"
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -86,8 +87,38 @@ void WarnOutsideBand(const OutputEntry& entry, const CRecordingSet& recording, S
   const std::int64_t entryHalf = entry.nOutputSampleRate / 2;
   if (entry.nOutputFrequency - entryHalf >= lowest && entry.nOutputFrequency + entryHalf <= highest) return;
   const bool wholly = entry.nOutputFrequency + entryHalf <= lowest || entry.nOutputFrequency - entryHalf >= highest;
-  notes.warnings.push_back(Format("%s: %s outside %s to %s", entry.strTitle.c_str(), wholly ? "wholly" : "partly",
-                                  FormatFrequency64(lowest).c_str(), FormatFrequency64(highest).c_str()));
+  notes.outsideBand.push_back(Format("%s: %s outside %s to %s", entry.strTitle.c_str(), wholly ? "wholly" : "partly",
+                                     FormatFrequency64(lowest).c_str(), FormatFrequency64(highest).c_str()));
+}
+
+// Above 1 MHz the downconverter decimates by whole numbers only.
+void WarnOtherRate(const OutputEntry& entry, SPlanNotes& notes) {
+  constexpr std::uint32_t kMaxFractionalRate = 1'000'000;
+  const std::uint64_t asked = entry.nOutputSampleRate;
+  if (asked <= kMaxFractionalRate || entry.nInputSampleRate % asked == 0) return;
+  const std::uint64_t decimation = (entry.nInputSampleRate + asked / 2) / asked;
+  const auto rate = static_cast<std::uint32_t>((entry.nInputSampleRate + decimation / 2) / decimation);
+  notes.surprises.push_back(
+      Format("%s: above 1 MHz only whole fractions of the input's rate can be had, the sample rate "
+             "will be %s",
+             entry.strTitle.c_str(), FormatFrequency(rate).c_str()));
+}
+
+// A job that begins exactly where a later file begins starts late by the length of the files before it.
+void WarnFileBoundary(const CEntryList& list, const CRecordingSet& recording, SPlanNotes& notes) {
+  std::int64_t first = std::numeric_limits<std::int64_t>::max();
+  for (const OutputEntry* entry : list.Pointers()) first = std::min(first, entry->nStartSample);
+  const std::int64_t frameBytes = std::max<std::int64_t>(2 * (recording.nBitsPerSample / 8), 1);
+  std::int64_t boundary = 0;
+  for (const SRecordingFile& file : recording.files) {
+    if (boundary > 0 && boundary == first) {
+      notes.surprises.push_back(
+          Format("the first start lies exactly where %s begins; the entries will begin %lld "
+                 "frames late, start a second earlier or later",
+                 file.strPath.c_str(), static_cast<long long>(boundary)));
+    }
+    boundary += file.nDataBytes / frameBytes;
+  }
 }
 
 }  // namespace
@@ -117,7 +148,11 @@ bool BuildEntryList(const SCutRequest& request, bool bUtc, const CRecordingSet& 
   const std::size_t asked = list.Size();
   list.Rebuild();
   notes.nDuplicates = asked - list.Size();
-  for (const OutputEntry* entry : list.Pointers()) WarnOutsideBand(*entry, recording, notes);
+  for (const OutputEntry* entry : list.Pointers()) {
+    WarnOutsideBand(*entry, recording, notes);
+    WarnOtherRate(*entry, notes);
+  }
+  WarnFileBoundary(list, recording, notes);
   return true;
 }
 

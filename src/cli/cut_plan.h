@@ -11,8 +11,9 @@
 namespace carvello {
 
 struct SPlanNotes {
-  std::vector<std::string> warnings;
-  std::size_t nDuplicates = 0;  // entries left out because an earlier one is the same
+  std::vector<std::string> outsideBand;  // entries whose band is not wholly recorded
+  std::vector<std::string> surprises;    // entries whose output is not what their words suggest
+  std::size_t nDuplicates = 0;           // entries left out because an earlier one is the same
 };
 
 // Checks every entry and fills the list, rebuilt. False when one is refused; `error` then names it and says what is

@@ -24,7 +24,6 @@ Json OutputJson(const SCutOutput& output) {
   object["frames"] = result.nFrames;
   object["bytes"] = result.nBytes;
   object["ok"] = result.bOk;
-  object["skipped"] = output.bSkipped;
   object["error"] = result.strError;
   return object;
 }
@@ -60,7 +59,7 @@ std::string CutReportText(const SCutReport& report) {
   for (const SCutOutput& output : report.outputs) {
     const SOutputResult& result = output.result;
     const double seconds =
-        result.nBandwidth == 0 ? 0.0 : static_cast<double>(result.nFrames) / static_cast<double>(result.nBandwidth);
+        result.nSampleRate == 0 ? 0.0 : static_cast<double>(result.nFrames) / static_cast<double>(result.nSampleRate);
     const bool written = !output.bSkipped;
     rows.push_back({FormatFrequency64(result.nOutputFrequency), FormatFrequency(result.nBandwidth),
                     std::to_string(result.nBitsPerSample), written ? FormatDuration(seconds) : "",

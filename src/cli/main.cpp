@@ -2,6 +2,7 @@
 #include "support/platform.h"
 
 int main(int argc, char** argv) {
+  carvello::platform::PrepareProcess();
   carvello::platform::UseUtf8Console();
   return carvello::RunProgram(carvello::platform::ProgramArguments(argc, argv));
 }

@@ -75,11 +75,11 @@ void CProgressDisplay::Update(std::uint64_t total, std::uint64_t done) {
     return;
   }
   const int tenths = static_cast<int>(m_dFraction * 10.0);
-  if (tenths <= m_nTenths) return;
-  m_nTenths = tenths;
   SProgressState state = State(now);
-  state.dFraction = tenths / 10.0;
-  PrintErr(ProgressTextLine(state) + "\n");
+  while (m_nTenths < tenths) {
+    state.dFraction = ++m_nTenths / 10.0;
+    PrintErr(ProgressTextLine(state) + "\n");
+  }
 }
 
 void CProgressDisplay::EndBatch(bool complete) {

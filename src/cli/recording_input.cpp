@@ -39,6 +39,9 @@ bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::st
         Format("%s: not recognised as an IQ recording%s%s", path.c_str(), reason.empty() ? "" : ": ", reason.c_str());
     return false;
   }
+  for (const std::string& line : log) {
+    if (line.find("[WARNING]") != std::string::npos) input.warnings.push_back(line);
+  }
   ReadInfoTexts(input.recording.files.front().strPath, input.infoTexts);
   return true;
 }

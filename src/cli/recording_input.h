@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "input/recording_set.h"
 #include "recording/info_texts.h"
@@ -10,7 +11,8 @@ namespace carvello {
 
 struct SRecordingInput {
   CRecordingSet recording;
-  SInfoTexts infoTexts;  // of the first file
+  SInfoTexts infoTexts;               // of the first file
+  std::vector<std::string> warnings;  // what the analysis found odd, for the user to know
 };
 
 // Describes the set that the file belongs to. False when that cannot be done; `error` then names the file and why.

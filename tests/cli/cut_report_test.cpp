@@ -49,7 +49,6 @@ TEST(CutReportJson, HasTheKeysThatScriptsRelyOn) {
                                         {"frames", 200'000},
                                         {"bytes", 800'000},
                                         {"ok", true},
-                                        {"skipped", false},
                                         {"error", ""}}));
   EXPECT_EQ(object["outputs"][1]["ok"], false);
   EXPECT_EQ(object["outputs"][1]["error"], "Error writing 65536 bytes - No space left on device");
