@@ -75,7 +75,7 @@ TEST_F(CutPlan, MakesEntriesInTheListsOrder) {
   EXPECT_EQ(m_list[0].strDisplayName, "2026-11-21 1201z, f=6.500 MHz, bw=100 kHz.wav");
   EXPECT_EQ(m_list[1].nStartSample, 0);
   EXPECT_EQ(m_list[1].nTotalSamples, 0);
-  EXPECT_THAT(m_notes.warnings, IsEmpty());
+  EXPECT_THAT(m_notes.outsideBand, IsEmpty());
 }
 
 TEST_F(CutPlan, TakesStartAndEndFromTheClock) {
@@ -150,8 +150,34 @@ TEST_F(CutPlan, WarnsOfBandsOutsideTheRecording) {
   Ask("f=6.104M,bw=10k");
   Ask("f=9M,bw=10k");
   Accept();
-  EXPECT_THAT(m_notes.warnings, ElementsAre(AllOf(HasSubstr("6.104 MHz"), HasSubstr("partly")),
-                                            AllOf(HasSubstr("9.000 MHz"), HasSubstr("wholly"))));
+  EXPECT_THAT(m_notes.outsideBand, ElementsAre(AllOf(HasSubstr("6.104 MHz"), HasSubstr("partly")),
+                                               AllOf(HasSubstr("9.000 MHz"), HasSubstr("wholly"))));
+}
+
+TEST_F(CutPlan, WarnsOfARateThatTheFileWillNotHave) {
+  Ask("f=7.1M,bw=1.5M");
+  Ask("f=7.1M,bw=2M");
+  Ask("f=7.1M,bw=999k");  // any rate up to 1 MHz can be had
+  Accept();
+  EXPECT_THAT(m_notes.surprises, ElementsAre(AllOf(HasSubstr("BW 1.500 MHz"), HasSubstr("will be 2 MHz"))));
+}
+
+TEST_F(CutPlan, WarnsOfAFirstStartWhereALaterFileBegins) {
+  // Ten minutes each.
+  m_recording.files = {{"in 000.wav", 4'800'000'000, 0}, {"in 001.wav", 4'800'000'000, 0}};
+  m_list.SetRecording(m_recording, SInfoTexts());
+  Ask("f=7.1M,bw=10k,start=+600");
+  Accept();
+  EXPECT_THAT(m_notes.surprises, ElementsAre(AllOf(HasSubstr("in 001.wav"), HasSubstr("1200000000 frames late"))));
+}
+
+TEST_F(CutPlan, DoesNotWarnWhereAnotherEntryStartsEarlier) {
+  m_recording.files = {{"in 000.wav", 4'800'000'000, 0}, {"in 001.wav", 4'800'000'000, 0}};
+  m_list.SetRecording(m_recording, SInfoTexts());
+  Ask("f=7.1M,bw=10k,start=+600");
+  Ask("f=7.2M,bw=10k,start=+599");
+  Accept();
+  EXPECT_THAT(m_notes.surprises, IsEmpty());
 }
 
 TEST_F(CutPlan, NamesTellLocalTimeWhenAsked) {

@@ -17,6 +17,7 @@ SCutOutput Output(const std::string& name, bool ok) {
   output.result.files = {"out/" + name + " 000.wav", "out/" + name + " 001.wav"};
   output.result.nOutputFrequency = 7'100'000;
   output.result.nBandwidth = 10'000;
+  output.result.nSampleRate = 10'000;
   output.result.nBitsPerSample = 16;
   output.result.nFrames = 200'000;
   output.result.nBytes = 800'000;
