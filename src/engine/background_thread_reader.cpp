@@ -92,6 +92,7 @@ void CBackgroundThreadReader::GiveEntry(std::int32_t writer, const OutputEntry& 
   RequestPtr request = target.TakeRequest(request::kStartEntry);
   request->pEntry = &entry;
   target.Post(std::move(request));
+  target.SetEntry(entry);
   target.Start();
   if (target.Priority() != kWriterPriority) target.Post(request::kSetPriority, kWriterPriority);
   target.WaitIdle();
@@ -111,14 +112,18 @@ void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
   m_llBytesRead = 0;
   m_nReads = 0;
   m_nBlocksHandedOn = 0;
-  m_bBlockWaits = m_bStopAfterHandOn = false;
+  m_bBlockWaits = m_bInputEnded = false;
   m_strInputError.clear();
   m_file.Log().Clear(kFileLogGrowth);
   if (!m_pBlock) m_pBlock.reset(AllocComplex(kBlockFrames));
   if (!m_pBlock) InputFails("Not enough memory");
+  // A writer without its thread would hold up the chain for ever.
+  const bool allRun =
+      std::all_of(m_writers.begin(), m_writers.end(), [](const auto& w) { return w->IsThreadRunning(); });
+  if (!allRun) InputFails("A thread could not be started");
 
   std::int64_t remaining = m_llSeek;
-  if (!m_pBlock || !FindFirstFile(remaining)) {
+  if (!m_pBlock || !allRun || !FindFirstFile(remaining)) {
     ReplayFileLog();
     CloseWriters();
     return;
@@ -177,7 +182,7 @@ bool CBackgroundThreadReader::FindFirstFile(std::int64_t& remaining) {
 }
 
 void CBackgroundThreadReader::ReadBlock() {
-  if (!m_bRunning) return;
+  if (!m_bRunning || m_bInputEnded) return;
   if (m_nActiveWriters == 0) {
     Log("Stopping (read request)");
     Post(request::kStopJob);
@@ -215,11 +220,10 @@ void CBackgroundThreadReader::EndOfFile(bool blockRead) {
   if (more) {
     // A file that ended with its last full block brought nothing to hand on, so nothing asks for the next block yet.
     if (!blockRead) Post(request::kReadBlock);
-  } else if (m_bBlockWaits) {
-    m_bStopAfterHandOn = true;
-  } else {
-    Post(request::kStopJob);
+    return;
   }
+  m_bInputEnded = true;
+  if (!m_bBlockWaits) Post(request::kStopJob);
 }
 
 bool CBackgroundThreadReader::OpenNextFile() {
@@ -258,7 +262,7 @@ void CBackgroundThreadReader::HandOnBlock(std::int32_t frames) {
   }
   CBackgroundThreadWriter::HandOn(*m_writers.front(), m_pBlock.get(), kBlockFrames, frames);
   ++m_nBlocksHandedOn;
-  if (m_bStopAfterHandOn) {
+  if (m_bInputEnded) {
     Post(request::kStopJob);
   } else if (m_nActiveWriters >= 1) {
     Post(request::kReadBlock);
@@ -282,9 +286,12 @@ void CBackgroundThreadReader::CloseWriters() {
   if (m_writers.empty()) return;
   Log("Closing %d writer threads", static_cast<int>(m_writers.size()));
   m_writers.front()->Post(request::kCloseOutput);
-  while (std::any_of(m_writers.begin(), m_writers.end(), [](const auto& writer) { return writer->IsFileOpen(); })) {
-    std::this_thread::sleep_for(kClosePause);
+  // The request travels down the chain; behind a writer without its thread it must be set off again.
+  for (std::size_t i = 1; i < m_writers.size(); ++i) {
+    if (!m_writers[i - 1]->IsThreadRunning()) m_writers[i]->Post(request::kCloseOutput);
   }
+  const auto isOpen = [](const auto& writer) { return writer->IsFileOpen() && writer->IsThreadRunning(); };
+  while (std::any_of(m_writers.begin(), m_writers.end(), isOpen)) std::this_thread::sleep_for(kClosePause);
   for (const auto& writer : m_writers) {
     writer->WaitIdle();
     writer->Stop();

@@ -78,9 +78,9 @@ class CBackgroundThreadReader final : public CBackgroundThreadBase {
   std::int32_t m_nActiveWriters = 0;  // writers that have not reached the end of their entry
   std::vector<SOutputResult> m_results;
 
-  ComplexBuffer m_pBlock;           // kBlockFrames samples
-  bool m_bBlockWaits = false;       // the buffer holds a block that the writers had no room for
-  bool m_bStopAfterHandOn = false;  // the input ended with that block
+  ComplexBuffer m_pBlock;      // kBlockFrames samples
+  bool m_bBlockWaits = false;  // the buffer holds a block that the writers had no room for
+  bool m_bInputEnded = false;  // nothing more is read; a block that still waits is handed on first
   std::uint64_t m_nBlocksHandedOn = 0;
   std::int32_t m_nReads = 0;
   std::int64_t m_nCpuStart = 0;   // milliseconds

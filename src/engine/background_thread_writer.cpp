@@ -18,6 +18,10 @@ constexpr std::uint32_t kOutputBytes = 16'777'216;
 constexpr std::uint32_t kMaxFractionalRate = 1'000'000;
 // Free blocks that a writer keeps. The reader keeps at most about three blocks in flight, so more are never in use.
 constexpr std::size_t kMaxFreeBlocks = 4;
+// Samples that are shifted and decimated at a time: few enough to stay in the processor's cache in between.
+constexpr std::int32_t kPieceFrames = 16'384;
+// Output samples by which the filters are late, at most.
+constexpr std::int64_t kLongestDelay = 64;
 
 const wchar_t* const kApplicationName = L"Carvello";
 
@@ -94,6 +98,8 @@ void CBackgroundThreadWriter::HandleRequest(CBackgroundRequest& request, std::ui
       default:
         break;
     }
+  } catch (const std::bad_alloc&) {
+    Fail("Not enough memory");
   } catch (const std::exception& error) {
     Fail(error.what());
   }
@@ -121,7 +127,8 @@ void CBackgroundThreadWriter::StartEntry(const OutputEntry& entry) {
   m_bFileOpen = m_output.Open(entry.strFileName, 0, m_output.m_strInternalTag);
   if (!m_bFileOpen) {
     Log("Error creating %s - %s", entry.strFileName.c_str(), m_output.m_strLastError.c_str());
-    Fail(m_output.m_strLastError);
+    m_strError = m_output.m_strLastError;
+    Finish();
     return;
   }
   // An entry that ends before it begins holds nothing; without this it would count as one without a limit.
@@ -225,13 +232,60 @@ void CBackgroundThreadWriter::GrowWorkBuffers(std::int32_t count) {
 
 void CBackgroundThreadWriter::Downconvert(SComplex* data, std::int32_t count) {
   GrowWorkBuffers(count);
-  const auto inputCount = static_cast<std::uint32_t>(count);
   std::uint32_t outputCount = 0;
-  m_dsp.NCO(m_hDsp, m_pEntry->nOutputFrequency - m_pEntry->nInputFrequency, m_pEntry->nInputSampleRate, data,
-            inputCount, data);
-  m_dsp.DownconvertRun(m_hDsp, data, inputCount, m_pWorkFloat.get(), &outputCount);
+  for (std::int32_t done = 0; done < count; done += kPieceFrames) {
+    SComplex* const piece = data + done;
+    const auto pieceCount = static_cast<std::uint32_t>(std::min(kPieceFrames, count - done));
+    std::uint32_t produced = 0;
+    m_dsp.NCO(m_hDsp, m_pEntry->nOutputFrequency - m_pEntry->nInputFrequency, m_pEntry->nInputSampleRate, piece,
+              pieceCount, piece);
+    m_dsp.DownconvertRun(m_hDsp, piece, pieceCount, m_pWorkFloat.get() + outputCount, &produced);
+    outputCount += produced;
+  }
+  m_llInputSamples += count;
   if (outputCount == 0) return;
+  StoreOutput(outputCount);
+  // Wraps on purpose: the line is a sign of life in very long jobs only.
+  m_nDataCalls = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nDataCalls) + 1);
+  if (m_nDataCalls < 1) Log("Data call %d, samples %d > %u", m_nDataCalls, count, outputCount);
+}
 
+// The filters hold the last output samples back until the input behind them arrives. At the entry's end silence takes
+// its place, so that an output is as long as the stretch it was cut from, which counts most in very narrow ones.
+void CBackgroundThreadWriter::CompleteOutput() {
+  const std::int64_t due = OutputSamplesDue();
+  const std::int64_t missing = due - m_llOutputSamples;
+  if (missing <= 0) return;
+  GrowWorkBuffers(kPieceFrames);
+  const ComplexBuffer silence(AllocComplex(kPieceFrames));
+  if (!silence) throw std::bad_alloc();
+  std::fill_n(silence.get(), kPieceFrames, SComplex{});
+  // Twice the silence that the missing samples span: enough for any delay, and an end where none ever come.
+  const auto ratio = static_cast<double>(m_pEntry->nInputSampleRate) / m_pEntry->nOutputSampleRate;
+  auto left = static_cast<std::int64_t>(2.0 * ratio * static_cast<double>(missing + kLongestDelay)) + kPieceFrames;
+  for (; m_llOutputSamples < due && left > 0; left -= kPieceFrames) {
+    std::uint32_t produced = 0;
+    m_dsp.DownconvertRun(m_hDsp, silence.get(), kPieceFrames, m_pWorkFloat.get(), &produced);
+    StoreOutput(static_cast<std::uint32_t>(std::min<std::int64_t>(produced, due - m_llOutputSamples)));
+  }
+}
+
+// Output samples whose time lies within the input given so far.
+std::int64_t CBackgroundThreadWriter::OutputSamplesDue() const {
+  const std::uint64_t inputRate = m_pEntry->nInputSampleRate;
+  const std::uint64_t outputRate = m_output.m_nSampleRate;
+  if (inputRate == 0 || outputRate == 0) return 0;
+  const auto input = static_cast<std::uint64_t>(m_llInputSamples);
+  if (outputRate != m_pEntry->nOutputSampleRate) {
+    const std::uint64_t decimation = (inputRate + outputRate / 2) / outputRate;
+    return static_cast<std::int64_t>((input + decimation - 1) / decimation);
+  }
+  // Seconds and rest apart: the product of all frames and a rate could pass 64 bits.
+  const std::uint64_t rest = input % inputRate;
+  return static_cast<std::int64_t>(input / inputRate * outputRate + (rest * outputRate + inputRate - 1) / inputRate);
+}
+
+void CBackgroundThreadWriter::StoreOutput(std::uint32_t outputCount) {
   if (m_pEntry->nBitsPerSample == 16) {
     FloatToInt16(&m_pWorkFloat[0].re, m_pWork16.get(), static_cast<std::int32_t>(2 * outputCount), kRoundHalfAway, 0);
     Append(m_pWork16.get(), 4 * outputCount);
@@ -241,9 +295,6 @@ void CBackgroundThreadWriter::Downconvert(SComplex* data, std::int32_t count) {
     Append(m_pWorkFloat.get(), 8 * outputCount);
   }
   m_llOutputSamples += outputCount;
-  // Wraps on purpose: the line is a sign of life in very long jobs only.
-  m_nDataCalls = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nDataCalls) + 1);
-  if (m_nDataCalls < 1) Log("Data call %d, samples %d > %u", m_nDataCalls, count, outputCount);
 }
 
 void CBackgroundThreadWriter::Append(const void* samples, std::uint32_t bytes) {
@@ -264,6 +315,7 @@ bool CBackgroundThreadWriter::FlushOutput() {
 void CBackgroundThreadWriter::CloseOutput() {
   if (!m_bFileOpen) return;
   Log("Closing");
+  if (m_strError.empty()) CompleteOutput();
   if (m_strError.empty()) FlushOutput();
   m_output.m_strLastError.clear();
   m_output.Close();
@@ -295,6 +347,7 @@ SOutputResult CBackgroundThreadWriter::Result() const {
   result.files = m_output.Files();
   result.nOutputFrequency = m_pEntry->nOutputFrequency;
   result.nBandwidth = m_pEntry->nOutputSampleRate;
+  result.nSampleRate = m_output.m_nSampleRate;
   result.nBitsPerSample = m_pEntry->nBitsPerSample;
   result.nBytes = static_cast<std::uint64_t>(m_output.TotalDataBytes());
   const std::uint32_t bytesPerFrame = 2 * (m_pEntry->nBitsPerSample / 8);

@@ -23,6 +23,9 @@ class CBackgroundThreadWriter final : public CBackgroundThreadBase {
   CBackgroundThreadWriter(const DspBinding& dsp, CBackgroundThreadBase& reader);
   ~CBackgroundThreadWriter() override;
 
+  // Before the thread is started: the entry that the start request will bring, so that Result() can name it even if the
+  // thread never runs.
+  void SetEntry(const OutputEntry& entry) { m_pEntry = &entry; }
   void SetNext(CBackgroundThreadWriter* next) { m_pNext = next; }
 
   // Gives a writer its own copy of `count` of the `capacity` samples of a block. Runs on the thread that hands on: the
@@ -56,6 +59,9 @@ class CBackgroundThreadWriter final : public CBackgroundThreadBase {
   void ReturnBlock(ComplexBuffer block, std::int32_t capacity);
   bool TrimToEntry(SComplex*& data, std::int32_t& count);
   void Downconvert(SComplex* data, std::int32_t count);
+  void CompleteOutput();
+  std::int64_t OutputSamplesDue() const;
+  void StoreOutput(std::uint32_t count);
   void GrowWorkBuffers(std::int32_t count);
   void Append(const void* samples, std::uint32_t bytes);
   bool FlushOutput();
@@ -72,10 +78,11 @@ class CBackgroundThreadWriter final : public CBackgroundThreadBase {
 
   std::atomic<bool> m_bFileOpen = false;
   std::atomic<std::uint64_t> m_nBlocksDone = 0;
-  bool m_bFinished = false;   // the entry's end was reached, or the output failed: blocks are only handed on
-  bool m_bStarted = false;    // the entry's first sample was met
-  std::int64_t m_llSkip = 0;  // input samples before the entry starts
-  std::int64_t m_llLeft = 0;  // input samples still to process; 0 means no limit
+  bool m_bFinished = false;           // the entry's end was reached, or the output failed: blocks are only handed on
+  bool m_bStarted = false;            // the entry's first sample was met
+  std::int64_t m_llSkip = 0;          // input samples before the entry starts
+  std::int64_t m_llLeft = 0;          // input samples still to process; 0 means no limit
+  std::int64_t m_llInputSamples = 0;  // given to the downconverter
   std::int64_t m_llOutputSamples = 0;
   std::int32_t m_nDataCalls = 0;
 

@@ -6,6 +6,7 @@
 #include "engine/background_thread_reader.h"
 #include "engine/block_reader.h"
 #include "engine/output_files.h"
+#include "input/wave_file_reader.h"
 #include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -59,11 +60,17 @@ EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& 
     if (answer != EAnswer::Yes && answer != EAnswer::No) return EStartResult::Declined;
     overwrite = answer == EAnswer::Yes;
   }
-  BeginJob();
   if (overwrite) {
-    RemoveOldParts(chosen);
+    if (const auto problem = RemoveOldParts(chosen)) {
+      m_questions.Ask(EJobQuestion::CannotStart, {"Start", *problem, EButtons::Ok, EIcon::Stop});
+      return EStartResult::OutputUnwritable;
+    }
   } else {
     std::erase_if(chosen, exists);
+  }
+  if (!BeginJob()) {
+    m_questions.Ask(EJobQuestion::CannotStart, {"Start", "A thread could not be started", EButtons::Ok, EIcon::Stop});
+    return EStartResult::NoThread;
   }
   if (chosen.empty()) {
     m_questions.Ask(EJobQuestion::AllFilesExist,
@@ -105,7 +112,7 @@ std::optional<CJobControl::SObstacle> CJobControl::FindObstacle(const std::vecto
   return std::nullopt;
 }
 
-void CJobControl::BeginJob() {
+bool CJobControl::BeginJob() {
   m_bJobRunning = true;
   m_results.clear();
   m_questions.JobStarting();
@@ -119,18 +126,19 @@ void CJobControl::BeginJob() {
     m_pReader->SetPriority(kReaderPriority);
     m_bReaderConfigured = true;
   }
-  m_pReader->Start();
+  m_bJobRunning = m_pReader->Start();
+  return m_bJobRunning;
 }
 
-// A longer output of an earlier job would leave parts behind that read as the end of the new one.
-void CJobControl::RemoveOldParts(const std::vector<const OutputEntry*>& entries) {
+// A longer output of an earlier job would leave parts behind that read as the end of the new one. The reason when one
+// of them cannot be removed.
+std::optional<std::string> CJobControl::RemoveOldParts(const std::vector<const OutputEntry*>& entries) {
   for (const OutputEntry* entry : entries) {
     for (const std::string& part : ExistingParts(*entry)) {
-      if (!platform::RemoveFile(part)) {
-        Log(Format("[WARNING] %s: %s", part.c_str(), SystemErrorText().c_str()));
-      }
+      if (!platform::RemoveFile(part)) return Format("%s: %s", part.c_str(), SystemErrorText().c_str());
     }
   }
+  return std::nullopt;
 }
 
 void CJobControl::PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording) {
@@ -192,12 +200,20 @@ void CJobControl::Log(const std::string& text) {
 
 std::optional<std::string> InputProblem(const CRecordingSet& recording) {
   if (recording.files.empty()) return "The input holds no files";
-  const bool pcm = recording.nBitsPerSample == 8 || recording.nBitsPerSample == 16 || recording.nBitsPerSample == 24 ||
-                   recording.nBitsPerSample == 32;
-  if (recording.bFloat ? recording.nBitsPerSample == 32 : pcm) return std::nullopt;
-  return Format("%s: %u-bit%s samples cannot be read; accepted are 8, 16, 24 or 32-bit PCM and 32-bit float",
-                recording.files.front().strPath.c_str(), recording.nBitsPerSample,
-                recording.bFloat ? " float" : " PCM");
+  // Read as the job will read it: the analysis finds its way through files that a stream from front to back does not.
+  const std::string& name = recording.files.front().strPath;
+  CWaveFileReader file;
+  WAVEFORMATEXTENSIBLE format;
+  std::int64_t dataSize = 0;
+  std::string reason;
+  if (!file.Open(name) || !file.ParseWave(format, dataSize)) {
+    reason = file.Log().IsEmpty() ? "cannot be read" : file.Log()[file.Log().Size() - 1];
+  } else if (!CanConvert(format)) {
+    reason = UnsupportedFormatText(format);
+  }
+  file.Close();
+  if (reason.empty()) return std::nullopt;
+  return Format("%s: %s", name.c_str(), reason.c_str());
 }
 
 }  // namespace carvello

@@ -43,7 +43,8 @@ enum class EStartResult {
   LibraryMissing,    // the downconverter library is not complete
   InputUnsupported,  // nothing converts the input's sample size
   OutputIsInput,     // an output would replace a file of the input
-  OutputUnwritable,  // the output folder is missing or cannot be written to
+  OutputUnwritable,  // the output folder is missing or cannot be written to, or an old part cannot be removed
+  NoThread,          // the system gives no thread
 };
 
 // Why no job can read this recording, as a text that names the file and what is accepted; nothing when one can.
@@ -88,8 +89,8 @@ class CJobControl {
 
   std::optional<SObstacle> FindObstacle(const std::vector<const OutputEntry*>& entries,
                                         const CRecordingSet& recording) const;
-  void BeginJob();
-  void RemoveOldParts(const std::vector<const OutputEntry*>& entries);
+  bool BeginJob();
+  static std::optional<std::string> RemoveOldParts(const std::vector<const OutputEntry*>& entries);
   void PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording);
   void FinishJob();
   void Log(const std::string& text);

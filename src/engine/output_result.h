@@ -12,6 +12,7 @@ struct SOutputResult {
   std::vector<std::string> files;     // full paths of the files written, in order
   std::int64_t nOutputFrequency = 0;  // Hz
   std::uint32_t nBandwidth = 0;       // Hz, as the entry asks for it
+  std::uint32_t nSampleRate = 0;      // frames/s, as the files tell; 0 when none was made
   std::uint32_t nBitsPerSample = 0;
   std::int64_t nFrames = 0;  // complex samples written over all files
   std::uint64_t nBytes = 0;  // sample bytes written over all files

@@ -1,5 +1,6 @@
 #include "engine/thin_thread.h"
 
+#include <exception>
 #include <system_error>
 
 namespace carvello {
@@ -52,11 +53,15 @@ bool CThinThread::WaitForWake(std::chrono::milliseconds timeout) {
 }
 
 void CThinThread::Body() {
-  OnThreadStart();
-  while (!m_bStop) {
-    WaitForWake();
-    if (m_bStop) break;
-    ProcessQueue();
+  try {
+    OnThreadStart();
+    while (!m_bStop) {
+      WaitForWake();
+      if (m_bStop) break;
+      ProcessQueue();
+    }
+  } catch (const std::exception&) {
+    // Exhausted memory where no worker could deal with it. The thread ends quietly; its owner sees that it has.
   }
   OnThreadEnd();
   m_bRunning = false;

@@ -125,7 +125,7 @@ bool CChunkWalk::HandleDs64() {
 
 bool CChunkWalk::HandleFormat() {
   std::uint32_t size = 0;
-  // The text of ds64, deliberately: people search logs for it.
+  // Deliberately the text of ds64: one text for a header that ends before its size.
   if (!ReadSize("[ERROR] Failed to read ds64 size from the file", size)) return false;
   if (size < kSmallestFormat) {
     return Fail(Format("[ERROR] Format size %u, at least %u bytes are needed", size, kSmallestFormat));
@@ -139,6 +139,11 @@ bool CChunkWalk::HandleFormat() {
     return Fail("[ERROR] Failed to read wave format descriptor from the file");
   }
   if (!IsAccepted(verdict)) return Fail(FormatVerdictText(verdict, format));
+  if (m_bData) {
+    // The samples are read by the format in front of them.
+    Log("[WARNING] Format behind the samples, ignored");
+    return true;
+  }
   m_result.format = format;
   if (verdict == EFormatVerdict::Converted) {
     for (const std::string& line : ConversionTexts(format)) Log(line);
@@ -212,7 +217,7 @@ bool CChunkWalk::HandleSubChunks(const std::string& listType, std::uint32_t list
 
     const std::string text = ReplaceAll(platform::SystemCodePageToUtf8(body.substr(0, body.find('\0'))), "?? ", "");
     if (listType == "INFO") StoreInfoText(marker, text);
-    // The size is the whole list's, deliberately: the line is compared with those of older logs.
+    // Deliberately the size of the whole list: it is the one that the texts must fit.
     Log(Format("%s Found %s marker, size = %d, text = '%s'", type.c_str(), MarkerText(marker).c_str(), Signed(listSize),
                Printable(text).c_str()));
     consumed += rounded + kSubChunkHeaderBytes;

@@ -18,6 +18,7 @@ namespace carvello {
 namespace {
 
 constexpr std::uint32_t kUsualBits = 16;
+constexpr std::int64_t kMaxBits = 64;
 constexpr std::int64_t kMax32 = std::numeric_limits<std::uint32_t>::max();
 
 // The size of a file that can be a member; nothing for one that is missing or may not be read.
@@ -76,6 +77,7 @@ class CNumberedSet {
   bool AddFirst(const CMemberNames& names, unsigned& next);
   // False when there is no such member, or it cannot go on from the one before: the set ends before it.
   bool AddNext(const CMemberNames& names, unsigned number);
+  std::string FirstName(const std::string& told) const;
   bool DescribeBy(const std::string& path, const SFileFacts& first);
   void Add(const std::string& path, std::int64_t fileSize, std::int64_t dataBytes);
   std::int64_t DataBytes(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata);
@@ -101,7 +103,7 @@ class CNumberedSet {
 bool CNumberedSet::Describe() {
   SMetadataLists metadata;
   ParseMetadataXml(m_selected.strXml, metadata);
-  const CMemberNames names(FileNameOnly(metadata.Find("FirstFile")));
+  const CMemberNames names(FirstName(metadata.Find("FirstFile")));
   if (names.First().empty()) {
     m_log.Add(Format("[ERROR] %s: the XML metadata names no first file (attribute FirstFile)", m_strSelected.c_str()));
     return false;
@@ -119,6 +121,17 @@ bool CNumberedSet::Describe() {
     Warn(m_strSelected, Format("not part of the set, which ends with %s", m_set.files.back().strPath.c_str()));
   }
   return true;
+}
+
+// The first member's name out of the metadata. Recordings of ours tell names without what stands before a ":", which is
+// a letter like any other where drives have no letters; the selected file then lends it to all members.
+std::string CNumberedSet::FirstName(const std::string& told) const {
+  std::string name = platform::NameOf(told);
+  const std::string selected = FileNameOnly(m_strName);
+  if (selected != m_strName && !name.empty() && name == FileNameOnly(name)) {
+    name.insert(0, m_strName, 0, m_strName.size() - selected.size());
+  }
+  return name;
 }
 
 bool CNumberedSet::AddFirst(const CMemberNames& names, unsigned& next) {
@@ -178,8 +191,8 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   WarnIfUnequal(path, "SampleRate", m_set.nSampleRate, format.nSamplesPerSec);
   m_set.nBandwidth = m_set.nSampleRate;
   m_set.nBytesPerSecond = Number(path, "BytesPerSecond", 1, WholeBytesPerSecond(format, m_set.nSampleRate));
-  m_set.nBitsPerSample = static_cast<std::uint32_t>(m_set.metadata.FindNumber("BitsPerSample") & kMax32);
-  if (m_set.nBitsPerSample == 0) m_set.nBitsPerSample = kUsualBits;
+  const std::int64_t bits = m_set.metadata.FindNumber("BitsPerSample");
+  m_set.nBitsPerSample = bits >= 1 && bits <= kMaxBits ? static_cast<std::uint32_t>(bits) : kUsualBits;
   WarnIfUnequal(path, "BitsPerSample", m_set.nBitsPerSample, format.wBitsPerSample);
   m_set.tStart = Number(path, "UTCSeconds", 0, 0);
   const bool hasCentre = !m_set.metadata.Find("RadioCenterFreq").empty();

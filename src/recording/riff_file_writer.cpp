@@ -99,8 +99,9 @@ bool CRiffFileWriter::Finish() {
     NoteError();
     CutToWholeBlocks();
   }
-  m_file.Close();
-  return finished;
+  const bool closed = m_file.Close();
+  if (finished && !closed) NoteError();
+  return finished && closed;
 }
 
 // Leaves the position at the file's end.

@@ -114,8 +114,8 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
   }
   m_nBackdateSeconds = 0;
   if (IsSplitDue()) {
-    Close();
-    if (!Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
+    // Closed for good when the end of this part could not be written: a full disk must not pass for a finished part.
+    if (!FinishFile() || !Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
       // Closed for good: going on with a later file would leave a gap that no start time tells of.
       m_pWriter.reset();
       return false;
@@ -138,18 +138,24 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
 }
 
 bool CWaveFileData::Close() {
+  FinishFile();
+  return true;
+}
+
+bool CWaveFileData::FinishFile() {
   if (!m_pWriter) return true;
   const double bytesPerSecond = m_nBitsPerSample * 2.0 / 8.0 * m_nSampleRate;
   // A writer that never got its file open has nothing to count, although the bytes of the file before still stand here.
   if (m_pWriter->HasOpened() && bytesPerSecond > 0) {
     m_dStartOffset += static_cast<double>(m_nFileDataBytes) / bytesPerSecond;
   }
-  if (!m_pWriter->Finish()) {
+  const bool finished = m_pWriter->Finish();
+  if (!finished) {
     m_dwLastError = m_pWriter->ErrorCode();
     m_strLastError = Format("Error writing the end of the file - %s", SystemErrorText(m_dwLastError).c_str());
   }
   m_pWriter.reset();
-  return true;
+  return finished;
 }
 
 // Tested before a block is written: a file ends at the first block border at or beyond the limit, and an output that

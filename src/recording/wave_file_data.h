@@ -71,6 +71,7 @@ class CWaveFileData {
   std::unique_ptr<CRiffFileWriter> m_pWriter;  // the open file; null when closed
 
  private:
+  bool FinishFile();
   bool IsSplitDue() const;
   void FillFormat();
   void FillInfoTexts(std::int64_t now);

@@ -22,10 +22,11 @@ bool CFile::Open(const std::string& path, platform::EOpenMode mode) {
   return IsOpen();
 }
 
-void CFile::Close() {
-  if (IsOpen()) platform::CloseFile(m_hFile);
+bool CFile::Close() {
+  const bool closed = !IsOpen() || platform::CloseFile(m_hFile);
   m_hFile = platform::kNoFile;
   m_nPosition = 0;
+  return closed;
 }
 
 std::size_t CFile::Read(void* buffer, std::size_t bytes) {

@@ -21,7 +21,8 @@ class CFile {
 
   // Closes what was open. False on failure; platform::LastError() then holds the reason.
   bool Open(const std::string& path, platform::EOpenMode mode);
-  void Close();
+  // False when the system tells only now that something written is lost. True when nothing is open.
+  bool Close();
   bool IsOpen() const { return m_hFile != platform::kNoFile; }
 
   // Bytes read; less than asked for at the end of the file or on a read error.

@@ -27,7 +27,8 @@ enum class EOpenMode {
 
 // kNoFile on failure; LastError() then holds the reason. A directory is refused.
 FileHandle OpenFile(const std::string& path, EOpenMode mode);
-void CloseFile(FileHandle file);
+// False when the system tells only now that something written is lost, as network file systems do.
+bool CloseFile(FileHandle file);
 // Bytes read or written, short at the end of the file or on failure; interrupted calls go on, and large requests are
 // split as the system needs. On a short write LastError() holds the reason.
 std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes);

@@ -80,10 +80,12 @@ FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   return static_cast<FileHandle>(descriptor) + 1;
 }
 
-void CloseFile(FileHandle file) {
+bool CloseFile(FileHandle file) {
   const int kept = errno;
-  close(Descriptor(file));
+  // Not repeated after an interruption: the descriptor is gone by then.
+  if (close(Descriptor(file)) != 0 && errno != EINTR) return false;
   errno = kept;
+  return true;
 }
 
 std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes) {
@@ -232,6 +234,8 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
 
 void PrepareProcess() {
   std::signal(SIGXFSZ, SIG_IGN);
+  // A reader of our messages that goes away must not take unfinished files with it.
+  std::signal(SIGPIPE, SIG_IGN);
 }
 
 bool SetCurrentThreadPriority(int priority) {
@@ -311,7 +315,7 @@ std::string SystemCodePageToUtf8(std::string_view bytes) {
 
 std::string TempFolder() {
   static const std::string folder = [] {
-    for (const char* variable : {"TMPDIR", "TEMP"}) {
+    for (const char* variable : {"TEMP", "TMPDIR"}) {
       const char* value = std::getenv(variable);
       if (value != nullptr && *value != '\0') return std::string(value);
     }

@@ -122,10 +122,11 @@ FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   return file == INVALID_HANDLE_VALUE ? kNoFile : reinterpret_cast<FileHandle>(file);
 }
 
-void CloseFile(FileHandle file) {
+bool CloseFile(FileHandle file) {
   const DWORD kept = GetLastError();
-  CloseHandle(AsHandle(file));
+  if (CloseHandle(AsHandle(file)) == 0) return false;
   SetLastError(kept);
+  return true;
 }
 
 std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes) {

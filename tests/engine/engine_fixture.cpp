@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <semaphore>
 #include <thread>
 
 namespace carvello::test {
@@ -20,6 +21,9 @@ std::vector<SPassThrough::SInstance> instances;
 std::uint32_t reportedRateOut = 0;
 std::atomic<int> delayMilliseconds = 0;
 std::atomic<std::uint32_t> delayedHandle = 0;
+std::atomic<std::uint32_t> heldHandle = 0;
+std::counting_semaphore<> letGo(0);
+std::size_t heldBack = 0;
 
 template <typename TNumber>
 void Put(std::string& bytes, TNumber number) {
@@ -61,8 +65,10 @@ void SPassThrough::Bind(DspBinding& binding) {
     const std::lock_guard guard(passThroughLock);
     instances.clear();
     reportedRateOut = 0;
+    heldBack = 0;
   }
   delayMilliseconds = 0;
+  heldHandle = 0;
   binding.bLoaded = 1;
   binding.AllocInstance = [](const wchar_t* name) -> std::uint32_t {
     EXPECT_STREQ(name, L"Carvello");
@@ -103,10 +109,17 @@ void SPassThrough::Bind(DspBinding& binding) {
     if (handle == delayedHandle && delayMilliseconds != 0) {
       std::this_thread::sleep_for(std::chrono::milliseconds(delayMilliseconds));
     }
-    std::memcpy(output, input, inputCount * sizeof(SComplex));
-    *outputCount = inputCount;
+    // A block comes in several runs; it is the first one that waits.
+    const std::int64_t before = Instances()[handle - 1].nSamples;
+    if (handle == heldHandle && before % kBlockFrames == 0) letGo.acquire();
     const std::lock_guard guard(passThroughLock);
-    instances[handle - 1].nSamples += inputCount;
+    SInstance& instance = instances[handle - 1];
+    instance.nSamples += inputCount;
+    instance.pending.insert(instance.pending.end(), input, input + inputCount);
+    const std::size_t ready = instance.pending.size() - std::min(instance.pending.size(), heldBack);
+    std::copy_n(instance.pending.begin(), ready, output);
+    instance.pending.erase(instance.pending.begin(), instance.pending.begin() + static_cast<std::ptrdiff_t>(ready));
+    *outputCount = static_cast<std::uint32_t>(ready);
   };
 }
 
@@ -118,6 +131,24 @@ std::vector<SPassThrough::SInstance> SPassThrough::Instances() {
 void SPassThrough::ReportRateOut(std::uint32_t rate) {
   const std::lock_guard guard(passThroughLock);
   reportedRateOut = rate;
+}
+
+void SPassThrough::Hold(std::uint32_t handle) {
+  heldHandle = handle;
+}
+
+void SPassThrough::LetGo() {
+  letGo.release();
+}
+
+void SPassThrough::LetAllGo() {
+  heldHandle = 0;
+  letGo.release();  // for a run that waits at this moment
+}
+
+void SPassThrough::HoldBack(std::size_t samples) {
+  const std::lock_guard guard(passThroughLock);
+  heldBack = samples;
 }
 
 void SPassThrough::DelayRun(int milliseconds, std::uint32_t handle) {

@@ -40,12 +40,19 @@ struct SPassThrough {
     bool bFractionalDisabled = false;
     std::vector<std::int64_t> shifts;
     std::int64_t nSamples = 0;
+    std::vector<SComplex> pending;  // not yet given out
     bool bReleased = false;
   };
 
   static void Bind(DspBinding& binding);  // forgets the instances of earlier tests
   static std::vector<SInstance> Instances();
-  static void ReportRateOut(std::uint32_t rate);                 // 0: the rate asked for
+  static void ReportRateOut(std::uint32_t rate);  // 0: the rate asked for
+  // Every run of the instance waits until it is let go, once for each LetGo.
+  static void Hold(std::uint32_t handle);
+  static void LetGo();
+  static void LetAllGo();
+  // Outputs lag behind the input by so many samples, as with filters.
+  static void HoldBack(std::size_t samples);
   static void DelayRun(int milliseconds, std::uint32_t handle);  // makes one instance slow
 };
 

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <deque>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <string>
 #include <thread>
@@ -57,7 +58,7 @@ class JobControlTest : public EngineTest {
   // Entries of one sample file each, named by their frequencies.
   void AddEntries(int count) {
     SEntryFields fields;
-    fields.nBandwidth = 1'000'000;
+    fields.nBandwidth = 1'000;
     fields.nFileSizeMB = 0;
     fields.strOutputFolder = Path("out");
     list.AddSequence(fields, 1000, 1000 * count, 1000, [](const SEntryProblem&) { FAIL(); });
@@ -218,7 +219,7 @@ TEST_F(JobControlTest, EmptyListStartsNothing) {
 
 TEST_F(JobControlTest, OverwritingAShorterSplitOutputLeavesNoOldParts) {
   SEntryFields fields;
-  fields.nBandwidth = 1'000'000;
+  fields.nBandwidth = 1'000;
   fields.strOutputFolder = Path("out");
   ASSERT_FALSE(list.AddEntry(fields).has_value());
   const std::string stem = list[0].strFileName.substr(0, list[0].strFileName.size() - 4);
@@ -264,14 +265,33 @@ TEST_F(JobControlTest, IncompleteLibraryStartsNothingAndNamesItsPath) {
 }
 
 TEST_F(JobControlTest, SampleSizeThatNothingConvertsStartsNothing) {
-  recording.nBitsPerSample = 12;
   AddEntries(1);
+  // Offset 34 of the header: bits per sample.
+  std::fstream(m_folder / "in.wav", std::ios::in | std::ios::out | std::ios::binary).seekp(34).put(12);
   EXPECT_EQ(jobs.Start(list, recording), EStartResult::InputUnsupported);
-  EXPECT_THAT(answers.asked.at(0).second.strText, HasSubstr("12-bit PCM"));
-  recording.nBitsPerSample = 64;
-  recording.bFloat = true;
-  EXPECT_EQ(jobs.Start(list, recording), EStartResult::InputUnsupported);
+  EXPECT_THAT(answers.asked.at(0).second.strText, HasSubstr(Path("in.wav") + ": 12-bit PCM"));
   EXPECT_EQ(OutputFiles(), 0u);
+}
+
+TEST_F(JobControlTest, InputThatCannotBeReadFromFrontToBackStartsNothing) {
+  AddEntries(1);
+  std::fstream(m_folder / "in.wav", std::ios::in | std::ios::out | std::ios::binary).seekp(20).put(2);  // ADPCM
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::InputUnsupported);
+  EXPECT_THAT(answers.asked.at(0).second.strText, HasSubstr("Not a format that we can handle"));
+  EXPECT_EQ(OutputFiles(), 0u);
+}
+
+TEST_F(JobControlTest, OldPartThatCannotBeRemovedStartsNothing) {
+  SEntryFields fields;
+  fields.nBandwidth = 1'000;
+  fields.strOutputFolder = Path("out");
+  ASSERT_FALSE(list.AddEntry(fields).has_value());
+  const std::string part = list[0].strFileName.substr(0, list[0].strFileName.size() - 4) + " 001.wav";
+  std::filesystem::create_directories(std::filesystem::path(part) / "full");
+  answers.answers = {EAnswer::Yes, EAnswer::Ok};
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::OutputUnwritable);
+  EXPECT_THAT(answers.asked.at(1).second.strText, HasSubstr(part));
+  EXPECT_FALSE(jobs.IsRunning());
 }
 
 TEST_F(JobControlTest, OutputThatWouldReplaceTheInputIsRefused) {

@@ -63,6 +63,20 @@ class FullDisk : public testing::TestWithParam<bool> {
   CWaveFileData m_data;
 };
 
+TEST_P(FullDisk, APartThatCannotBeFinishedFailsTheWriteThatWouldOpenTheNext) {
+  m_data.m_nSplitMB = 1;
+  ASSERT_TRUE(m_data.Open(Path(), 0, "tag"));
+  const std::size_t header = m_data.m_nFileBytes;
+  {
+    const CFileSizeLimit limit(header + 1'000'010);
+    ASSERT_TRUE(Write(1'000'000));
+    EXPECT_FALSE(Write(10'000));
+  }
+  EXPECT_EQ(m_data.m_strLastError, "Error writing the end of the file - File too large");
+  EXPECT_THAT(m_data.Files(), testing::ElementsAre(m_folder / "Out 000.wav"));
+  EXPECT_EQ(ReadWholeFile(m_folder / "Out 000.wav").size(), header + 1'000'000);
+}
+
 TEST_P(FullDisk, AShortWriteLeavesTheWholeBlocksBeforeIt) {
   ASSERT_TRUE(m_data.Open(Path(), 0, "tag"));
   const std::size_t header = m_data.m_nFileBytes;
