@@ -38,7 +38,7 @@ class ChainedSet : public InputTest {
                      .stop = {.nMinute = stop / 60, .nSecond = stop % 60},
                      .nCentreFrequency = frequency};
     Write(name, Riff(FormatChunk(format) + Chunk("auxi", AuxiBody(164, auxi)) +
-                     Chunk("data", std::string(4000 * (stop - start), 'x'))));
+                     Chunk("data", std::string(std::size_t{4000} * (stop - start), 'x'))));
   }
 
   std::string Error() const {
@@ -172,8 +172,8 @@ TEST_F(ChainedSet, AStopTimeNeverWrittenIsReckonedFromTheSamples) {
 
 TEST_F(ChainedSet, AFileCutShortEndsWithItsSamples) {
   const SAuxi auxi{.stop = {.nHour = 13}};
-  Write("a.wav", Riff(FormatChunk() + Chunk("auxi", AuxiBody(164, auxi)) + ChunkHeader("data", 3600 * 4000) +
-                      std::string(10 * 4000, 'x')));
+  Write("a.wav", Riff(FormatChunk() + Chunk("auxi", AuxiBody(164, auxi)) + ChunkHeader("data", 14'400'000) +
+                      std::string(40'000, 'x')));
   ASSERT_TRUE(Analyse("a.wav"));
   EXPECT_EQ(m_set.tEnd, kNoon + 10);
   EXPECT_EQ(m_set.TotalBytes(), 40'000);
