@@ -126,7 +126,7 @@ bool CNumberedSet::Describe() {
 // The first member's name out of the metadata. Recordings of ours tell names without what stands before a ":", which is
 // a letter like any other where drives have no letters; the selected file then lends it to all members.
 std::string CNumberedSet::FirstName(const std::string& told) const {
-  std::string name = platform::NameOf(told);
+  std::string name = told.substr(told.find_last_of("/\\") + 1);
   const std::string selected = FileNameOnly(m_strName);
   if (selected != m_strName && !name.empty() && name == FileNameOnly(name)) {
     name.insert(0, m_strName, 0, m_strName.size() - selected.size());

@@ -16,7 +16,7 @@ constexpr std::uint64_t kLargestDecimation = 64;
 constexpr std::size_t kMostDecimators = 6;
 // The channel filter's input rate is at least this many output rates when a decimator stands before it: below, the
 // decimator's transition is so narrow that its delay shows.
-constexpr double kSmallestLastRatio = 1.3;
+constexpr double kSmallestLastRatio = 1.4;
 
 // Forming the taps of a cubic table costs about this much more than taking them from an exact one.
 constexpr double kCubicFactor = 2.5;
@@ -53,7 +53,7 @@ class CPlanSearch {
   }
 
   static double DecimatorWork(double inputRate, double outputRate) {
-    return outputRate * inputRate / (outputRate - 2.0 * kPassEdge);
+    return outputRate * inputRate / (outputRate - kPassEdge - kStopEdge);
   }
 
   double ChannelFilterWork(double inputRate, std::uint64_t decimation) const {
@@ -89,8 +89,8 @@ std::vector<SStagePlan> PlanStages(std::uint64_t numerator, std::uint64_t denomi
   for (const std::uint64_t nFactor : search.Best()) {
     SStagePlan stage{nFactor, 1};
     stage.fPassEdge = kPassEdge / rate;
-    // Whatever folds into the channel must be gone; what folds beside it, the channel filter removes.
-    stage.fStopEdge = 1.0 / static_cast<double>(nFactor) - stage.fPassEdge;
+    // Whatever folds to where the channel filter lets something through must be gone; it removes the rest.
+    stage.fStopEdge = 1.0 / static_cast<double>(nFactor) - kStopEdge / rate;
     stages.push_back(stage);
     rate /= static_cast<double>(nFactor);
     nDecimation *= nFactor;

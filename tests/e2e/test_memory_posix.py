@@ -16,7 +16,7 @@ class TestPeakMemory(EndToEndTest):
         source = write_sparse(self.folder / "in.wav", Layout(RATE), seconds * RATE)
         arguments = []
         for number in range(ENTRIES):
-            arguments += ["--entry", f"f={6_400_000 + 200_000 * number},bw={100_000 * (1 + number % 2)}"]
+            arguments += ["--entry", f"f={6_400_000 + 200_000 * number},bw={100_000 * (1 + number % 2)},size=1GB"]
         process = start("cut", source, "--output", self.output, "--overwrite", *arguments, stdout=subprocess.DEVNULL,
                         stderr=subprocess.DEVNULL)
         _, status, usage = os.wait4(process.pid, 0)

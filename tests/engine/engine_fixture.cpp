@@ -106,12 +106,10 @@ void SPassThrough::Bind(DspBinding& binding) {
   binding.DownconvertRun = [](std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
                               std::uint32_t* outputCount) {
     EXPECT_EQ(*outputCount, 0u);
-    if (handle == delayedHandle && delayMilliseconds != 0) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(delayMilliseconds));
-    }
-    // A block comes in several runs; it is the first one that waits.
-    const std::int64_t before = Instances()[handle - 1].nSamples;
-    if (handle == heldHandle && before % kBlockFrames == 0) letGo.acquire();
+    // A block comes in several runs; it is the first one that takes its time.
+    const bool first = Instances()[handle - 1].nSamples % kBlockFrames == 0;
+    if (first && handle == delayedHandle) std::this_thread::sleep_for(std::chrono::milliseconds(delayMilliseconds));
+    if (first && handle == heldHandle) letGo.acquire();
     const std::lock_guard guard(passThroughLock);
     SInstance& instance = instances[handle - 1];
     instance.nSamples += inputCount;

@@ -179,6 +179,13 @@ TEST_F(DamagedFiles, ASecondDataChunkIsIgnored) {
   EXPECT_EQ(m_reader.DataBytesTotal(), 8);
 }
 
+TEST_F(DamagedFiles, AFormatBehindTheSamplesIsIgnored) {
+  const std::string bytes = PlainWave(8, {}, FormatChunk({.nTag = 3, .nBits = 32}));
+  ASSERT_TRUE(Scan(bytes));
+  EXPECT_EQ(m_result.format.Format.wBitsPerSample, 16);
+  EXPECT_TRUE(HasLine(Log(), "fmt  [WARNING] Format behind the samples, ignored"));
+}
+
 TEST_F(DamagedFiles, AnUnknownChunkPastTheEndEndsTheWalk) {
   ASSERT_TRUE(Scan(WithOpenRiffSize(SamplesThen(ChunkHeader("junk", 0xFFFFFFFF)))));
   EXPECT_TRUE(HasLine(Log(), "[ERROR] Failed to read next marker from the file"));

@@ -1,0 +1,39 @@
+// Names that only POSIX file systems allow.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "input/input_fixture.h"
+#include "input/recording_set.h"
+
+namespace carvello::test {
+namespace {
+
+class PosixNames : public InputTest {
+ protected:
+  void ExpectSetOfTwo(const std::string& toldFirstName) {
+    for (int number = 0; number < 2; ++number) {
+      Write("at 12:00:00 00" + std::to_string(number) + ".wav",
+            PlainWave(4000, XmlChunk("SampleRate=\"1000\" FirstFile=\"" + toldFirstName + "\"")));
+    }
+    for (const char* selected : {"at 12:00:00 000.wav", "at 12:00:00 001.wav"}) {
+      CRecordingSet set;
+      CMyStringArray log;
+      ASSERT_TRUE(AnalyseRecordingSet(Path(selected), set, log)) << Joined(log);
+      ASSERT_EQ(set.files.size(), 2u) << toldFirstName;
+      EXPECT_EQ(set.files[0].strPath, Path("at 12:00:00 000.wav"));
+      EXPECT_EQ(set.files[1].strPath, Path("at 12:00:00 001.wav"));
+    }
+  }
+};
+
+TEST_F(PosixNames, ASetWithAColonInItsNameIsFoundByItsWholeName) {
+  ExpectSetOfTwo("at 12:00:00 000.wav");
+}
+
+TEST_F(PosixNames, ASetWithAColonInItsNameIsFoundByWhatStandsBehindIt) {
+  ExpectSetOfTwo("00 000.wav");
+}
+
+}  // namespace
+}  // namespace carvello::test
