@@ -11,6 +11,7 @@
 #include "support/file.h"
 #include "support/formatting.h"
 #include "support/platform.h"
+#include "support/shell_open.h"
 #include "support/system_time.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
@@ -178,6 +179,12 @@ TEST(PosixDesktop, AMissingPathIsNotOpened) {
   const test::CTempFolder folder;
   EXPECT_FALSE(platform::OpenWithDesktop(folder / "none", "open"));
   EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(ENOENT));
+}
+
+TEST(ShellOpen, AMissingFileIsToldWithTheSystemsReason) {
+  std::string text;
+  EXPECT_FALSE(ShellOpen("/no such folder/x.txt", "open", text));
+  EXPECT_EQ(text, "Error processing \"/no such folder/x.txt\" -\n \nNo such file or directory");
 }
 
 }  // namespace
