@@ -1,0 +1,7 @@
+#include "ui/carvello_app.h"
+
+namespace carvello {
+
+CCarvelloApp::CCarvelloApp(int& argc, char** argv) : QApplication(argc, argv) {}
+
+}  // namespace carvello

@@ -1,0 +1,19 @@
+// What every test program of the dialog begins with: a home of its own that is gone afterwards, so that neither the
+// user's settings nor another test's are touched, and a platform without a screen.
+#pragma once
+
+#include <QTest>
+#include <functional>
+#include <memory>
+
+namespace carvello::test {
+
+int RunUiTest(int argc, char** argv, const std::function<std::unique_ptr<QObject>()>& makeTest);
+
+}  // namespace carvello::test
+
+// The main() of a test program with one test class.
+#define CARVELLO_UI_TEST(TestClass)                                                             \
+  int main(int argc, char** argv) {                                                             \
+    return carvello::test::RunUiTest(argc, argv, [] { return std::make_unique<TestClass>(); }); \
+  }
