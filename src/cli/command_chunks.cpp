@@ -4,7 +4,7 @@
 
 #include "cli/console.h"
 #include "cli/help_texts.h"
-#include "cli/recording_input.h"
+#include "engine/recording_input.h"
 #include "input/wave_file_reader.h"
 
 namespace carvello {

@@ -5,7 +5,7 @@
 #include "cli/console.h"
 #include "cli/help_texts.h"
 #include "cli/info_report.h"
-#include "cli/recording_input.h"
+#include "engine/recording_input.h"
 
 namespace carvello {
 

@@ -1,4 +1,4 @@
-// The recording that a command works on, read with the reasons that a user needs when it cannot be.
+// The recording that a job works on, read with the reasons that a user needs when it cannot be.
 #pragma once
 
 #include <string>

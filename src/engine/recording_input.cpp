@@ -1,4 +1,4 @@
-#include "cli/recording_input.h"
+#include "engine/recording_input.h"
 
 #include <optional>
 
