@@ -43,6 +43,7 @@ std::int64_t FileLength(FileHandle file);
 struct FileStatus {
   std::int64_t nSize = 0;  // bytes
   bool bDirectory = false;
+  bool bRegular = false;       // an ordinary file: no folder, pipe, socket or device
   std::int64_t tCreated = 0;   // seconds since 1970 UTC; the change time where the file system has no birth time
   std::int64_t tModified = 0;  // seconds since 1970 UTC
   std::uint64_t nVolume = 0;   // volume and file number together identify the file whatever its path
@@ -72,6 +73,8 @@ std::optional<std::string> ErrorText(std::uint32_t code);  // the system's text;
 // Whether the code is the one by which the system refuses what another program holds open: 5 ("access denied") on
 // Windows. POSIX systems have none, there 5 is an input/output error and a refusal is about permissions.
 bool MeansHeldOpen(std::uint32_t code);
+// Whether the code is the one by which the system says that there is no file of that name.
+bool MeansMissing(std::uint32_t code);
 
 // ---- libraries and the program itself --------------------------------------------------------------------------
 

@@ -116,6 +116,7 @@ std::optional<FileStatus> GetFileStatus(const std::string& path) {
   FileStatus result;
   result.nSize = static_cast<std::int64_t>(status.stx_size);
   result.bDirectory = S_ISDIR(status.stx_mode);
+  result.bRegular = S_ISREG(status.stx_mode);
   result.tCreated = hasBirth ? status.stx_btime.tv_sec : status.stx_ctime.tv_sec;
   result.tModified = status.stx_mtime.tv_sec;
   result.nVolume = makedev(status.stx_dev_major, status.stx_dev_minor);
@@ -189,6 +190,10 @@ std::optional<std::string> ErrorText(std::uint32_t code) {
 
 bool MeansHeldOpen(std::uint32_t /*code*/) {
   return false;
+}
+
+bool MeansMissing(std::uint32_t code) {
+  return code == ENOENT;
 }
 
 // ---- libraries and the program itself --------------------------------------------------------------------------

@@ -170,6 +170,7 @@ std::optional<FileStatus> GetFileStatus(const std::string& path) {
   FileStatus status;
   status.nSize = static_cast<std::int64_t>(Join(information.nFileSizeHigh, information.nFileSizeLow));
   status.bDirectory = (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  status.bRegular = !status.bDirectory && GetFileType(handle.get()) == FILE_TYPE_DISK;
   status.tCreated = SecondsOf(information.ftCreationTime);
   status.tModified = SecondsOf(information.ftLastWriteTime);
   status.nVolume = information.dwVolumeSerialNumber;
@@ -263,6 +264,10 @@ std::optional<std::string> ErrorText(std::uint32_t code) {
 
 bool MeansHeldOpen(std::uint32_t code) {
   return code == ERROR_ACCESS_DENIED;
+}
+
+bool MeansMissing(std::uint32_t code) {
+  return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
 }
 
 // ---- libraries and the program itself --------------------------------------------------------------------------

@@ -23,6 +23,7 @@ TEST(FileStatus, TellsSizeKindAndTimes) {
   ASSERT_TRUE(file);
   EXPECT_EQ(file->nSize, 5);
   EXPECT_FALSE(file->bDirectory);
+  EXPECT_TRUE(file->bRegular);
   // The file system's clock can lag a little behind the program's.
   EXPECT_NEAR(static_cast<double>(file->tCreated), static_cast<double>(CurrentTime()), 60);
   EXPECT_NEAR(static_cast<double>(file->tModified), static_cast<double>(CurrentTime()), 60);
@@ -30,7 +31,9 @@ TEST(FileStatus, TellsSizeKindAndTimes) {
   const auto status = platform::GetFileStatus(folder.Path());
   ASSERT_TRUE(status);
   EXPECT_TRUE(status->bDirectory);
+  EXPECT_FALSE(status->bRegular);
   EXPECT_FALSE(platform::GetFileStatus(folder / "none"));
+  EXPECT_TRUE(platform::MeansMissing(platform::LastError()));
 }
 
 TEST(FileStatus, IdentifiesAFileWhateverItsPath) {
