@@ -13,6 +13,7 @@
 
 #include "input/calendar_time.h"
 #include "input/format_chunk.h"
+#include "input/signal_info_source.h"
 #include "input/source_recognition.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -22,6 +23,8 @@ namespace carvello {
 namespace {
 
 constexpr std::int64_t kGap = 6;  // seconds; files closer than that belong together
+constexpr const char* kUnknownProgram =
+    "no I/Q recording of a known program, and its name does not tell frequency and time";
 
 // By the names that source names begin with. Winradio stands before Winrad, whose name its own begins with.
 constexpr std::array<std::string_view, 8> kFamilies = {"SDRSharp", "SpectraVue", "Winradio",   "Winrad",
@@ -34,11 +37,16 @@ std::size_t FamilyOf(const RecordingSourceInfo& source) {
   return static_cast<std::size_t>(family - kFamilies.begin());
 }
 
+struct STime {
+  std::int64_t nSeconds = 0;        // since 1970 UTC
+  std::uint32_t nMilliseconds = 0;  // shown only: files are chained by whole seconds
+};
+
 struct SLink {
   std::string strPath;
   SFileFacts facts;
-  std::int64_t tStart = 0;  // seconds since 1970 UTC
-  std::int64_t tStop = 0;
+  STime start;
+  STime stop;
 };
 
 bool HaveSameSignal(const SFileFacts& a, const SFileFacts& b) {
@@ -48,30 +56,51 @@ bool HaveSameSignal(const SFileFacts& a, const SFileFacts& b) {
          a.format.Format.wBitsPerSample == b.format.Format.wBitsPerSample && a.format.SubFormat == b.format.SubFormat;
 }
 
-std::optional<std::int64_t> SecondsOf(const SYSTEMTIME& time) {
+std::optional<STime> TimeOf(const SYSTEMTIME& time) {
   std::int64_t seconds = 0;
   if (!SystemTimeToSeconds(time, seconds) || seconds < 0 || seconds > std::numeric_limits<std::uint32_t>::max()) {
     return std::nullopt;
   }
-  return seconds;
+  return STime{seconds, time.wMilliseconds};
 }
 
 bool IsUnset(const SYSTEMTIME& time) {
   return time.wYear == 0 && time.wMonth == 0 && time.wDay == 0;
 }
 
+// By what is there and the format's own rate: the bytes per second that a format tells are wrong in some files.
+STime EndOfSamples(const SLink& link) {
+  const RecordingSourceInfo& source = link.facts.source;
+  const double bytesPerSecond = BytesPerSecond(source.format);
+  const double seconds = bytesPerSecond > 0 ? static_cast<double>(source.nDataBytes) / bytesPerSecond : 0;
+  const auto milliseconds = static_cast<std::int64_t>(seconds * 1000) + link.start.nMilliseconds;
+  return {link.start.nSeconds + milliseconds / 1000, static_cast<std::uint32_t>(milliseconds % 1000)};
+}
+
 // Takes the times of the source record over. A stop time that was never written, or lies not behind the start as with
 // recordings whose format has none, is reckoned from the samples. The text of what cannot be; empty when all is well.
 std::string TakeTimes(SLink& link) {
   const RecordingSourceInfo& source = link.facts.source;
-  const std::optional<std::int64_t> start = SecondsOf(source.start);
+  if (IsNoSignalTime(source.start)) {
+    link.start = {};
+    link.stop = EndOfSamples(link);
+    return {};
+  }
+  const std::optional<STime> start = TimeOf(source.start);
   if (!start) return Format("start time %s cannot be", DateText(source.start).c_str());
-  const std::optional<std::int64_t> stop = SecondsOf(source.stop);
+  const std::optional<STime> stop = TimeOf(source.stop);
   if (!stop && !IsUnset(source.stop)) return Format("stop time %s cannot be", DateText(source.stop).c_str());
-  link.tStart = *start;
-  link.tStop = std::max(stop.value_or(0), *start);
-  if (link.tStop == *start) link.tStop += static_cast<std::int64_t>(source.dDuration);
+  link.start = *start;
+  const bool told = stop && stop->nSeconds > start->nSeconds;
+  link.stop = told ? *stop : EndOfSamples(link);
   return {};
+}
+
+// Whether somebody could take the file for a recording, so that its absence from the set wants a reason.
+bool IsNamedLikeARecording(const std::string& path) {
+  constexpr std::array<std::string_view, 3> kEndings = {".wav", ".ddc", ".rf64"};
+  const std::string name = ToLowerAscii(platform::NameOf(path));
+  return std::any_of(kEndings.begin(), kEndings.end(), [&](std::string_view end) { return name.ends_with(end); });
 }
 
 class CChainedSet {
@@ -89,16 +118,21 @@ class CChainedSet {
   std::string Hindrance();
   void CollectFolder();
   void Collect(const std::string& path);
-  // The collected file that comes directly before, or behind, the given one; nullptr when there is none.
+  // The first of the collected files that ends where the given one begins, or begins where it ends; nullptr when there
+  // is none.
   const SLink* Before(const SLink& link) const;
   const SLink* Behind(const SLink& link) const;
-  const SLink* Nearest(const SLink& link, bool behind) const;
+  void Warn(const std::string& path, const std::string& text) {
+    m_log.Add(Format("[WARNING] %s: %s", path.c_str(), text.c_str()));
+  }
   void DescribeBy(const SLink& first);
 
   CRecordingSet& m_set;
   CMyStringArray& m_log;
   SLink m_selected;
-  std::vector<SLink> m_links;  // of the same family and signal, the selected one among them
+  // Of the same family and signal, the selected one among them, in the order in which they begin; of those that begin
+  // together the selected one stands first, then names decide.
+  std::vector<SLink> m_links;
 };
 
 bool CChainedSet::Describe() {
@@ -113,12 +147,14 @@ bool CChainedSet::Describe() {
   DescribeBy(*link);
   const SLink* last = link;
   for (; link != nullptr; link = Behind(*link)) {
-    m_set.AddFile({link->strPath, link->facts.source.nDataBytes, static_cast<std::uint32_t>(link->tStart)});
+    m_set.AddFile({link->strPath, link->facts.source.nDataBytes, static_cast<std::uint32_t>(link->start.nSeconds)});
+    if (!link->facts.source.strNote.empty()) Warn(link->strPath, link->facts.source.strNote);
     last = link;
   }
-  m_set.tEnd = last->tStop;
   // The end that was written down does not hold for a file cut short.
-  if (last->facts.bCutShort) m_set.tEnd = last->tStart + static_cast<std::int64_t>(last->facts.source.dDuration);
+  const STime end = last->facts.bCutShort ? EndOfSamples(*last) : last->stop;
+  m_set.tEnd = end.nSeconds;
+  m_set.nEndMilliseconds = end.nMilliseconds;
   m_set.dDuration = static_cast<double>(m_set.tEnd - m_set.tStart);
   return true;
 }
@@ -127,7 +163,7 @@ std::string CChainedSet::Hindrance() {
   const SFileFacts& facts = m_selected.facts;
   if (!facts.strError.empty()) return facts.strError;
   if (FamilyOf(facts.source) == kFamilies.size()) {
-    return "no I/Q recording of a known program, and its name does not tell frequency and time";
+    return kUnknownProgram;
   }
   if (facts.format.Format.nSamplesPerSec == 0) return "no sample rate in the file's format";
   return TakeTimes(m_selected);
@@ -145,45 +181,39 @@ void CChainedSet::CollectFolder() {
   for (const std::string& name : names) {
     if (!platform::FileNamesEqual(name, selectedName)) Collect(prefix + name);
   }
+  std::stable_sort(m_links.begin(), m_links.end(),
+                   [](const SLink& a, const SLink& b) { return a.start.nSeconds < b.start.nSeconds; });
 }
 
 void CChainedSet::Collect(const std::string& path) {
-  SLink link{path, LookupMetadata(path), 0, 0};
+  SLink link{path, LookupMetadata(path), {}, {}};
   const SFileFacts& facts = link.facts;
-  if (!facts.bRecording || !facts.strXml.empty()) return;
-  std::string impossible = facts.strError;
-  if (impossible.empty()) {
-    const bool isOfSet =
-        FamilyOf(facts.source) == FamilyOf(m_selected.facts.source) && HaveSameSignal(facts, m_selected.facts);
-    if (!isOfSet) return;
-    impossible = TakeTimes(link);
+  const RecordingSourceInfo& source = facts.source;
+  if (facts.bRecording && !facts.strXml.empty()) return;
+  std::string reason = facts.strError;
+  if (facts.bRecording && reason.empty()) {
+    const std::size_t family = FamilyOf(source);
+    const bool isOfSet = family == FamilyOf(m_selected.facts.source) && HaveSameSignal(facts, m_selected.facts);
+    reason = isOfSet ? TakeTimes(link) : family == kFamilies.size() ? kUnknownProgram : source.strNote;
+    if (isOfSet && reason.empty()) m_links.push_back(std::move(link));
   }
-  if (!impossible.empty()) {
-    m_log.Add(Format("[WARNING] %s: %s; left out of the set", path.c_str(), impossible.c_str()));
-    return;
-  }
-  m_links.push_back(std::move(link));
+  const bool wantsReason = facts.bRecording || IsNamedLikeARecording(path);
+  if (wantsReason && !reason.empty()) Warn(path, reason + "; left out of the set");
 }
 
 // Time must go on from file to file: with recordings shorter than the gap a chain could otherwise run in circles.
 const SLink* CChainedSet::Before(const SLink& link) const {
-  return Nearest(link, false);
-}
-const SLink* CChainedSet::Behind(const SLink& link) const {
-  return Nearest(link, true);
+  const auto found = std::find_if(m_links.begin(), m_links.end(), [&](const SLink& other) {
+    return other.start.nSeconds < link.start.nSeconds && std::abs(link.start.nSeconds - other.stop.nSeconds) < kGap;
+  });
+  return found == m_links.end() ? nullptr : &*found;
 }
 
-const SLink* CChainedSet::Nearest(const SLink& link, bool behind) const {
-  const SLink* nearest = nullptr;
-  std::int64_t smallest = kGap;
-  for (const SLink& other : m_links) {
-    const bool inOrder = behind ? other.tStart > link.tStart : other.tStart < link.tStart;
-    const std::int64_t gap = std::abs(behind ? other.tStart - link.tStop : link.tStart - other.tStop);
-    if (!inOrder || gap >= smallest) continue;
-    smallest = gap;
-    nearest = &other;
-  }
-  return nearest;
+const SLink* CChainedSet::Behind(const SLink& link) const {
+  const auto found = std::find_if(m_links.begin(), m_links.end(), [&](const SLink& other) {
+    return other.start.nSeconds > link.start.nSeconds && std::abs(other.start.nSeconds - link.stop.nSeconds) < kGap;
+  });
+  return found == m_links.end() ? nullptr : &*found;
 }
 
 void CChainedSet::DescribeBy(const SLink& first) {
@@ -191,7 +221,8 @@ void CChainedSet::DescribeBy(const SLink& first) {
   const WAVEFORMATEX& format = first.facts.format.Format;
   m_set.bFromSourceRecord = true;
   m_set.strSourceName = source.strSourceName;
-  m_set.tStart = first.tStart;
+  m_set.tStart = first.start.nSeconds;
+  m_set.nStartMilliseconds = first.start.nMilliseconds;
   m_set.nRadioCenterFreq = source.nCentreFrequency;
   m_set.nSampleRate = format.nSamplesPerSec;
   m_set.nBandwidth = source.nBandwidth;

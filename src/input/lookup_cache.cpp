@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "input/file_stamp.h"
 #include "input/format_chunk.h"
 #include "input/wave_file_reader.h"
 #include "support/formatting.h"
@@ -26,17 +27,6 @@ void Trace(const std::string& line) {
   if (const LookupTrace trace = s_pTrace) trace(line);
 }
 
-// What must not have changed since an entry was stored.
-struct SFileStamp {
-  std::int64_t nSize = 0;
-  std::int64_t tModified = 0;
-  std::uint64_t nFileNumber = 0;
-
-  explicit SFileStamp(const platform::FileStatus& status)
-      : nSize(status.nSize), tModified(status.tModified), nFileNumber(status.nFileNumber) {}
-  bool operator==(const SFileStamp&) const = default;
-};
-
 template <class Value>
 class CLookupMap {
  public:
@@ -49,12 +39,16 @@ class CLookupMap {
     std::optional<Value> found;
     {
       const std::lock_guard lock(m_lock);
-      const auto entry = m_entries.find(fileName);
-      if (entry != m_entries.end() && entry->second.first == stamp) found = entry->second.second;
+      if (const auto* entry = Entry(fileName, stamp)) found = entry->second;
     }
     if (found) ++s_nHits;
     Trace(Format("Lookup status %s, filename %s", found ? "OK" : "FAIL", fileName.c_str()));
     return found;
+  }
+
+  bool Has(const std::string& fileName, const SFileStamp& stamp) {
+    const std::lock_guard lock(m_lock);
+    return Entry(fileName, stamp) != nullptr;
   }
 
   void Store(const std::string& fileName, const SFileStamp& stamp, const Value& value) {
@@ -64,8 +58,16 @@ class CLookupMap {
   }
 
  private:
+  using Stored = std::pair<SFileStamp, Value>;
+
+  // With the lock held; nullptr for a file not stored, or changed since.
+  const Stored* Entry(const std::string& fileName, const SFileStamp& stamp) const {
+    const auto entry = m_entries.find(fileName);
+    return entry != m_entries.end() && entry->second.first == stamp ? &entry->second : nullptr;
+  }
+
   std::mutex m_lock;
-  std::unordered_map<std::string, std::pair<SFileStamp, Value>> m_entries;
+  std::unordered_map<std::string, Stored> m_entries;
 };
 
 CLookupMap<SFileFacts>& MetadataMap() {
@@ -111,20 +113,20 @@ SWalked WalkAndStore(const std::string& fileName, const SFileStamp& stamp) {
   return walked;
 }
 
-// Why a file cannot be walked at all; empty when it can.
-std::string Hindrance(const std::string& fileName, const std::optional<platform::FileStatus>& status) {
+}  // namespace
+
+std::string FileHindrance(const std::string& fileName, const std::optional<platform::FileStatus>& status) {
   if (!status) return SystemErrorText();
   if (status->bDirectory) return "this is a folder, a recording file is needed";
+  if (!status->bRegular) return "this is a pipe, socket or device, a recording file is needed";
   if (status->nSize == 0) return "the file is empty";
   return platform::IsReadable(fileName) ? std::string() : SystemErrorText();
 }
 
-}  // namespace
-
 SFileFacts LookupMetadata(const std::string& fileName) {
   const std::optional<platform::FileStatus> status = platform::GetFileStatus(fileName);
   SFileFacts unknown;
-  unknown.strError = Hindrance(fileName, status);
+  unknown.strError = FileHindrance(fileName, status);
   if (!unknown.strError.empty()) return unknown;
   const SFileStamp stamp(*status);
   std::optional<SFileFacts> facts = MetadataMap().Find(fileName, stamp);
@@ -133,10 +135,15 @@ SFileFacts LookupMetadata(const std::string& fileName) {
 
 std::int64_t LookupDataSize(const std::string& fileName) {
   const std::optional<platform::FileStatus> status = platform::GetFileStatus(fileName);
-  if (!Hindrance(fileName, status).empty()) return 0;
+  if (!FileHindrance(fileName, status).empty()) return 0;
   const SFileStamp stamp(*status);
   const std::optional<std::int64_t> dataBytes = DataSizeMap().Find(fileName, stamp);
   return dataBytes ? *dataBytes : WalkAndStore(fileName, stamp).nDataBytes;
+}
+
+bool IsMetadataKnown(const std::string& fileName) {
+  const std::optional<platform::FileStatus> status = platform::GetFileStatus(fileName);
+  return status && MetadataMap().Has(fileName, SFileStamp(*status));
 }
 
 SLookupStatistics LookupCacheStatistics() {

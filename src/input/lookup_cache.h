@@ -6,10 +6,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "input/recording_source_info.h"
 #include "recording/wave_format.h"
+#include "support/platform.h"
 
 namespace carvello {
 
@@ -29,6 +31,11 @@ struct SFileFacts {
 // from then on.
 SFileFacts LookupMetadata(const std::string& fileName);
 std::int64_t LookupDataSize(const std::string& fileName);  // 0 for a file that is no recording
+// Whether LookupMetadata would answer without a walk. No lookup: nothing is counted or traced.
+bool IsMetadataKnown(const std::string& fileName);
+
+// Why a file of this status, taken just now, cannot be walked at all; empty when it can.
+std::string FileHindrance(const std::string& fileName, const std::optional<platform::FileStatus>& status);
 
 struct SLookupStatistics {
   std::uint64_t nHits = 0;

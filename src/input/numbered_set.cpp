@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "input/format_chunk.h"
+#include "input/member_memory.h"
 #include "input/source_recognition.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -20,13 +21,6 @@ namespace {
 constexpr std::uint32_t kUsualBits = 16;
 constexpr std::int64_t kMaxBits = 64;
 constexpr std::int64_t kMax32 = std::numeric_limits<std::uint32_t>::max();
-
-// The size of a file that can be a member; nothing for one that is missing or may not be read.
-std::optional<std::int64_t> MemberSize(const std::string& path) {
-  const std::optional<platform::FileStatus> status = platform::GetFileStatus(path);
-  if (!status || status->bDirectory || !platform::IsReadable(path)) return std::nullopt;
-  return status->nSize;
-}
 
 // Members' names by number, made from the name of the first one.
 class CMemberNames {
@@ -83,7 +77,9 @@ class CNumberedSet {
   std::int64_t DataBytes(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata);
   // The number under the key of the first member's metadata, where it can be one; otherwise `instead`, with a warning
   // that calls it by its name.
-  std::uint32_t Number(const std::string& path, const char* key, std::uint32_t least, std::uint32_t instead);
+  std::uint32_t Number(const std::string& path, const char* key, std::uint32_t instead);
+  // False, with a line, for a start time in the metadata that cannot be. A missing one is 0, with a warning.
+  bool TakeStartTime(const std::string& path);
   void WarnIfUnequal(const std::string& path, const char* key, std::uint32_t told, std::uint32_t format);
   std::string PathOf(const std::string& name) const {
     return m_strSelected.substr(0, m_strSelected.size() - m_strName.size()) + name;
@@ -94,10 +90,11 @@ class CNumberedSet {
 
   const std::string& m_strSelected;
   const std::string m_strName;
-  const SFileFacts& m_selected;
+  const SFileFacts& m_selected;  // or of the member that the selected file was described like
   CRecordingSet& m_set;
   CMyStringArray& m_log;
   std::int64_t m_nPreviousSize = -1;
+  std::string m_strRead;  // the last member that was not just taken for one like its predecessor
 };
 
 bool CNumberedSet::Describe() {
@@ -113,7 +110,9 @@ bool CNumberedSet::Describe() {
   while (names.IsNumbered() && AddNext(names, next)) ++next;
 
   m_set.dDuration = static_cast<double>(m_set.TotalBytes()) / m_set.nBytesPerSecond;
-  m_set.tEnd = m_set.tStart + static_cast<std::int64_t>(m_set.dDuration);
+  const auto milliseconds = static_cast<std::int64_t>(m_set.dDuration * 1000);
+  m_set.tEnd = m_set.tStart + milliseconds / 1000;
+  m_set.nEndMilliseconds = static_cast<std::uint32_t>(milliseconds % 1000);
   const auto isSelected = [&](const SRecordingFile& file) {
     return EqualsNoCaseAscii(platform::NameOf(file.strPath), m_strName);
   };
@@ -142,19 +141,30 @@ bool CNumberedSet::AddFirst(const CMemberNames& names, unsigned& next) {
                     first.strError.empty() ? "no XML metadata" : first.strError.c_str()));
   // The set goes on behind the number of the selected file: from 1 it would run through its files out of order.
   next = names.NumberOf(m_strName).value_or(0) + 1;
-  return DescribeBy(m_strSelected, m_selected);
+  // The facts of a selected file that was never read itself are those of another member, whose times are not its own.
+  const SFileFacts selected = LookupMetadata(m_strSelected);
+  if (selected.bRecording && !selected.strXml.empty()) return DescribeBy(m_strSelected, selected);
+  m_log.Add(Format("[ERROR] %s: %s", m_strSelected.c_str(),
+                   selected.strError.empty() ? "no XML metadata" : selected.strError.c_str()));
+  return false;
 }
 
 bool CNumberedSet::AddNext(const CMemberNames& names, unsigned number) {
   std::string path = PathOf(names.Lower(number));
-  std::optional<std::int64_t> size = MemberSize(path);
-  if (!size && names.IsUpper()) {
+  std::optional<platform::FileStatus> status = platform::GetFileStatus(path);
+  if (!status && names.IsUpper()) {
     path = PathOf(names.Upper(number));
-    size = MemberSize(path);
+    status = platform::GetFileStatus(path);
   }
-  if (!size) return false;
-  if (*size == m_nPreviousSize) {
-    Add(path, *size, m_set.files.back().nDataBytes);
+  if (!status && platform::MeansMissing(platform::LastError())) return false;
+  const std::string hindrance = FileHindrance(path, status);
+  if (!hindrance.empty()) {
+    Warn(path, hindrance + "; the set ends before it");
+    return false;
+  }
+  if (status->nSize == m_nPreviousSize) {
+    RememberMember(path, SFileStamp(*status), m_strRead);
+    Add(path, status->nSize, m_set.files.back().nDataBytes);
     return true;
   }
   const SFileFacts facts = LookupMetadata(path);
@@ -170,11 +180,13 @@ bool CNumberedSet::AddNext(const CMemberNames& names, unsigned number) {
   }
   SMetadataLists metadata;
   ParseMetadataXml(facts.strXml, metadata);
-  Add(path, *size, DataBytes(path, facts, metadata));
+  m_strRead = path;
+  Add(path, status->nSize, DataBytes(path, facts, metadata));
   return true;
 }
 
 bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) {
+  m_strRead = path;
   m_set.format = first.format;
   m_set.bRF64 = first.bRF64;
   m_set.bFloat = IsFloat(first.format);
@@ -182,7 +194,7 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   ParseMetadataXml(first.strXml, m_set.metadata);
 
   const WAVEFORMATEX& format = first.format.Format;
-  m_set.nSampleRate = Number(path, "SampleRate", 1, format.nSamplesPerSec);
+  m_set.nSampleRate = Number(path, "SampleRate", format.nSamplesPerSec);
   if (m_set.nSampleRate == 0) {
     m_log.Add(Format("[ERROR] %s: no sample rate, neither in the XML metadata (attribute SampleRate) nor in the format",
                      path.c_str()));
@@ -190,11 +202,11 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   }
   WarnIfUnequal(path, "SampleRate", m_set.nSampleRate, format.nSamplesPerSec);
   m_set.nBandwidth = m_set.nSampleRate;
-  m_set.nBytesPerSecond = Number(path, "BytesPerSecond", 1, WholeBytesPerSecond(format, m_set.nSampleRate));
+  m_set.nBytesPerSecond = Number(path, "BytesPerSecond", WholeBytesPerSecond(format, m_set.nSampleRate));
   const std::int64_t bits = m_set.metadata.FindNumber("BitsPerSample");
   m_set.nBitsPerSample = bits >= 1 && bits <= kMaxBits ? static_cast<std::uint32_t>(bits) : kUsualBits;
   WarnIfUnequal(path, "BitsPerSample", m_set.nBitsPerSample, format.wBitsPerSample);
-  m_set.tStart = Number(path, "UTCSeconds", 0, 0);
+  if (!TakeStartTime(path)) return false;
   const bool hasCentre = !m_set.metadata.Find("RadioCenterFreq").empty();
   m_set.nRadioCenterFreq = m_set.metadata.FindNumber(hasCentre ? "RadioCenterFreq" : "CenterFrequency");
   if (!hasCentre && m_set.metadata.Find("CenterFrequency").empty()) {
@@ -226,12 +238,25 @@ std::int64_t CNumberedSet::DataBytes(const std::string& path, const SFileFacts& 
   return LookupDataSize(path);
 }
 
-std::uint32_t CNumberedSet::Number(const std::string& path, const char* key, std::uint32_t least,
-                                   std::uint32_t instead) {
+std::uint32_t CNumberedSet::Number(const std::string& path, const char* key, std::uint32_t instead) {
   const std::int64_t number = m_set.metadata.FindNumber(key);
-  if (m_set.metadata.Has(key) && number >= least && number <= kMax32) return static_cast<std::uint32_t>(number);
+  if (number >= 1 && number <= kMax32) return static_cast<std::uint32_t>(number);
   Warn(path, Format("no usable %s in the XML metadata, %u taken", key, instead));
   return instead;
+}
+
+bool CNumberedSet::TakeStartTime(const std::string& path) {
+  const std::string& told = m_set.metadata.Find("UTCSeconds");
+  m_set.tStart = m_set.metadata.FindNumber("UTCSeconds");
+  if (m_set.tStart < 0 || m_set.tStart > kMax32) {
+    m_log.Add(Format("[ERROR] %s: start time UTCSeconds \"%s\" of the XML metadata is no time from 1970 to 2106",
+                     path.c_str(), told.c_str()));
+    return false;
+  }
+  if (told.find_first_of("0123456789") == std::string::npos) {
+    Warn(path, "no usable UTCSeconds in the XML metadata, 0 taken");
+  }
+  return true;
 }
 
 void CNumberedSet::WarnIfUnequal(const std::string& path, const char* key, std::uint32_t told, std::uint32_t format) {

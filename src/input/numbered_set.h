@@ -9,8 +9,9 @@
 
 namespace carvello {
 
-// Describes the set of the selected file, whose facts hold XML metadata, from its first member to the first number that
-// is missing. False when the metadata names no first file or no rate can be had; the log then says so.
+// Describes the set of the selected file from its first member to the first number that is missing. `selected` holds
+// the XML metadata of the file, or of the member that it was described like before. False when the metadata names no
+// first file, its start time cannot be, or no rate can be had; the log then says so.
 bool DescribeNumberedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set,
                          CMyStringArray& log);
 

@@ -1,9 +1,11 @@
 #include "input/recording_set.h"
 
+#include <optional>
 #include <utility>
 
 #include "input/chained_set.h"
 #include "input/lookup_cache.h"
+#include "input/member_memory.h"
 #include "input/numbered_set.h"
 #include "support/text.h"
 
@@ -12,6 +14,17 @@ namespace carvello {
 namespace {
 
 constexpr std::int64_t kMillion = 1'000'000;
+
+// What tells which set the file belongs to: its own facts, or those of the member that it was described like.
+SFileFacts FactsForSet(const std::string& selectedFile) {
+  if (!IsMetadataKnown(selectedFile)) {
+    if (const std::optional<std::string> read = FileReadFor(selectedFile)) {
+      SFileFacts facts = LookupMetadata(*read);
+      if (!facts.strXml.empty()) return facts;
+    }
+  }
+  return LookupMetadata(selectedFile);
+}
 
 }  // namespace
 
@@ -25,7 +38,7 @@ void CRecordingSet::AddFile(SRecordingFile file) {
 
 bool AnalyseRecordingSet(const std::string& selectedFile, CRecordingSet& set, CMyStringArray& log) {
   set = {};
-  const SFileFacts selected = LookupMetadata(selectedFile);
+  const SFileFacts selected = FactsForSet(selectedFile);
   if (!selected.bRecording) {
     log.Add(Format("[ERROR] %s: %s", selectedFile.c_str(), selected.strError.c_str()));
     return false;

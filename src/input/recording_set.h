@@ -25,6 +25,9 @@ struct CRecordingSet {
   std::int64_t nTotalRemainder = 0;
   std::int64_t tStart = 0;  // seconds since 1970 UTC
   std::int64_t tEnd = 0;
+  // What the whole seconds of start and end leave out, where it is known. Shown only; nothing is cut by it.
+  std::uint32_t nStartMilliseconds = 0;
+  std::uint32_t nEndMilliseconds = 0;
   double dDuration = 0.0;             // seconds
   std::int64_t nRadioCenterFreq = 0;  // Hz
   std::uint32_t nSampleRate = 0;      // frames/s

@@ -23,6 +23,7 @@ struct RecordingSourceInfo {
   std::uint32_t nSpare = 0;
   std::int64_t nDataBytes = 0;
   double dDuration = 0.0;  // seconds
+  std::string strNote;     // what metadata the file has that could not be read; empty when there is none
 };
 
 }  // namespace carvello

@@ -4,13 +4,13 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <pugixml.hpp>
 #include <string_view>
 
 #include "input/calendar_time.h"
 #include "input/format_chunk.h"
 #include "input/source_recognition.h"
-#include "support/hresult.h"
 #include "support/text.h"
 
 namespace carvello {
@@ -38,8 +38,10 @@ std::uint32_t Whole32(double number) {
   return number > 0 && number <= std::numeric_limits<std::uint32_t>::max() ? static_cast<std::uint32_t>(number) : 0;
 }
 
-// "2026-11-16T00:44:40.000Z", the fraction cut off.
-std::int64_t SignalTime(const std::string& text) {
+constexpr SYSTEMTIME kNoSignalTime{.wYear = 1899, .wMonth = 12, .wDayOfWeek = 6, .wDay = 30};
+
+// "2026-11-16T00:44:40.000Z", the fraction cut off. Nothing for a text of another form.
+std::optional<SDateFields> SignalTime(const std::string& text) {
   std::string clean = Trim(ReplaceAll(ReplaceAll(text, "T", " "), "Z", " "));
   clean.resize(std::min(clean.size(), clean.rfind('.')));
   SDateFields date;
@@ -55,11 +57,7 @@ std::int64_t SignalTime(const std::string& text) {
   const bool read =
       next(date.nYear, "-") && next(date.nMonth, "-") && next(date.nDay, " ") &&
       (at == end || (next(date.nHour, ":") && next(date.nMinute, ":") && (at == end || next(date.nSecond, ""))));
-  if (!read || at != end) {
-    ThrowHResult(kInvalidArgument,
-                 Format("%s \"%s\" is no time such as 2026-11-16T00:44:40.000Z", kWhere, text.c_str()));
-  }
-  return UtcCalendarTime(date, kWhere);
+  return read && at == end ? std::optional(date) : std::nullopt;
 }
 
 }  // namespace
@@ -87,10 +85,19 @@ bool RecogniseSignalInfo(const std::string& meta, std::int64_t dataBytes, const 
   found.nBandwidth = Whole32(bandwidth);
   found.nDataBytes = dataBytes;
   found.dDuration = static_cast<double>(dataBytes) / bytesPerSecond;
-  found.start = UtcSystemTime(SignalTime(ElementText(root, "signaltime")), kWhere);
+  if (const std::optional<SDateFields> date = SignalTime(ElementText(root, "signaltime"))) {
+    found.start = UtcSystemTime(UtcCalendarTime(*date, kWhere), kWhere);
+  } else {
+    found.start = kNoSignalTime;
+    found.strNote = std::string(kWhere) + " is no time such as 2026-11-16T00:44:40.000Z, 1970-01-01 taken";
+  }
   found.stop = AddSeconds(found.start, std::floor(found.dDuration + 0.5));
   source = found;
   return true;
+}
+
+bool IsNoSignalTime(const SYSTEMTIME& start) {
+  return start.wYear == kNoSignalTime.wYear && start.wMonth == kNoSignalTime.wMonth && start.wDay == kNoSignalTime.wDay;
 }
 
 }  // namespace carvello

@@ -60,7 +60,10 @@ bool RecogniseAuxi(const std::string& fileName, std::string_view auxi, bool elad
   RecordingSourceInfo found;
   found.format = format.Format;
   found.nDataBytes = dataBytes;
-  if (!ReadAuxiBlock(auxi, elad, found) && !ReadFileName(fileName, found)) return false;
+  if (!ReadAuxiBlock(auxi, elad, found)) {
+    if (!ReadFileName(fileName, found)) return false;
+    if (!auxi.empty()) found.strNote = Format("its auxi chunk of %zu bytes is of no known program", auxi.size());
+  }
 
   // Whatever stop time was reckoned with, the record's duration is by the format's own bytes per second.
   const double bytesPerSecond =

@@ -179,6 +179,65 @@ TEST_F(ChainedSet, AFileCutShortEndsWithItsSamples) {
   EXPECT_EQ(m_set.TotalBytes(), 40'000);
 }
 
+// Bytes per second of 1 in the format must not make one second out of 4000.
+TEST_F(ChainedSet, AWrongBytesPerSecondFieldDoesNotChangeWhereSamplesEnd) {
+  std::string format = FormatBody();
+  format.replace(8, 4, Le32(1));
+  const auto write = [&](const std::string& name, const std::string& auxi, std::uint32_t claimed) {
+    Write(name,
+          Riff(Chunk("fmt ", format) + Chunk("auxi", auxi) + ChunkHeader("data", claimed) + std::string(40'000, 'x')));
+  };
+  write("no stop.wav", ShortAuxiBody({}), 40'000);
+  ASSERT_TRUE(Analyse("no stop.wav"));
+  EXPECT_EQ(m_set.tEnd, kNoon + 10);
+  write("cut short.wav", AuxiBody(164, {.stop = {.nHour = 13}}), 14'400'000);
+  ASSERT_TRUE(Analyse("cut short.wav"));
+  EXPECT_EQ(m_set.tEnd, kNoon + 10);
+  EXPECT_EQ(m_set.nBytesPerSecond, 1u);  // as the format tells it
+}
+
+TEST_F(ChainedSet, MillisecondsOfStartAndEndAreKeptForShowing) {
+  const SAuxi first{.start = {.nMilliseconds = 250}, .stop = {.nMinute = 1, .nMilliseconds = 500}};
+  const SAuxi second{.start = {.nMinute = 1, .nMilliseconds = 750}, .stop = {.nMinute = 2, .nMilliseconds = 875}};
+  Write("a.wav", SecondsOfWave(60, Chunk("auxi", AuxiBody(164, first))));
+  Write("b.wav", SecondsOfWave(60, Chunk("auxi", AuxiBody(164, second))));
+  ASSERT_TRUE(Analyse("b.wav"));
+  EXPECT_EQ(m_set.tStart, kNoon);
+  EXPECT_EQ(m_set.nStartMilliseconds, 250u);
+  EXPECT_EQ(m_set.tEnd, kNoon + 120);
+  EXPECT_EQ(m_set.nEndMilliseconds, 875u);
+  EXPECT_DOUBLE_EQ(m_set.dDuration, 120.0);
+}
+
+TEST_F(ChainedSet, AnEndReckonedFromTheSamplesHasTheirFraction) {
+  Write("a.wav", SecondsOfWave(2.75, Chunk("auxi", ShortAuxiBody({.start = {.nMilliseconds = 500}}))));
+  ASSERT_TRUE(Analyse("a.wav"));
+  EXPECT_EQ(m_set.tEnd, kNoon + 3);
+  EXPECT_EQ(m_set.nEndMilliseconds, 250u);
+}
+
+TEST_F(ChainedSet, ASignalTimeThatIsNoTimeLeavesTheRestReadable) {
+  const std::string path = Write("a.wav", SecondsOfWave(60, Chunk("meta", SignalInfoBody("complex", "yesterday"))));
+  ASSERT_TRUE(Analyse("a.wav")) << Joined(m_log);
+  EXPECT_EQ(m_set.strSourceName, "go2MONITOR");
+  EXPECT_EQ(m_set.nRadioCenterFreq, 7'050'000);
+  EXPECT_EQ(m_set.tStart, 0);
+  EXPECT_EQ(m_set.tEnd, 60);
+  EXPECT_TRUE(HasLine(m_log, "[WARNING] " + path +
+                                 ": signaltime of the meta chunk is no time such as 2026-11-16T00:44:40.000Z, "
+                                 "1970-01-01 taken"))
+      << Joined(m_log);
+}
+
+// Of two files that could both go on, the one that begins earlier does, however much closer the other one is.
+TEST_F(ChainedSet, TheFirstThatFitsGoesOn) {
+  WriteWinrad("a.wav", 0, 60);
+  WriteWinrad("later.wav", 60, 120);
+  WriteWinrad("overlapping.wav", 56, 110);
+  ASSERT_TRUE(Analyse("a.wav"));
+  EXPECT_EQ(Names(), (FileNames{"a.wav", "overlapping.wav"}));
+}
+
 TEST_F(ChainedSet, PerseusFilesShowTheReceiversBandwidth) {
   Write("p.wav", SecondsOfWave(60, Chunk("rcvr", RcvrBody(7'050'000, 5, kNoon))));
   ASSERT_TRUE(Analyse("p.wav"));
@@ -215,51 +274,6 @@ TEST_F(ChainedSet, EveryFamilyIsDescribed) {
     EXPECT_EQ(m_set.strSourceName, source);
     EXPECT_EQ(m_set.nRadioCenterFreq, 7'050'000) << source;
   }
-}
-
-TEST_F(ChainedSet, FilesThatBelongToNobodyDoNotDisturb) {
-  WriteWinrad("a.wav", 0, 60);
-  WriteWinrad("c.wav", 60, 120);
-  Write("b empty.wav", "");
-  Write("b text.wav", "Not a recording.");
-  Write("b auxi.wav", SecondsOfWave(60, Chunk("auxi", std::string(100, 'x'))));
-  Write("b cut.wav", PlainWave(8).substr(0, 30));
-  WriteWinrad("b xml.wav", 60, 120);
-  Write("b xml.wav", SecondsOfWave(60, XmlChunk("FirstFile=\"b xml.wav\"")));
-  MakeFolder("b folder.wav");
-  std::error_code ignored;
-  std::filesystem::create_symlink(m_folder / "b loop 2.wav", m_folder / "b loop 1.wav", ignored);
-  std::filesystem::create_symlink(m_folder / "b loop 1.wav", m_folder / "b loop 2.wav", ignored);
-  ASSERT_TRUE(Analyse("c.wav"));
-  EXPECT_EQ(Names(), (FileNames{"a.wav", "c.wav"}));
-  EXPECT_TRUE(m_log.IsEmpty()) << Joined(m_log);
-}
-
-TEST_F(ChainedSet, ImpossibleDatesOfTheSelectedFileAreNamed) {
-  const auto expect = [&](const std::string& name, const SAuxi& auxi, const std::string& reason) {
-    Write(name, SecondsOfWave(60, Chunk("auxi", AuxiBody(164, auxi))));
-    EXPECT_FALSE(Analyse(name));
-    EXPECT_EQ(Error(), "[ERROR] " + Path(name) + ": " + reason);
-  };
-  expect("month.wav", {.start = {.nMonth = 13}}, "start time 2023-13-15 12:00:00 cannot be");
-  expect("year.wav", {.start = {.nYear = 1955}}, "start time 1955-04-15 12:00:00 cannot be");
-  expect("day.wav", {.start = {.nMonth = 2, .nDay = 30}}, "start time 2023-02-30 12:00:00 cannot be");
-  expect("stop.wav", {.stop = {.nHour = 25}}, "stop time 2023-04-15 25:00:00 cannot be");
-  const std::string name = "sdrsharp_20231315_120000z_7050000hz_iq.wav";
-  Write(name, SecondsOfWave(60));
-  EXPECT_FALSE(Analyse(name));
-  EXPECT_EQ(Error().find("[ERROR] " + Path(name) + ": start time in the file's name 2023-13-15 12:00:00"), 0u);
-}
-
-TEST_F(ChainedSet, ANeighbourWithAnImpossibleDateIsLeftOutWithALine) {
-  WriteWinrad("a.wav", 0, 60);
-  Write("b.wav", SecondsOfWave(60, Chunk("auxi", AuxiBody(164, {.start = {.nMonth = 13}, .stop = {.nMinute = 2}}))));
-  Write("sdrsharp_20230230_120000z_7050000hz_iq.wav", SecondsOfWave(60));
-  ASSERT_TRUE(Analyse("a.wav"));
-  EXPECT_EQ(Names(), (FileNames{"a.wav"}));
-  EXPECT_TRUE(
-      HasLine(m_log, "[WARNING] " + Path("b.wav") + ": start time 2023-13-15 12:00:00 cannot be; left out of the set"));
-  EXPECT_EQ(CountLines(m_log, "is a day that does not exist"), 1);
 }
 
 TEST_F(ChainedSet, AFileOfNoKnownProgramIsNamed) {

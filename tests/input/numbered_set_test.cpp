@@ -8,6 +8,7 @@
 #include "input/lookup_cache.h"
 #include "input/recording_set.h"
 #include "support/platform.h"
+#include "support/text.h"
 #include "support/version.h"
 
 namespace carvello::test {
@@ -202,6 +203,71 @@ TEST_F(NumberedSet, SelectingAnotherMemberOfASetAlreadySeenWalksNothing) {
   EXPECT_EQ(LookupCacheStatistics().nWalks, before);
 }
 
+// Members that are not read because of their size are known by the member before them.
+TEST_F(NumberedSet, SelectingAMemberOfEqualSizeOfASetAlreadySeenWalksNothing) {
+  for (const char* name : {"rec 000.wav", "rec 001.wav", "rec 002.wav"}) WriteMember(name, "rec 000.wav", 4000);
+  WriteMember("rec 003.wav", "rec 000.wav", 8000);
+  WriteMember("rec 004.wav", "rec 000.wav", 8000);
+  ASSERT_TRUE(Analyse("rec 000.wav"));
+  const std::uint64_t before = LookupCacheStatistics().nWalks;
+  for (const char* name : {"rec 001.wav", "rec 002.wav", "rec 003.wav", "rec 004.wav", "rec 000.wav"}) {
+    ASSERT_TRUE(Analyse(name)) << name;
+    EXPECT_EQ(m_set.files.size(), 5u) << name;
+    EXPECT_EQ(Names().front(), "rec 000.wav") << name;
+    EXPECT_EQ(m_set.TotalBytes(), 28'000) << name;
+    EXPECT_EQ(m_set.tEnd, 1'795'262'407) << name;
+  }
+  EXPECT_EQ(LookupCacheStatistics().nWalks, before);
+  EXPECT_TRUE(m_log.IsEmpty()) << Joined(m_log);
+}
+
+TEST_F(NumberedSet, AMemberThatChangedSinceTheSetWasSeenIsRead) {
+  for (const char* name : {"rec 000.wav", "rec 001.wav", "rec 002.wav"}) WriteMember(name, "rec 000.wav", 4000);
+  ASSERT_TRUE(Analyse("rec 000.wav"));
+  WriteMember("rec 002.wav", "rec 000.wav", 8000);
+  const std::uint64_t before = LookupCacheStatistics().nWalks;
+  ASSERT_TRUE(Analyse("rec 002.wav"));
+  EXPECT_EQ(m_set.TotalBytes(), 16'000);
+  EXPECT_EQ(LookupCacheStatistics().nWalks - before, 1u);
+  const std::filesystem::path second = m_folder / "rec 001.wav";
+  std::filesystem::last_write_time(second, std::filesystem::last_write_time(second) - std::chrono::hours(1));
+  ASSERT_TRUE(Analyse("rec 001.wav"));
+  EXPECT_EQ(m_set.files.size(), 3u);
+  EXPECT_EQ(LookupCacheStatistics().nWalks - before, 2u);
+}
+
+TEST_F(NumberedSet, AMemberThatIsNewOrGoneSinceTheSetWasSeenCounts) {
+  for (const char* name : {"rec 000.wav", "rec 001.wav", "rec 002.wav"}) WriteMember(name, "rec 000.wav", 4000);
+  ASSERT_TRUE(Analyse("rec 000.wav"));
+  WriteMember("rec 003.wav", "rec 000.wav", 4000);
+  ASSERT_TRUE(Analyse("rec 001.wav"));
+  EXPECT_EQ(m_set.files.size(), 4u);
+  Remove("rec 002.wav");
+  ASSERT_TRUE(Analyse("rec 001.wav"));
+  EXPECT_EQ(m_set.files.size(), 2u);
+  EXPECT_FALSE(Analyse("rec 002.wav"));
+}
+
+TEST_F(NumberedSet, AMemberThatStandsInForTheFirstFileOfASetAlreadySeenHasItsOwnTimes) {
+  WriteMember("rec 000.wav", "rec 000.wav", 4000);
+  // An attribute that comes twice would count once; this text is as long as the others, so the sizes are equal.
+  Write("rec 001.wav", PlainWave(4000, XmlChunk(ReplaceAll(Attributes("rec 000.wav"), "1795262400", "1795262401"))));
+  ASSERT_TRUE(Analyse("rec 000.wav"));
+  ASSERT_EQ(m_set.files.size(), 2u);
+  ASSERT_TRUE(Analyse("rec 001.wav"));
+  EXPECT_EQ(m_set.tStart, 1'795'262'400);
+  Remove("rec 000.wav");
+  ASSERT_TRUE(Analyse("rec 001.wav"));
+  EXPECT_EQ(m_set.tStart, 1'795'262'401);
+}
+
+TEST_F(NumberedSet, TheFractionOfTheEndIsKeptForShowing) {
+  WriteMember("rec.wav", "rec.wav", 4000 + 4 * 250);
+  ASSERT_TRUE(Analyse("rec.wav"));
+  EXPECT_EQ(m_set.tEnd, 1'795'262'401);
+  EXPECT_EQ(m_set.nEndMilliseconds, 250u);
+}
+
 TEST_F(NumberedSet, AMissingBitsPerSampleMeans16) {
   Write("rec.wav", PlainWave(4000, XmlChunk("SampleRate=\"1000\" BytesPerSecond=\"4000\" UTCSeconds=\"1\" "
                                             "RadioCenterFreq=\"5\" FirstFile=\"rec.wav\"")));
@@ -258,7 +324,7 @@ TEST_F(NumberedSet, MissingNumbersComeFromTheFormatAndAreTold) {
 
 TEST_F(NumberedSet, NumbersThatCannotBeAreTreatedAsMissing) {
   Write("rec.wav", PlainWave(8000, XmlChunk("FirstFile=\"rec.wav\" SampleRate=\"-5\" BytesPerSecond=\"0\" "
-                                            "UTCSeconds=\"9223372036854775807\" BitsPerSample=\"x\" "
+                                            "UTCSeconds=\"x\" BitsPerSample=\"x\" "
                                             "RadioCenterFreq=\"1\" SizeInBytes=\"9999999\"")));
   ASSERT_TRUE(Analyse("rec.wav"));
   EXPECT_EQ(m_set.nSampleRate, 1000u);
@@ -336,6 +402,8 @@ TEST_F(NumberedSet, AMemberThatIsAFolderEndsTheSet) {
   MakeFolder("rec 001.wav");
   ASSERT_TRUE(Analyse("rec 000.wav"));
   EXPECT_EQ(Names(), (test::Names{"rec 000.wav"}));
+  EXPECT_TRUE(HasLine(m_log, "[WARNING] " + Path("rec 001.wav") +
+                                 ": this is a folder, a recording file is needed; the set ends before it"));
 }
 
 TEST_F(NumberedSet, AMemberOfAnotherFormatEndsTheSet) {

@@ -1,6 +1,8 @@
 // Names that only POSIX file systems allow.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <filesystem>
 #include <string>
 
 #include "input/input_fixture.h"
@@ -33,6 +35,25 @@ TEST_F(PosixNames, ASetWithAColonInItsNameIsFoundByItsWholeName) {
 
 TEST_F(PosixNames, ASetWithAColonInItsNameIsFoundByWhatStandsBehindIt) {
   ExpectSetOfTwo("00 000.wav");
+}
+
+TEST_F(PosixNames, APipeIsNamedAsOneAndNotWaitedFor) {
+  ASSERT_EQ(mkfifo(Path("pipe.wav").c_str(), 0600), 0);
+  CRecordingSet set;
+  CMyStringArray log;
+  EXPECT_FALSE(AnalyseRecordingSet(Path("pipe.wav"), set, log));
+  EXPECT_EQ(Joined(log),
+            "[ERROR] " + Path("pipe.wav") + ": this is a pipe, socket or device, a recording file is needed\n");
+}
+
+TEST_F(PosixNames, AMemberThatIsALoopOfLinksEndsTheSetWithALine) {
+  Write("rec 000.wav", PlainWave(4000, XmlChunk("SampleRate=\"1000\" FirstFile=\"rec 000.wav\"")));
+  std::filesystem::create_symlink("rec 001.wav", m_folder / "rec 001.wav");
+  CRecordingSet set;
+  CMyStringArray log;
+  ASSERT_TRUE(AnalyseRecordingSet(Path("rec 000.wav"), set, log));
+  EXPECT_EQ(set.files.size(), 1u);
+  EXPECT_EQ(CountLines(log, "[WARNING] " + Path("rec 001.wav") + ": "), 1) << Joined(log);
 }
 
 }  // namespace

@@ -251,9 +251,23 @@ TEST_F(SourceRecognition, SignalTimesOfLessPrecisionAreRead) {
   EXPECT_EQ(start("2026-11-16"), "2026-11-16 00:00:00");
 }
 
-TEST_F(SourceRecognition, SignalTimesThatAreNoDateAreRefused) {
-  for (const char* text : {"", "yesterday", "2026-11", "2026-13-16T00:44:40Z", "2026-02-30T00:44:40Z",
-                           "1955-11-16T00:44:40Z", "2026-11-16T00:44:40+01:00", "2026-11-16T24:00:00Z"}) {
+TEST_F(SourceRecognition, ASignalTimeThatIsNoDateAtAllIsDateZero) {
+  for (const char* text : {"", "yesterday", "2026-11", "2026-11-16T00:44:40+01:00"}) {
+    const RecordingSourceInfo& source =
+        Recognise("a.wav", SecondsOfWave(5, Chunk("meta", SignalInfoBody("complex", text))));
+    EXPECT_EQ(source.strSourceName, "go2MONITOR") << text;
+    EXPECT_EQ(source.nCentreFrequency, 7'050'000) << text;
+    EXPECT_DOUBLE_EQ(source.dDuration, 5.0) << text;
+    EXPECT_EQ(Start(source), "1899-12-30 00:00:00") << text;
+    EXPECT_EQ(Stop(source), "1899-12-30 00:00:05") << text;
+    EXPECT_EQ(source.strNote.find("signaltime of the meta chunk is no time"), 0u) << text;
+    EXPECT_EQ(m_result.strError, "") << text;
+  }
+}
+
+TEST_F(SourceRecognition, SignalTimesThatCannotBeAreRefused) {
+  for (const char* text :
+       {"2026-13-16T00:44:40Z", "2026-02-30T00:44:40Z", "1955-11-16T00:44:40Z", "2026-11-16T24:00:00Z"}) {
     const std::string refusal = Refusal("a.wav", SecondsOfWave(5, Chunk("meta", SignalInfoBody("complex", text))));
     EXPECT_EQ(refusal.find("signaltime of the meta chunk "), 0u) << text << ": " << refusal;
   }
