@@ -1,8 +1,14 @@
 // CMyMFCMaskedEdit: a field for a frequency. Digits have fixed places between fixed points, "_____.___.___" when empty.
+//
+// Typing overwrites, Backspace and Delete empty a place, the arrow keys step over the points, and a typed point or
+// comma goes on to the next group. The MHz group is kept at its right end: digits typed into it while the kHz are
+// empty, or after some of it was erased, move the others to the left, as on a calculator. Pasting replaces the whole
+// frequency.
 #pragma once
 
 #include <QLineEdit>
 #include <cstdint>
+#include <string>
 
 namespace carvello {
 
@@ -24,17 +30,26 @@ class CMyMFCMaskedEdit : public QLineEdit {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void inputMethodEvent(QInputMethodEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void TypeCharacter(QChar character);
-  void Erase(bool bBackwards);
+  // What the field shows, always in its shape.
+  std::string Shape() const;
+  void Show(const std::string& shape, int caret);
+  void Type(QChar character);
+  void TypeDigit(char digit);
+  void EraseSelection();
+  void EraseRange(int from, int to, bool bForward);
+  void EraseNext(bool bForward);
+  void GoTo(int caret, bool bMark);
   void Step(bool bForward, bool bMark);
-  void CopyFrequency() const;
+  void Copy() const;
   void Paste(const QString& text);
-  void ShowText(const std::string& text, int caret);
+
+  bool m_bGrowing = false;  // the next digit at the end of the MHz group moves the others to the left
 };
 
 }  // namespace carvello
