@@ -1,8 +1,12 @@
-// CCarvelloApp: starts the tool. Prepares the look of the user interface, loads the downconverter library, runs the
-// main dialog, and releases the library when it has closed.
+// CCarvelloApp: starts the tool. Prepares the user interface, loads the downconverter library, runs the main dialog,
+// and releases the library when it has closed.
 #pragma once
 
 #include <QApplication>
+#include <memory>
+#include <string>
+
+#include "dsp/dsp_binding.h"
 
 namespace carvello {
 
@@ -11,6 +15,17 @@ class CCarvelloApp : public QApplication {
 
  public:
   CCarvelloApp(int& argc, char** argv);
+  ~CCarvelloApp() override;
+
+  // Runs the dialog until it is closed; the exit code of the process. `library` is the path of the downconverter
+  // library: when it is missing or incomplete, that is told and the tool ends.
+  int Run(const std::string& input, const std::string& library = DspLibraryPath());
+
+ private:
+  bool InitInstance(const std::string& library);
+  void ExitInstance();
+
+  std::unique_ptr<DspBinding> m_pDsp;
 };
 
 }  // namespace carvello

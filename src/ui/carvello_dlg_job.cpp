@@ -1,0 +1,49 @@
+// The main dialog's job, log and progress.
+#include "support/text.h"
+#include "ui/carvello_dlg.h"
+#include "ui/file_manager.h"
+#include "ui/log_file.h"
+#include "ui/message_boxes.h"
+#include "ui_carvello_dlg.h"
+
+namespace carvello {
+
+namespace {
+constexpr int kProgressRange = 1000;
+}
+
+void CCarvelloDlg::Start() {
+  m_job.Start(m_input.recording);
+}
+
+void CCarvelloDlg::ClearLog() {
+  m_ui->IDC_1022->Clear();
+}
+
+void CCarvelloDlg::WriteReadyLines() {
+  m_ui->IDC_1022->AddLine("Ready");
+  m_ui->IDC_1022->AddLine(Format("Processors: %d, max threads: %d", static_cast<int>(m_job.Processors()),
+                                 static_cast<int>(m_job.MaxEntries())));
+}
+
+void CCarvelloDlg::ShowProgress(std::uint64_t total, std::uint64_t done) {
+  if (total == 0) return;
+  const double part = static_cast<double>(done) / static_cast<double>(total);
+  const int position = static_cast<int>(part * kProgressRange);
+  m_ui->IDC_1020->setValue(position);
+  m_ui->IDC_1021->setText(QString::fromStdString(Format("%.2f%%", part * 100.0)));
+  m_ui->IDC_1021->show();
+  m_taskbar.Update(static_cast<std::uint64_t>(position), done, total);
+}
+
+void CCarvelloDlg::ViewLogAsText() {
+  std::string error;
+  if (!WriteTextFile(LogFilePath(), m_ui->IDC_1022->Lines(), error)) {
+    ShowMessageBox(this,
+                   {"Open File", Format("%s: %s", LogFilePath().c_str(), error.c_str()), EButtons::Ok, EIcon::Stop});
+    return;
+  }
+  OpenOrTell(this, LogFilePath(), "Open File", "open");
+}
+
+}  // namespace carvello

@@ -1,0 +1,16 @@
+// Showing files in the desktop's file manager.
+#pragma once
+
+#include <string>
+
+class QWidget;
+
+namespace carvello {
+
+// Opens the folder of the file with the file selected, or, where the file manager cannot do that, just the folder.
+void ShowFileInFolder(QWidget* pParent, const std::string& path);
+
+// Opens the file ("open") or folder ("explore") with the desktop's own program. A failure is told in a message box.
+bool OpenOrTell(QWidget* pParent, const std::string& path, const std::string& caption, const std::string& verb);
+
+}  // namespace carvello
