@@ -67,6 +67,24 @@ bool EndsBeforeItStarts(const SEntryFields& fields) {
   return fields.endMode == EEndMode::At && fields.tPickedEnd <= fields.tPickedStart;
 }
 
+std::int64_t BytesOfFrame(const CRecordingSet& recording) {
+  const std::uint32_t told = recording.format.Format.wBitsPerSample;
+  const std::uint32_t bits = told > 0 ? told : recording.nBitsPerSample;
+  return std::max<std::int64_t>(2 * (bits / 8), 1);
+}
+
+// Files that are chained by time may leave gaps, so the recording's end can lie behind its last sample.
+std::string StartBehindSamples(const SEntryFields& fields, const CRecordingSet& recording) {
+  const std::int64_t frames = recording.TotalBytes() / BytesOfFrame(recording);
+  const std::int64_t rate = std::max<std::int64_t>(recording.nSampleRate, 1);
+  const std::int64_t seconds = (frames + rate - 1) / rate;
+  if (fields.startMode != EStartMode::At || fields.tPickedStart - recording.tStart < seconds) return {};
+  return Format(
+      "Start Time: The start time lies behind the last sample: the times of the files leave gaps, but their samples "
+      "follow each other as one stream.\nAccepted: a start before +%lld",
+      static_cast<long long>(seconds));
+}
+
 std::optional<SEntryProblem> AddToList(const SEntrySpec& spec, SEntryFields fields, CEntryList& list) {
   if (!spec.range) {
     fields.nFrequency = *spec.frequency;
@@ -104,11 +122,19 @@ void WarnOtherRate(const OutputEntry& entry, SPlanNotes& notes) {
              entry.strTitle.c_str(), FormatFrequency(rate).c_str()));
 }
 
+void WarnShorter(const OutputEntry& entry, const CRecordingSet& recording, SPlanNotes& notes) {
+  const std::int64_t left = recording.TotalBytes() / BytesOfFrame(recording) - entry.nStartSample;
+  if (entry.nTotalSamples <= left) return;
+  notes.surprises.push_back(Format("%s: the samples of the recording end %.1f seconds before the entry does",
+                                   entry.strTitle.c_str(),
+                                   static_cast<double>(entry.nTotalSamples - left) / recording.nSampleRate));
+}
+
 // A job that begins exactly where a later file begins starts late by the length of the files before it.
 void WarnFileBoundary(const CEntryList& list, const CRecordingSet& recording, SPlanNotes& notes) {
   std::int64_t first = std::numeric_limits<std::int64_t>::max();
   for (const OutputEntry* entry : list.Pointers()) first = std::min(first, entry->nStartSample);
-  const std::int64_t frameBytes = std::max<std::int64_t>(2 * (recording.nBitsPerSample / 8), 1);
+  const std::int64_t frameBytes = BytesOfFrame(recording);
   std::int64_t boundary = 0;
   for (const SRecordingFile& file : recording.files) {
     if (boundary > 0 && boundary == first) {
@@ -144,6 +170,11 @@ bool BuildEntryList(const SCutRequest& request, bool bUtc, const CRecordingSet& 
                      AcceptedTimes(recording).c_str());
       return false;
     }
+    const std::string behind = StartBehindSamples(fields, recording);
+    if (!behind.empty()) {
+      error = spec.strLabel + ": " + behind;
+      return false;
+    }
   }
   const std::size_t asked = list.Size();
   list.Rebuild();
@@ -151,6 +182,7 @@ bool BuildEntryList(const SCutRequest& request, bool bUtc, const CRecordingSet& 
   for (const OutputEntry* entry : list.Pointers()) {
     WarnOutsideBand(*entry, recording, notes);
     WarnOtherRate(*entry, notes);
+    WarnShorter(*entry, recording, notes);
   }
   WarnFileBoundary(list, recording, notes);
   return true;

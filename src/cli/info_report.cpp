@@ -47,6 +47,7 @@ std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts) {
   Json object;
   object["source"] = recording.strSourceName;
   object["files"] = std::move(files);
+  object["fileCount"] = recording.files.size();
   object["dataBytes"] = std::move(dataBytes);
   object["totalBytes"] = recording.TotalBytes();
   object["sampleRate"] = recording.nSampleRate;
@@ -56,6 +57,8 @@ std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts) {
   object["sampleFormat"] = recording.bFloat ? "float" : "pcm";
   object["startUtc"] = recording.tStart;
   object["endUtc"] = recording.tEnd;
+  object["startMilliseconds"] = recording.nStartMilliseconds;
+  object["endMilliseconds"] = recording.nEndMilliseconds;
   object["seconds"] = recording.dDuration;
   object["rf64"] = recording.bRF64;
   object["infoTexts"] = {{"IPRD", texts.strIPRD},
@@ -75,10 +78,11 @@ std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts) {
   rows.push_back({"Bandwidth", FormatFrequency(recording.nBandwidth)});
   rows.push_back({"Samples", Format("%u bit %s, %s", recording.nBitsPerSample, recording.bFloat ? "float" : "PCM",
                                     recording.bRF64 ? "RF64" : "WAV")});
-  rows.push_back({"Start", FormatIsoTime(recording.tStart)});
-  rows.push_back({"End", FormatIsoTime(recording.tEnd)});
+  rows.push_back({"Start", FormatIsoTime(recording.tStart, recording.nStartMilliseconds)});
+  rows.push_back({"End", FormatIsoTime(recording.tEnd, recording.nEndMilliseconds)});
   rows.push_back({"Duration", FormatDuration(recording.dDuration)});
   rows.push_back({"Size", FormatBytes(static_cast<double>(recording.TotalBytes()))});
+  rows.push_back({"Total files", Format("%zu", recording.files.size())});
   AddInfoTexts(texts, rows);
   for (std::size_t i = 0; i < recording.files.size(); ++i) {
     rows.push_back(

@@ -9,8 +9,9 @@
 
 namespace carvello {
 
-std::string FormatIsoTime(std::int64_t seconds) {
-  return FormatUtc("%Y-%m-%dT%H:%M:%SZ", seconds);
+std::string FormatIsoTime(std::int64_t seconds, std::uint32_t milliseconds) {
+  const std::string fraction = milliseconds > 0 ? Format(".%03u", milliseconds) : std::string();
+  return FormatUtc("%Y-%m-%dT%H:%M:%S", seconds) + fraction + "Z";
 }
 
 std::string FormatBytes(double bytes) {

@@ -8,8 +8,9 @@
 
 namespace carvello {
 
-// "2026-11-21T12:00:00Z". Raises the invalid-argument error for a value that has no calendar date.
-std::string FormatIsoTime(std::int64_t seconds);
+// "2026-11-21T12:00:00Z", or "2026-11-21T12:00:00.250Z" with milliseconds. Raises the invalid-argument error for a
+// value that has no calendar date.
+std::string FormatIsoTime(std::int64_t seconds, std::uint32_t milliseconds = 0);
 // "512 B", "1.5 kB", "80.0 MB", "1.25 GB": units of 1000.
 std::string FormatBytes(double bytes);
 // "H:MM:SS", "M:SS" below an hour.

@@ -12,6 +12,7 @@ namespace carvello {
 std::string OpenProblem(const std::string& path) {
   const std::optional<platform::FileStatus> status = platform::GetFileStatus(path);
   if (status && status->bDirectory) return "is a folder. Accepted: a file of the recording";
+  if (status && !status->bRegular) return "is a pipe, socket or device. Accepted: a file of the recording";
   if (status && platform::IsReadable(path)) return {};
   return SystemErrorText();
 }

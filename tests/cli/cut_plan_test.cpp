@@ -16,6 +16,7 @@ constexpr std::int64_t kStart = 1'795'262'400;  // 2026-11-21T12:00:00Z
 CRecordingSet Recording() {
   CRecordingSet recording;
   recording.files = {{"in.wav", 9'600'000'000, 0}};
+  recording.nTotalMillions = 9600;
   recording.tStart = kStart;
   recording.tEnd = kStart + 1200;
   recording.nRadioCenterFreq = 7'100'000;
@@ -169,6 +170,30 @@ TEST_F(CutPlan, WarnsOfAFirstStartWhereALaterFileBegins) {
   Ask("f=7.1M,bw=10k,start=+600");
   Accept();
   EXPECT_THAT(m_notes.surprises, ElementsAre(AllOf(HasSubstr("in 001.wav"), HasSubstr("1200000000 frames late"))));
+}
+
+// Two files of ten minutes each, an hour apart.
+TEST_F(CutPlan, RefusesAStartInTheTimeBehindTheSamplesOfASetWithGaps) {
+  m_recording.files = {{"in 000.wav", 4'800'000'000, 0}, {"in 001.wav", 4'800'000'000, 0}};
+  m_recording.nTotalMillions = 9600;
+  m_recording.tEnd = kStart + 1200 + 3600;
+  m_list.SetRecording(m_recording, SInfoTexts());
+  for (const char* entry : {"f=7.1M,bw=10k,start=+1200", "f=7.1M,bw=10k,start=+4799,end=+4800"}) {
+    EXPECT_THAT(Refusal(entry), AllOf(HasSubstr("behind the last sample"), HasSubstr("a start before +1200")));
+  }
+  m_request.entries.clear();
+  m_list.SetRecording(m_recording, SInfoTexts());
+  Ask("f=7.1M,bw=10k,start=+1199");
+  Accept();
+  EXPECT_THAT(m_notes.surprises, IsEmpty());
+}
+
+TEST_F(CutPlan, WarnsOfAnEntryThatEndsBehindTheSamples) {
+  m_recording.tEnd = kStart + 1300;
+  m_list.SetRecording(m_recording, SInfoTexts());
+  Ask("f=7.1M,bw=10k,start=+1100,end=+1250");
+  Accept();
+  EXPECT_THAT(m_notes.surprises, ElementsAre(AllOf(HasSubstr("BW 10 kHz"), HasSubstr("end 50.0 seconds before"))));
 }
 
 TEST_F(CutPlan, DoesNotWarnWhereAnotherEntryStartsEarlier) {

@@ -19,6 +19,7 @@ CRecordingSet Recording() {
   recording.nTotalRemainder = 800;
   recording.tStart = 1'795'262'400;
   recording.tEnd = 1'795'262'410;
+  recording.nEndMilliseconds = 250;
   recording.dDuration = 10.25;
   recording.nRadioCenterFreq = 7'100'000;
   recording.nSampleRate = 2'000'000;
@@ -38,6 +39,7 @@ TEST(InfoJson, HasTheKeysThatScriptsRelyOn) {
       json::parse(InfoJson(Recording(), kTexts)),
       json({{"source", "Halvarn (V3)"},
             {"files", {"in 000.wav", "in 001.wav"}},
+            {"fileCount", 2},
             {"dataBytes", {800, 5'000'000'000}},
             {"totalBytes", 5'000'000'800},
             {"sampleRate", 2'000'000},
@@ -47,6 +49,8 @@ TEST(InfoJson, HasTheKeysThatScriptsRelyOn) {
             {"sampleFormat", "float"},
             {"startUtc", 1'795'262'400},
             {"endUtc", 1'795'262'410},
+            {"startMilliseconds", 0},
+            {"endMilliseconds", 250},
             {"seconds", 10.25},
             {"rf64", true},
             {"infoTexts",
@@ -66,9 +70,9 @@ TEST(InfoJson, HasAnEmptyObjectWithoutMetadata) {
 
 TEST(InfoText, ShowsTheSameForAPerson) {
   const std::string text = InfoText(Recording(), kTexts);
-  for (const char* part :
-       {"Halvarn (V3)", "7.100 MHz", "2 MHz", "1.800 MHz", "32 bit float, RF64", "2026-11-21T12:00:00Z",
-        "2026-11-21T12:00:10Z", "5.00 GB", "in 000.wav (800 B)", "in 001.wav", "artist", "Model Ω"}) {
+  for (const char* part : {"Halvarn (V3)", "7.100 MHz", "2 MHz", "1.800 MHz", "32 bit float, RF64",
+                           "2026-11-21T12:00:00Z", "2026-11-21T12:00:10.250Z", "0:10", "5.00 GB", "Total files     2",
+                           "in 000.wav (800 B)", "in 001.wav", "artist", "Model Ω"}) {
     EXPECT_THAT(text, HasSubstr(part));
   }
 }

@@ -8,6 +8,7 @@ namespace {
 TEST(FormatIsoTime, IsWhatParsersOfIso8601Take) {
   EXPECT_EQ(FormatIsoTime(1'795'262'400), "2026-11-21T12:00:00Z");
   EXPECT_EQ(FormatIsoTime(0), "1970-01-01T00:00:00Z");
+  EXPECT_EQ(FormatIsoTime(0, 50), "1970-01-01T00:00:00.050Z");
 }
 
 TEST(FormatBytes, UsesUnitsOf1000) {
