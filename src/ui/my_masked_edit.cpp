@@ -76,15 +76,16 @@ std::int64_t CMyMFCMaskedEdit::Frequency() const {
 }
 
 QSize CMyMFCMaskedEdit::sizeHint() const {
-  // QLineEdit's own hint is for 17 letters; only the width of the text differs.
-  const int width = fontMetrics().horizontalAdvance(QString::fromUtf8(kFrequencyTemplate.data(), kEnd)) +
-                    fontMetrics().averageCharWidth();
+  // QLineEdit's own hint is for 17 letters; only the width differs. A digit can be wider than an empty place.
+  const QString widest = QString::fromStdString(FrequencyTemplateText(99'999'999'999));
+  const int width = fontMetrics().horizontalAdvance(widest) + 2 * fontMetrics().averageCharWidth();
   QStyleOptionFrame option;
   initStyleOption(&option);
+  const int height = QLineEdit::sizeHint().height();
   const QMargins margins = textMargins();
-  const QSize contents(width + margins.left() + margins.right() + 4, QLineEdit::sizeHint().height());
-  const QSize framed = style()->sizeFromContents(QStyle::CT_LineEdit, &option, contents, this);
-  return {framed.width(), QLineEdit::sizeHint().height()};
+  return style()
+      ->sizeFromContents(QStyle::CT_LineEdit, &option, {width + margins.left() + margins.right(), height}, this)
+      .boundedTo({QWIDGETSIZE_MAX, height});
 }
 
 QSize CMyMFCMaskedEdit::minimumSizeHint() const {

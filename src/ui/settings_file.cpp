@@ -36,8 +36,9 @@ bool CSettingsFile::Write(std::string_view name, const QVariant& value) {
 }
 
 std::optional<std::uint32_t> CSettingsFile::ReadInt(std::string_view name) const {
+  const auto digits = ReadText(name);
   bool bNumber = false;
-  const std::uint32_t value = m_settings.value(ToQString(name)).toUInt(&bNumber);
+  const std::uint32_t value = digits ? QString::fromStdString(*digits).toUInt(&bNumber) : 0;
   return bNumber ? std::optional(value) : std::nullopt;
 }
 

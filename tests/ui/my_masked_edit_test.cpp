@@ -295,6 +295,9 @@ void MyMaskedEditTest::CutsASelection() {
 void MyMaskedEditTest::TakesADroppedText() {
   QMimeData data;
   data.setText("3.5 MHz");
+  QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(m_pEdit.get(), &enter);
+  QVERIFY(enter.isAccepted());
   QDropEvent drop({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(m_pEdit.get(), &drop);
   QCOMPARE(m_pEdit->text(), "____3.500.000");

@@ -45,7 +45,8 @@ void SettingsFileTest::ReadsBackAfterTheFileWasClosed() {
     QVERIFY(store.Write("InputFile", "/rec/\xC3\xA4, b=1 \"x\".wav"));
     QVERIFY(store.Write("Bandwidth", 25000));
     QVERIFY(store.Write("CentreFreq", std::int64_t{7'100'000'000}));
-    QVERIFY(store.Write(7, "Level", -1.5));
+    QVERIFY(store.Write("Level", -1.5));
+    QVERIFY(store.Write(7, "Channel", 9));
   }
   const CMySettingsStore store = Open();
   bool bUtc = false;
@@ -57,7 +58,10 @@ void SettingsFileTest::ReadsBackAfterTheFileWasClosed() {
   QVERIFY(store.Read("InputFile", input));
   QVERIFY(store.Read("Bandwidth", bandwidth));
   QVERIFY(store.Read("CentreFreq", frequency));
-  QVERIFY(store.Read("007-Level", level));
+  QVERIFY(store.Read("Level", level));
+  int channel = 0;
+  QVERIFY(store.Read(7, "Channel", channel));
+  QCOMPARE(channel, 9);
   QVERIFY(bUtc);
   QCOMPARE(input, std::string("/rec/\xC3\xA4, b=1 \"x\".wav"));
   QCOMPARE(bandwidth, 25000);
