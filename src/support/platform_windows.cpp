@@ -1,4 +1,4 @@
-// Files, errors, modules, threads and texts of Windows; times stand in platform_windows_time.cpp.
+// Files, errors, modules and threads of Windows.
 #include "support/platform.h"
 
 // clang-format off
@@ -58,58 +58,7 @@ std::size_t TransferAll(Call call, Byte* buffer, std::size_t bytes) {
   return done;
 }
 
-// Calls a Windows function that fills a buffer of the given number of characters and gives the length it used, or one
-// as long as the buffer when that is too short.
-template <typename Call>
-std::wstring GrowingText(Call call) {
-  std::wstring text(MAX_PATH, L'\0');
-  for (;;) {
-    const std::size_t length = call(text.data(), static_cast<DWORD>(text.size()));
-    if (length < text.size()) {
-      text.resize(length);
-      return text;
-    }
-    text.resize(text.size() * 2);
-  }
-}
-
-// A character of the system code page or of UTF-8 for every UTF-16 text.
-std::string FromWide(UINT codePage, std::wstring_view text) {
-  const int length = static_cast<int>(text.size());
-  const int size = WideCharToMultiByte(codePage, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string bytes(static_cast<std::size_t>(std::max(size, 0)), '\0');
-  WideCharToMultiByte(codePage, 0, text.data(), length, bytes.data(), size, nullptr, nullptr);
-  return bytes;
-}
-
-std::wstring ToWide(UINT codePage, std::string_view bytes) {
-  const int length = static_cast<int>(bytes.size());
-  const int size = MultiByteToWideChar(codePage, 0, bytes.data(), length, nullptr, 0);
-  std::wstring text(static_cast<std::size_t>(std::max(size, 0)), L'\0');
-  MultiByteToWideChar(codePage, 0, bytes.data(), length, text.data(), size);
-  return text;
-}
-
 }  // namespace
-
-std::wstring Wide(std::string_view text) {
-  return ToWide(CP_UTF8, text);
-}
-
-std::string Narrow(std::wstring_view text) {
-  return FromWide(CP_UTF8, text);
-}
-
-std::wstring WidePath(const std::string& path) {
-  // Folders need room for a short file name behind them, hence 12 less than the limit for files.
-  constexpr std::size_t kPlainLimit = MAX_PATH - 12;
-  std::wstring wide = Wide(path);
-  if (wide.size() < kPlainLimit || wide.starts_with(L"\\\\?\\")) return wide;
-  std::wstring full =
-      GrowingText([&](wchar_t* buffer, DWORD size) { return GetFullPathNameW(wide.c_str(), size, buffer, nullptr); });
-  if (full.starts_with(L"\\\\")) return L"\\\\?\\UNC" + full.substr(1);
-  return L"\\\\?\\" + full;
-}
 
 // ---- files -----------------------------------------------------------------------------------------------------
 
@@ -325,7 +274,10 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
 void PrepareProcess() {
   // A missing disk is an error for the caller, not a system dialog that holds the program up.
   SetErrorMode(SEM_FAILCRITICALERRORS);
-  SetConsoleOutputCP(CP_UTF8);
+  // Shells that come from POSIX systems set TZ to names that the C runtime misreads as zones of its own; without it
+  // local times are the system's.
+  _wputenv(L"TZ=");
+  _tzset();
 }
 
 bool SetCurrentThreadPriority(int priority) {
@@ -381,59 +333,6 @@ std::string UserName() {
 
 std::string ComputerName() {
   return ShortName(GetComputerNameW);
-}
-
-// ---- texts of the system code page -----------------------------------------------------------------------------
-
-std::string Utf8ToSystemCodePage(std::string_view text) {
-  return FromWide(CP_ACP, Wide(text));
-}
-
-std::string SystemCodePageToUtf8(std::string_view bytes) {
-  return Narrow(ToWide(CP_ACP, bytes));
-}
-
-// ---- desktop and console ---------------------------------------------------------------------------------------
-
-std::string TempFolder() {
-  static const std::string folder =
-      Narrow(GrowingText([](wchar_t* buffer, DWORD size) { return GetEnvironmentVariableW(L"TEMP", buffer, size); }));
-  return folder;
-}
-
-bool OpenWithDesktop(const std::string& path, const std::string& verb) {
-  const std::wstring widePath = Wide(path);
-  const std::wstring wideVerb = Wide(verb);
-  SHELLEXECUTEINFOW request{};
-  request.cbSize = sizeof(request);
-  request.fMask = SEE_MASK_FLAG_NO_UI;
-  request.lpVerb = wideVerb.c_str();
-  request.lpFile = widePath.c_str();
-  request.nShow = SW_SHOWNORMAL;
-  return ShellExecuteExW(&request) != 0;
-}
-
-namespace {
-
-HANDLE StandardStream(int number) {
-  return GetStdHandle(number == 2 ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE);
-}
-
-}  // namespace
-
-bool IsTerminal(int standardStream) {
-  DWORD mode = 0;
-  return GetConsoleMode(StandardStream(standardStream), &mode) != 0;
-}
-
-unsigned TerminalColumns() {
-  CONSOLE_SCREEN_BUFFER_INFO information{};
-  if (GetConsoleScreenBufferInfo(StandardStream(2), &information) == 0) return 80;
-  return static_cast<unsigned>(information.srWindow.Right - information.srWindow.Left + 1);
-}
-
-void UseUtf8Console() {
-  SetConsoleOutputCP(CP_UTF8);
 }
 
 }  // namespace carvello::platform

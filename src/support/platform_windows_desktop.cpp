@@ -1,0 +1,55 @@
+// Desktop and console of Windows.
+// clang-format off
+#include <windows.h>
+#include <shellapi.h>
+// clang-format on
+
+#include "support/platform.h"
+#include "support/platform_windows_text.h"
+
+namespace carvello::platform {
+
+std::string TempFolder() {
+  static const std::string folder =
+      Narrow(GrowingText([](wchar_t* buffer, DWORD size) { return GetEnvironmentVariableW(L"TEMP", buffer, size); }));
+  return folder;
+}
+
+bool OpenWithDesktop(const std::string& path, const std::string& verb) {
+  const std::wstring widePath = Wide(path);
+  const std::wstring wideVerb = Wide(verb);
+  SHELLEXECUTEINFOW request{};
+  request.cbSize = sizeof(request);
+  request.fMask = SEE_MASK_FLAG_NO_UI;
+  request.lpVerb = wideVerb.c_str();
+  request.lpFile = widePath.c_str();
+  request.nShow = SW_SHOWNORMAL;
+  // Some programs take the file without the call telling so; the instance code then does.
+  constexpr INT_PTR kLastErrorCode = 32;
+  return ShellExecuteExW(&request) != 0 || reinterpret_cast<INT_PTR>(request.hInstApp) > kLastErrorCode;
+}
+
+namespace {
+
+HANDLE StandardStream(int number) {
+  return GetStdHandle(number == 2 ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE);
+}
+
+}  // namespace
+
+bool IsTerminal(int standardStream) {
+  DWORD mode = 0;
+  return GetConsoleMode(StandardStream(standardStream), &mode) != 0;
+}
+
+unsigned TerminalColumns() {
+  CONSOLE_SCREEN_BUFFER_INFO information{};
+  if (GetConsoleScreenBufferInfo(StandardStream(2), &information) == 0) return 80;
+  return static_cast<unsigned>(information.srWindow.Right - information.srWindow.Left + 1);
+}
+
+void UseUtf8Console() {
+  SetConsoleOutputCP(CP_UTF8);
+}
+
+}  // namespace carvello::platform
