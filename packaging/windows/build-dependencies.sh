@@ -1,26 +1,45 @@
 #!/usr/bin/env bash
 # Puts the libraries that Carvello uses into build/windows-deps, for the cross build. Debian has no mingw-w64 packages of
-# them: pugixml is built from Debian's own source package, GoogleTest from the sources that Debian installs, and CLI11
-# and nlohmann-json are headers only. Nothing is done when it was done for the same versions before.
+# them: Qt and pugixml are built from Debian's own source packages, GoogleTest from the sources that Debian installs, and
+# CLI11 and nlohmann-json are headers only. All are static. A library that was built before, from the same version and
+# in the same way, is left as it is; Qt takes a quarter of an hour on two processors.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 prefix=$PWD/build/windows-deps
-stamp=$prefix/versions
-versions=$(dpkg-query -W libpugixml-dev googletest libcli11-dev nlohmann-json3-dev g++-mingw-w64-x86-64-posix)
-if [ "$(cat "$stamp" 2>/dev/null)" = "$versions" ]; then
-  exit 0
-fi
-
-rm -rf "$prefix"
-mkdir -p "$prefix/include" "$prefix/share/cmake"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-# download_source PACKAGE FOLDER: unpacks Debian's source package. The machine's package sources rarely name source
-# packages, so a copy of them that does is used, with lists and cache of its own: the machine's are left alone.
+# provide NAME PACKAGE…: calls provide_NAME unless its stamp tells that it has been done. The stamp holds how it is done
+# and the versions of the packages that it is made of.
+provide() {
+  local name=$1 stamp=$prefix/stamps/$1 wanted
+  shift
+  wanted=$(dpkg-query -W "$@" g++-mingw-w64-x86-64-posix && declare -f "provide_$name" download_source build_library &&
+    cat cmake/mingw-w64-x86_64.cmake)
+  [ "$(cat "$stamp" 2>/dev/null)" != "$wanted" ] || return 0
+  echo "Building $name for Windows" >&2
+  mkdir -p "$prefix/stamps" "$prefix/include" "$prefix/share/cmake"
+  rm -f "$stamp"
+  "provide_$name"
+  echo "$wanted" > "$stamp"
+}
+
+# logged WHAT COMMAND…: quiet unless it fails.
+logged() {
+  local what=$1
+  shift
+  "$@" > "$work/log" 2>&1 || {
+    cat "$work/log" >&2
+    echo "$what (see above)." >&2
+    return 1
+  }
+}
+
+# download_source PACKAGE: unpacks Debian's source package into $work/PACKAGE. The machine's package sources rarely name
+# source packages, so a copy of them that does is used, with lists and cache of its own: the machine's are left alone.
 download_source() {
-  local package=$1 folder=$2 etc=$work/apt/etc file
+  local package=$1 etc=$work/apt/etc file
   mkdir -p "$etc/sources.list.d" "$work/apt/lists/partial" "$work/apt/cache/archives/partial"
   for file in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
     [ ! -e "$file" ] || sed 's/^[[:space:]]*deb[[:space:]]/deb-src /' "$file" > "$etc/sources.list.d/$(basename "$file" .list).list"
@@ -32,34 +51,67 @@ download_source() {
     -o "Dir::State::Lists=$work/apt/lists" -o "Dir::Cache=$work/apt/cache" -o APT::Sandbox::User=root
     -o Acquire::Retries=3 -q)
   # A source of somebody else that has no source packages does not matter, as long as the package is found.
-  apt-get "${options[@]}" update > "$work/log" 2>&1 || true
-  (cd "$work" && apt-get "${options[@]}" source --download-only "$package") >> "$work/log" 2>&1 &&
-    dpkg-source --no-check -x "$work/${package}"_*.dsc "$folder" >> "$work/log" 2>&1 || {
-      cat "$work/log" >&2
-      echo "The source package of $package could not be downloaded (see above)." >&2
-      return 1
-    }
+  apt-get "${options[@]}" update > "$work/update.log" 2>&1 || true
+  (
+    cd "$work"
+    logged "The source package of $package could not be downloaded" \
+      apt-get "${options[@]}" source --download-only "$package"
+    logged "The source package of $package could not be unpacked" \
+      dpkg-source --no-check -x "${package}"_*.dsc "$package"
+  )
 }
 
 # build_library NAME SOURCE [CMAKE-OPTION…]
 build_library() {
   local name=$1 source=$2
   shift 2
-  {
-    cmake -G Ninja -S "$source" -B "$work/build-$name" -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF \
-      -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64-x86_64.cmake" -DCMAKE_INSTALL_PREFIX="$prefix" "$@" &&
-      cmake --build "$work/build-$name" --target install
-  } > "$work/log" 2>&1 || {
-    cat "$work/log" >&2
-    echo "$name could not be built for Windows (see above)." >&2
-    return 1
-  }
+  logged "$name could not be configured for Windows" cmake -G Ninja -S "$source" -B "$work/build-$name" \
+    -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DCMAKE_INSTALL_PREFIX="$prefix" \
+    -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64-x86_64.cmake" "$@"
+  logged "$name could not be built for Windows" cmake --build "$work/build-$name" --target install
+  rm -rf "$work/build-$name"
 }
 
-echo 'Building the libraries for Windows' >&2
-download_source pugixml "$work/pugixml"
-build_library pugixml "$work/pugixml"
-build_library googletest /usr/src/googletest
-cp -r /usr/include/CLI /usr/include/nlohmann "$prefix/include/"
-cp -r /usr/share/cmake/CLI11 /usr/share/cmake/nlohmann_json "$prefix/share/cmake/"
-echo "$versions" > "$stamp"
+provide_headers() {
+  cp -r /usr/include/CLI /usr/include/nlohmann "$prefix/include/"
+  cp -r /usr/share/cmake/CLI11 /usr/share/cmake/nlohmann_json "$prefix/share/cmake/"
+}
+
+provide_googletest() {
+  build_library googletest /usr/src/googletest
+}
+
+provide_pugixml() {
+  download_source pugixml
+  build_library pugixml "$work/pugixml"
+}
+
+# Widgets and what they rest on, for programs that draw with the processor. The tools that run while something is built
+# (moc, uic, rcc) are those of Debian's Qt of the same version. Tablets are out because Debian's sources leave out the
+# header that they need.
+provide_qt() {
+  local off=(
+    sql network printsupport dbus xml concurrent                     # modules
+    opengl vulkan direct2d tabletevent                               # ways to draw and point
+    gif jpeg textodfwriter                                           # formats
+    androiddeployqt windeployqt qmake                                # tools
+    system_zlib                                                      # not Debian's: a copy that is linked in
+  )
+  local options=(-DQT_HOST_PATH=/usr "-DQT_HOST_PATH_CMAKE_DIR=/usr/lib/$(g++ -dumpmachine)/cmake"
+    -DQT_BUILD_TESTS=OFF -DQT_BUILD_EXAMPLES=OFF -DINPUT_opengl=no)
+  local feature
+  for feature in "${off[@]}"; do options+=("-DFEATURE_$feature=OFF"); done
+
+  download_source qt6-base
+  build_library Qt "$work/qt6-base" "${options[@]}"
+
+  # The licences of what Qt carries in its own library files go into what is handed out.
+  mkdir -p "$prefix/licences/qt"
+  cp "$work/qt6-base/debian/copyright" "$prefix/licences/qt/"
+  rm -rf "$work/qt6-base"
+}
+
+provide headers libcli11-dev nlohmann-json3-dev
+provide googletest googletest
+provide pugixml libpugixml-dev
+provide qt qt6-base-dev
