@@ -72,16 +72,18 @@ bool IsUnset(const SYSTEMTIME& time) {
 STime EndOfSamples(const SLink& link) {
   const RecordingSourceInfo& source = link.facts.source;
   const double bytesPerSecond = BytesPerSecond(source.format);
-  const double seconds = bytesPerSecond > 0 ? static_cast<double>(source.nDataBytes) / bytesPerSecond : 0;
-  const auto milliseconds = static_cast<std::int64_t>(seconds * 1000) + link.start.nMilliseconds;
-  return {link.start.nSeconds + milliseconds / 1000, static_cast<std::uint32_t>(milliseconds % 1000)};
+  double seconds = 0;
+  const double fraction =
+      std::modf(bytesPerSecond > 0 ? static_cast<double>(source.nDataBytes) / bytesPerSecond : 0, &seconds);
+  const std::uint32_t milliseconds = link.start.nMilliseconds + static_cast<std::uint32_t>(fraction * 1000);
+  return {link.start.nSeconds + static_cast<std::int64_t>(seconds) + milliseconds / 1000, milliseconds % 1000};
 }
 
 // Takes the times of the source record over. A stop time that was never written, or lies not behind the start as with
 // recordings whose format has none, is reckoned from the samples. The text of what cannot be; empty when all is well.
 std::string TakeTimes(SLink& link) {
   const RecordingSourceInfo& source = link.facts.source;
-  if (IsNoSignalTime(source.start)) {
+  if (HasNoSignalTime(source)) {
     link.start = {};
     link.stop = EndOfSamples(link);
     return {};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -110,9 +111,9 @@ bool CNumberedSet::Describe() {
   while (names.IsNumbered() && AddNext(names, next)) ++next;
 
   m_set.dDuration = static_cast<double>(m_set.TotalBytes()) / m_set.nBytesPerSecond;
-  const auto milliseconds = static_cast<std::int64_t>(m_set.dDuration * 1000);
-  m_set.tEnd = m_set.tStart + milliseconds / 1000;
-  m_set.nEndMilliseconds = static_cast<std::uint32_t>(milliseconds % 1000);
+  double seconds = 0;
+  m_set.nEndMilliseconds = static_cast<std::uint32_t>(std::modf(m_set.dDuration, &seconds) * 1000);
+  m_set.tEnd = m_set.tStart + static_cast<std::int64_t>(seconds);
   const auto isSelected = [&](const SRecordingFile& file) {
     return EqualsNoCaseAscii(platform::NameOf(file.strPath), m_strName);
   };

@@ -96,8 +96,10 @@ bool RecogniseSignalInfo(const std::string& meta, std::int64_t dataBytes, const 
   return true;
 }
 
-bool IsNoSignalTime(const SYSTEMTIME& start) {
-  return start.wYear == kNoSignalTime.wYear && start.wMonth == kNoSignalTime.wMonth && start.wDay == kNoSignalTime.wDay;
+bool HasNoSignalTime(const RecordingSourceInfo& source) {
+  const SYSTEMTIME& start = source.start;
+  return source.strSourceName == kSourceGo2Monitor && start.wYear == kNoSignalTime.wYear &&
+         start.wMonth == kNoSignalTime.wMonth && start.wDay == kNoSignalTime.wDay;
 }
 
 }  // namespace carvello

@@ -6,18 +6,17 @@
 
 #include "input/recording_source_info.h"
 #include "recording/wave_format.h"
-#include "support/system_time.h"
 
 namespace carvello {
 
 // True when the text is such a document. It fills the record when it is about complex samples and gives rate, frequency
-// and bandwidth. A signal time that is no calendar date at all leaves the start at IsNoSignalTime and a note in the
+// and bandwidth. A signal time that is no calendar date at all leaves the start at day 0 and a note in the
 // record; one that is a date which cannot be raises the failure or the invalid-argument error.
 bool RecogniseSignalInfo(const std::string& meta, std::int64_t dataBytes, const WAVEFORMATEXTENSIBLE& format,
                          RecordingSourceInfo& source);
 
-// Whether a start time is the one that stands for none: day 0 of the calendar that signal times are kept in, which is
-// 30 December 1899.
-bool IsNoSignalTime(const SYSTEMTIME& start);
+// Whether the record is one whose signal time is none. Its start is then day 0 of the calendar that signal times are
+// kept in, 30 December 1899.
+bool HasNoSignalTime(const RecordingSourceInfo& source);
 
 }  // namespace carvello
