@@ -145,6 +145,9 @@ std::string SystemCodePageToUtf8(std::string_view bytes);
 std::string TempFolder();
 // Opens a file or folder with the desktop's own program. On false LastError() holds the reason.
 bool OpenWithDesktop(const std::string& path, const std::string& verb);
+// Whether the desktop has a program for an existing file, which is of one of the media types, for example
+// "application/rtf". (The name tells the system on Windows, the types tell it elsewhere.)
+bool HasProgramFor(const std::string& path, const std::vector<std::string>& mediaTypes);
 bool IsTerminal(int standardStream);  // 1 stdout, 2 stderr
 unsigned TerminalColumns();           // 80 where it is not known
 void UseUtf8Console();                // the program's texts on a console are UTF-8 from here on

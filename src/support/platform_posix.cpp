@@ -329,28 +329,41 @@ std::string TempFolder() {
   return folder;
 }
 
+namespace {
+
+// Runs a script of the shell's with arguments $1, $2, … and waits for its end. Its exit code, or -1 when it could not
+// be started; errno then tells why.
+int RunShell(const char* script, const std::vector<std::string>& arguments) {
+  std::vector<std::string> words = {"sh", "-c", script, "sh"};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  pid_t child = 0;
+  const int refusal = posix_spawnp(&child, "sh", nullptr, nullptr, pointers.data(), environ);
+  if (refusal != 0) {
+    errno = refusal;
+    return -1;
+  }
+  int status = 0;
+  if (Uninterrupted([&] { return waitpid(child, &status, 0); }) != child) return -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+}  // namespace
+
 bool OpenWithDesktop(const std::string& path, const std::string& /*verb*/) {
   if (access(path.c_str(), F_OK) != 0) return false;
   // The shell ends at once and leaves the opener, which can live as long as what it opens, to the system.
-  constexpr char kScript[] = "command -v xdg-open >/dev/null || exit 127; xdg-open \"$1\" </dev/null >/dev/null 2>&1 &";
-  std::string shell = "sh";
-  std::string option = "-c";
-  std::string script = kScript;
-  std::string target = path;
-  char* arguments[] = {shell.data(), option.data(), script.data(), shell.data(), target.data(), nullptr};
-  pid_t child = 0;
-  const int refusal = posix_spawnp(&child, shell.c_str(), nullptr, nullptr, arguments, environ);
-  if (refusal != 0) {
-    errno = refusal;
-    return false;
-  }
-  int status = 0;
-  if (Uninterrupted([&] { return waitpid(child, &status, 0); }) == child && WIFEXITED(status) &&
-      WEXITSTATUS(status) == 0) {
-    return true;
-  }
-  errno = ENOENT;
-  return false;
+  const int code =
+      RunShell("command -v xdg-open >/dev/null || exit 127; xdg-open \"$1\" </dev/null >/dev/null 2>&1 &", {path});
+  if (code > 0) errno = ENOENT;
+  return code == 0;
+}
+
+bool HasProgramFor(const std::string& /*path*/, const std::vector<std::string>& mediaTypes) {
+  return RunShell("for type; do [ -n \"$(xdg-mime query default \"$type\" 2>/dev/null)\" ] && exit 0; done; exit 1",
+                  mediaTypes) == 0;
 }
 
 bool IsTerminal(int standardStream) {

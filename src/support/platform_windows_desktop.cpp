@@ -4,10 +4,18 @@
 #include <shellapi.h>
 // clang-format on
 
+#include <array>
+
 #include "support/platform.h"
 #include "support/platform_windows_text.h"
 
 namespace carvello::platform {
+
+namespace {
+
+constexpr INT_PTR kLastErrorCode = 32;  // of the shell's functions; above it are codes of success
+
+}  // namespace
 
 std::string TempFolder() {
   static const std::string folder =
@@ -25,8 +33,12 @@ bool OpenWithDesktop(const std::string& path, const std::string& verb) {
   request.lpFile = widePath.c_str();
   request.nShow = SW_SHOWNORMAL;
   // Some programs take the file without the call telling so; the instance code then does.
-  constexpr INT_PTR kLastErrorCode = 32;
   return ShellExecuteExW(&request) != 0 || reinterpret_cast<INT_PTR>(request.hInstApp) > kLastErrorCode;
+}
+
+bool HasProgramFor(const std::string& path, const std::vector<std::string>& /*mediaTypes*/) {
+  std::array<wchar_t, MAX_PATH> program{};
+  return reinterpret_cast<INT_PTR>(FindExecutableW(Wide(path).c_str(), nullptr, program.data())) > kLastErrorCode;
 }
 
 namespace {

@@ -181,6 +181,19 @@ TEST(PosixDesktop, AMissingPathIsNotOpened) {
   EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(ENOENT));
 }
 
+TEST(PosixDesktop, AProgramForAFileIsAskedForByAllItsMediaTypes) {
+  const test::CTempFolder folder;
+  test::WriteWholeFile(folder / "xdg-mime",
+                       "#!/bin/sh\n[ \"$1 $2 $3\" = 'query default text/x-known' ] && echo editor.desktop\n");
+  ASSERT_EQ(chmod((folder / "xdg-mime").c_str(), 0700), 0);
+  const std::string search = folder.Path() + ":" + getenv("PATH");
+  const CEnvironmentVariable path("PATH", search.c_str());
+  EXPECT_TRUE(platform::HasProgramFor("a.x", {"text/x-known"}));
+  EXPECT_TRUE(platform::HasProgramFor("a.x", {"text/x-unknown", "text/x-known"}));
+  EXPECT_FALSE(platform::HasProgramFor("a.x", {"text/x-unknown"}));
+  EXPECT_FALSE(platform::HasProgramFor("a.x", {"text/x-unknown'; exit 0; '"}));
+}
+
 TEST(ShellOpen, AMissingFileIsToldWithTheSystemsReason) {
   std::string text;
   EXPECT_FALSE(ShellOpen("/no such folder/x.txt", "open", text));
