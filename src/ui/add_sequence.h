@@ -36,8 +36,8 @@ class CAddSequence : public QDialog {
   void UpdateSummary();
 
   std::unique_ptr<Ui::CAddSequence> m_ui;
-  std::int64_t m_nCentreFrequency;
-  std::uint32_t m_nSampleRate;
+  std::int64_t m_nLowest;  // of the recorded band, in Hz; never below 0
+  std::int64_t m_nHighest;
   std::int64_t m_nStart = 0;
   std::int64_t m_nEnd = 0;
   std::int64_t m_nStep = 0;

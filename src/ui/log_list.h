@@ -40,11 +40,10 @@ class CLogList : public QListView {
   void changeEvent(QEvent* event) override;
 
  private:
-  void AddText(std::string text);
+  int WidthOf(const std::string& line) const;
   void ShowWaiting();
-  void CopySelected() const;
-  void MeasureAll();
   void UpdateExtent(int extent);
+  void CopySelected() const;
 
   CLogModel* m_pModel;
   QTimer* m_pTimer;

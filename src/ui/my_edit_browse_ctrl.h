@@ -6,6 +6,7 @@
 #include <QColor>
 #include <QLineEdit>
 #include <QStringList>
+#include <QStyle>
 #include <functional>
 
 class QToolButton;
@@ -56,13 +57,15 @@ class CMyMFCEditBrowseCtrl : public QLineEdit {
   void dropEvent(QDropEvent* event) override;
 
  private:
+  void ShowButton(SBrowse browse, QStyle::StandardPixmap icon, const QString& name);
   void Browse();
   void PlaceButton();
+  QRect TextArea() const;
+  bool IsElided() const;
   void ApplyColours();
-  void ShowWholePathInTooltip();
   QString DroppedPath(const QDropEvent& event) const;
 
-  QToolButton* m_pButton = nullptr;
+  QToolButton* m_pButton;
   SBrowse m_browse;
   PathChooser m_chooser;
   bool m_bApplyingColours = false;

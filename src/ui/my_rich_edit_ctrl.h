@@ -6,6 +6,7 @@
 #include <QTextBrowser>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace carvello {
@@ -34,12 +35,11 @@ class CMyRichEditCtrl : public QTextBrowser {
 
   // The folder that files are written into; the program's data folder of the user unless set. For tests.
   void SetFolder(const std::string& folder) { m_strFolder = folder; }
-  // What opens files and links; the desktop unless set. For tests.
+  // What opens files; the desktop unless set. For tests.
   void SetOpener(Opener opener) { m_opener = std::move(opener); }
 
  private:
   void ShowWindow();
-  void OpenLink(const QUrl& link);
 
   std::vector<std::string> m_lines;
   std::string m_strFolder;

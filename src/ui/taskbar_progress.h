@@ -18,13 +18,16 @@ class CTaskbarProgress {
 // The desktop's own, for the taskbar button of `pMainWindow`; nullptr where there is none.
 std::unique_ptr<CTaskbarProgress> CreateTaskbarProgress(QWidget* pMainWindow);
 
+// The whole, in the unit of positions.
+inline constexpr std::uint64_t kTaskbarTotal = 1000;
+
 // Passes progress on at most once per clock second, and always when done equals total, so that 100 % is never lost.
 class CTaskbarUpdates {
  public:
   // `clock`: seconds since 1970; the system's unless given.
   explicit CTaskbarUpdates(std::unique_ptr<CTaskbarProgress> pProgress, std::function<std::int64_t()> clock = {});
 
-  // `position` of 1000 is shown for `done` of `total`. Nothing happens without a taskbar.
+  // The position shown for `done` of `total`. Nothing happens without a taskbar.
   void Update(std::uint64_t position, std::uint64_t done, std::uint64_t total);
 
  private:
