@@ -9,17 +9,19 @@ namespace carvello {
 enum class ERounding { TowardsZero, HalfToEven, HalfAway };
 
 struct SPrimitiveKernels {
+  const char* pszName;
   void (*Multiply)(float value, float* buffer, std::size_t length);
   void (*Int8ToFloat)(const std::int8_t* source, float* destination, std::size_t length);
   void (*Int16ToFloat)(const std::int16_t* source, float* destination, std::size_t length);
   void (*Int24ToFloat)(const std::uint8_t* source, float* destination, std::size_t length);
   void (*Int32ToFloat)(const std::int32_t* source, float* destination, std::size_t length);
-  // Every value is multiplied by both factors, which together may be more than one float holds.
+  // Every value is multiplied by the factor first.
   void (*FloatToInt16)(const float* source, std::int16_t* destination, std::size_t length, ERounding rounding,
-                       float factor1, float factor2);
+                       float factor);
 };
 
 extern const SPrimitiveKernels kPlainPrimitives;
-extern const SPrimitiveKernels kAvx2Primitives;  // needs AVX2
+extern const SPrimitiveKernels kAvx2Primitives;    // needs AVX2
+extern const SPrimitiveKernels kAvx512Primitives;  // needs AVX-512 F, BW and DQ
 
 }  // namespace carvello

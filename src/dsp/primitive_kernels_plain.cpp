@@ -1,3 +1,3 @@
 #include "dsp/primitive_kernels_body.inc"
 
-const carvello::SPrimitiveKernels carvello::kPlainPrimitives = carvello::kKernels;
+const carvello::SPrimitiveKernels carvello::kPlainPrimitives = carvello::MakeKernels("plain");

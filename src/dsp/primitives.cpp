@@ -1,6 +1,7 @@
 #include "dsp/primitives.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cmath>
 #include <cstdlib>
@@ -20,6 +21,8 @@ std::atomic<const SPrimitiveKernels*> g_pKernels = &kPlainPrimitives;
 const SPrimitiveKernels& Kernels() {
   return *g_pKernels.load(std::memory_order_relaxed);
 }
+
+constexpr std::int32_t kLargestExponent = 126;  // of a factor that a float holds, and its inverse
 
 constexpr std::align_val_t kAlignment{64};  // a cache line, and the widest vector there is
 
@@ -57,12 +60,25 @@ void* AllocAligned(std::int64_t length, std::size_t elementSize) {
 }  // namespace
 
 void InitPrimitives() {
-  const SPrimitiveKernels* pKernels = &kPlainPrimitives;
-#ifdef CARVELLO_HAVE_AVX2
-  const char* pszWanted = std::getenv("CARVELLO_ISA");
-  const bool bPlainWanted = pszWanted != nullptr && std::string_view(pszWanted) == "plain";
-  if (!bPlainWanted && __builtin_cpu_supports("avx2")) pKernels = &kAvx2Primitives;
+  struct SCandidate {
+    const SPrimitiveKernels& kernels;
+    bool bRuns;  // on this processor
+  };
+  const SCandidate candidates[] = {
+      {kPlainPrimitives, true},
+#ifdef CARVELLO_X86_64
+      {kAvx2Primitives, __builtin_cpu_supports("avx2") != 0},
+      {kAvx512Primitives,
+       __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq")},
 #endif
+  };
+  const char* pszWanted = std::getenv("CARVELLO_ISA");
+  const SPrimitiveKernels* pKernels = nullptr;
+  for (const SCandidate& candidate : candidates) {
+    if (!candidate.bRuns) continue;
+    pKernels = &candidate.kernels;  // the best one comes last
+    if (pszWanted != nullptr && std::string_view(pszWanted) == candidate.kernels.pszName) break;
+  }
   g_pKernels.store(pKernels, std::memory_order_relaxed);
 }
 
@@ -115,12 +131,23 @@ std::int32_t FloatToInt16(const float* source, std::int16_t* destination, std::i
                           std::int32_t scale) {
   const std::int32_t nStatus = Check(source, destination, length);
   if (nStatus != kPrimitiveOk) return nStatus;
-  // Two factors, because the whole one may be beyond a float. Beyond the limits here every value but 0 saturates, or
-  // every finite one gives 0.
+  // Beyond the limits here every value but 0 saturates, or every finite one gives 0.
   const std::int32_t nExponent = -std::clamp(scale, -250, 250);
-  const std::int32_t nHalf = nExponent / 2;
-  Kernels().FloatToInt16(source, destination, static_cast<std::size_t>(length), RoundingOf(mode),
-                         std::ldexp(1.0f, nHalf), std::ldexp(1.0f, nExponent - nHalf));
+  const ERounding rounding = RoundingOf(mode);
+  const auto nLength = static_cast<std::size_t>(length);
+  if (std::abs(nExponent) <= kLargestExponent) {
+    Kernels().FloatToInt16(source, destination, nLength, rounding, std::ldexp(1.0f, nExponent));
+    return kPrimitiveOk;
+  }
+  // The factor is beyond a float: in two steps.
+  std::array<float, 1024> values;
+  for (std::size_t nDone = 0; nDone < nLength; nDone += values.size()) {
+    const std::size_t nPiece = std::min(values.size(), nLength - nDone);
+    std::copy_n(source + nDone, nPiece, values.begin());
+    Kernels().Multiply(std::ldexp(1.0f, nExponent / 2), values.data(), nPiece);
+    Kernels().FloatToInt16(values.data(), destination + nDone, nPiece, rounding,
+                           std::ldexp(1.0f, nExponent - nExponent / 2));
+  }
   return kPrimitiveOk;
 }
 

@@ -19,7 +19,8 @@ inline constexpr std::int32_t kPrimitiveDivideByZero = -10;
 inline constexpr std::int32_t kRoundHalfAway = 2;
 
 // Picks the variants for this processor. Called once at start-up; before that, plain loops serve. The environment
-// variable CARVELLO_ISA ("plain" or "avx2") asks for a variant; one that the processor does not have is not taken.
+// variable CARVELLO_ISA ("plain", "avx2" or "avx512") asks for a variant; one that the processor does not have is not
+// taken.
 void InitPrimitives();
 
 std::int32_t CopyFloat(const float* source, float* destination, std::int32_t length);

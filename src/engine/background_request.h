@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "dsp/primitives.h"
+#include "engine/block_pool.h"
 #include "engine/output_entry.h"
 
 namespace carvello {
@@ -26,7 +26,7 @@ inline constexpr std::uint32_t kGiveEntry = 206;      // nParam1: writer, pEntry
 inline constexpr std::uint32_t kWriterFinished = 207;
 // A writer.
 inline constexpr std::uint32_t kStartEntry = 201;  // pEntry
-inline constexpr std::uint32_t kDataBlock = 202;   // block, nParam1: capacity, nParam2: frames in it
+inline constexpr std::uint32_t kDataBlock = 202;   // block, nParam2: frames in it
 inline constexpr std::uint32_t kCloseOutput = 203;
 inline constexpr std::uint32_t kInputSkipped = 204;  // llParam1: frames skipped
 }  // namespace request
@@ -45,7 +45,7 @@ class CBackgroundRequest {
   std::int64_t llParam2 = 0;
   std::string strParam;
   const OutputEntry* pEntry = nullptr;  // not owned
-  ComplexBuffer block;                  // owned: a request that nobody handles frees its block
+  SharedBlock block;
 };
 
 }  // namespace carvello

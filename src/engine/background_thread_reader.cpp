@@ -78,7 +78,7 @@ void CBackgroundThreadReader::CreateWriters(std::int32_t count) {
   CloseWriters();
   m_results.clear();
   for (std::int32_t i = 0; i < count; ++i) {
-    auto writer = std::make_unique<CBackgroundThreadWriter>(m_dsp, *this);
+    auto writer = std::make_unique<CBackgroundThreadWriter>(m_dsp, *this, m_blockDone);
     writer->SetName(Format("Writer [%d]", i));
     ShareLogWith(*writer);
     if (!m_writers.empty()) m_writers.back()->SetNext(writer.get());
@@ -111,19 +111,18 @@ void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
   m_nFile = 0;
   m_llBytesRead = 0;
   m_nReads = 0;
+  m_nProgress = 0;
   m_nBlocksHandedOn = 0;
   m_bBlockWaits = m_bInputEnded = false;
   m_strInputError.clear();
   m_file.Log().Clear(kFileLogGrowth);
-  if (!m_pBlock) m_pBlock.reset(AllocComplex(kBlockFrames));
-  if (!m_pBlock) InputFails("Not enough memory");
   // A writer without its thread would hold up the chain for ever.
   const bool allRun =
       std::all_of(m_writers.begin(), m_writers.end(), [](const auto& w) { return w->IsThreadRunning(); });
   if (!allRun) InputFails("A thread could not be started");
 
   std::int64_t remaining = m_llSeek;
-  if (!m_pBlock || !allRun || !FindFirstFile(remaining)) {
+  if (!allRun || !FindFirstFile(remaining)) {
     ReplayFileLog();
     CloseWriters();
     return;
@@ -190,6 +189,8 @@ void CBackgroundThreadReader::ReadBlock() {
   }
   std::uint32_t frames = 0;
   try {
+    m_pBlock = m_blocks.Take();
+    if (!m_pBlock) throw std::bad_alloc();
     frames = m_blockReader.ReadBlock(m_file, m_pBlock.get());
   } catch (const std::bad_alloc&) {
     InputFails("Not enough memory");
@@ -200,8 +201,9 @@ void CBackgroundThreadReader::ReadBlock() {
   if (m_pProgressTarget != nullptr && m_llTotalBytes > 0) {
     const std::int64_t done = (m_llSeek * m_file.BytesPerFrame() + m_llBytesRead);
     const double share = static_cast<double>(done) / static_cast<double>(m_llTotalBytes);
-    m_pProgressTarget->PostNumbers(m_nProgressMessage, kProgressTotal,
-                                   static_cast<std::uint64_t>(std::clamp(share, 0.0, 1.0) * kProgressTotal));
+    const auto progress = static_cast<std::uint64_t>(std::clamp(share, 0.0, 1.0) * kProgressTotal);
+    if (progress != m_nProgress) m_pProgressTarget->PostNumbers(m_nProgressMessage, kProgressTotal, progress);
+    m_nProgress = progress;
   }
   if (m_nReads < 0) Log("Read, %u of %u samples", frames, kBlockFrames);
   m_nReads = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nReads) + 1);
@@ -256,11 +258,13 @@ void CBackgroundThreadReader::HandOnBlock(std::int32_t frames) {
   }
   m_bBlockWaits = AnyWriterBusy();
   if (m_bBlockWaits) {
-    std::this_thread::sleep_for(kBusyPause);
+    // In short steps, for requests to stop to come through; a notice that comes before the wait is not missed for long.
+    std::unique_lock guard(m_blockDoneLock);
+    m_blockDone.wait_for(guard, kBusyPause);
     Post(request::kHandOnBlock, frames);
     return;
   }
-  CBackgroundThreadWriter::HandOn(*m_writers.front(), m_pBlock.get(), kBlockFrames, frames);
+  CBackgroundThreadWriter::HandOn(*m_writers.front(), std::move(m_pBlock), frames);
   ++m_nBlocksHandedOn;
   if (m_bInputEnded) {
     Post(request::kStopJob);

@@ -12,6 +12,7 @@
 #include "dsp/primitives.h"
 #include "engine/background_thread_base.h"
 #include "engine/background_thread_writer.h"
+#include "engine/block_pool.h"
 #include "engine/block_reader.h"
 #include "engine/output_result.h"
 #include "input/wave_file_reader.h"
@@ -78,10 +79,14 @@ class CBackgroundThreadReader final : public CBackgroundThreadBase {
   std::int32_t m_nActiveWriters = 0;  // writers that have not reached the end of their entry
   std::vector<SOutputResult> m_results;
 
-  ComplexBuffer m_pBlock;      // kBlockFrames samples
-  bool m_bBlockWaits = false;  // the buffer holds a block that the writers had no room for
-  bool m_bInputEnded = false;  // nothing more is read; a block that still waits is handed on first
+  CBlockPool m_blocks{kBlockFrames};
+  std::mutex m_blockDoneLock;
+  std::condition_variable m_blockDone;   // a writer is through with a block
+  std::shared_ptr<SComplex[]> m_pBlock;  // the block being filled, or waiting to be handed on
+  bool m_bBlockWaits = false;            // the buffer holds a block that the writers had no room for
+  bool m_bInputEnded = false;            // nothing more is read; a block that still waits is handed on first
   std::uint64_t m_nBlocksHandedOn = 0;
+  std::uint64_t m_nProgress = 0;  // told last, in ten-thousandths
   std::int32_t m_nReads = 0;
   std::int64_t m_nCpuStart = 0;   // milliseconds
   std::int64_t m_nWallStart = 0;  // milliseconds

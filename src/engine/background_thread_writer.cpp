@@ -16,10 +16,8 @@ namespace {
 constexpr std::uint32_t kOutputBytes = 16'777'216;
 // Above this output rate the library decimates by whole numbers only.
 constexpr std::uint32_t kMaxFractionalRate = 1'000'000;
-// Free blocks that a writer keeps. The reader keeps at most about three blocks in flight, so more are never in use.
-constexpr std::size_t kMaxFreeBlocks = 4;
 // Samples that are shifted and decimated at a time: few enough to stay in the processor's cache in between.
-constexpr std::int32_t kPieceFrames = 16'384;
+constexpr std::int32_t kPieceFrames = 4'096;
 // Output samples by which the filters are late, at most.
 constexpr std::int64_t kLongestDelay = 64;
 
@@ -33,50 +31,24 @@ std::string RecordingTag() {
 
 }  // namespace
 
-CBackgroundThreadWriter::CBackgroundThreadWriter(const DspBinding& dsp, CBackgroundThreadBase& reader)
+CBackgroundThreadWriter::CBackgroundThreadWriter(const DspBinding& dsp, CBackgroundThreadBase& reader,
+                                                 std::condition_variable& blockDone)
     : m_dsp(dsp),
       m_reader(reader),
+      m_blockDone(blockDone),
       m_hDsp(dsp.AllocInstance(kApplicationName)),
+      m_pPiece(AllocComplex(kPieceFrames)),
       m_pOutput(AllocComplex(kOutputBytes / sizeof(SComplex))) {}
 
 CBackgroundThreadWriter::~CBackgroundThreadWriter() {
   m_dsp.ReleaseInstance(m_hDsp);
 }
 
-void CBackgroundThreadWriter::HandOn(CBackgroundThreadWriter& writer, const SComplex* source, std::int32_t capacity,
-                                     std::int32_t count) {
+void CBackgroundThreadWriter::HandOn(CBackgroundThreadWriter& writer, SharedBlock block, std::int32_t count) {
   RequestPtr request = writer.TakeRequest(request::kDataBlock);
-  request->nParam1 = capacity;
   request->nParam2 = count;
-  // Without memory, or without a block from the worker before, an empty request tells the rest of the chain.
-  if (source != nullptr) request->block = writer.TakeBlock(capacity);
-  if (request->block) CopyComplex(source, request->block.get(), count);
+  request->block = std::move(block);
   writer.Post(std::move(request));
-}
-
-ComplexBuffer CBackgroundThreadWriter::TakeBlock(std::int32_t capacity) {
-  std::vector<SFreeBlock> misfits;  // freed after the lock is gone
-  {
-    const std::lock_guard guard(m_poolLock);
-    while (!m_pool.empty()) {
-      SFreeBlock last = std::move(m_pool.back());
-      m_pool.pop_back();
-      if (last.nCapacity == capacity) return std::move(last.block);
-      misfits.push_back(std::move(last));
-    }
-  }
-  return ComplexBuffer(AllocComplex(capacity));
-}
-
-void CBackgroundThreadWriter::ReturnBlock(ComplexBuffer block, std::int32_t capacity) {
-  if (!block) return;
-  SFreeBlock surplus;  // freed after the lock is gone
-  const std::lock_guard guard(m_poolLock);
-  if (m_pool.size() >= kMaxFreeBlocks) {
-    surplus = SFreeBlock{std::move(block), capacity};
-  } else {
-    m_pool.push_back(SFreeBlock{std::move(block), capacity});
-  }
 }
 
 void CBackgroundThreadWriter::HandleRequest(CBackgroundRequest& request, std::uint32_t /*remaining*/) {
@@ -104,8 +76,9 @@ void CBackgroundThreadWriter::HandleRequest(CBackgroundRequest& request, std::ui
     Fail(error.what());
   }
   if (request.nCode == request::kDataBlock) {
-    ReturnBlock(std::move(request.block), request.nParam1);
+    request.block.reset();
     ++m_nBlocksDone;
+    m_blockDone.notify_one();
   } else if (request.nCode == request::kCloseOutput) {
     m_bFileOpen = false;
     if (m_pNext != nullptr) m_pNext->Post(request::kCloseOutput);
@@ -121,7 +94,7 @@ void CBackgroundThreadWriter::StartEntry(const OutputEntry& entry) {
   m_llSkip = entry.nStartSample;
   m_llLeft = entry.nTotalSamples;
   LogEntry();
-  if (!m_pOutput) throw std::bad_alloc();
+  if (!m_pPiece || !m_pOutput) throw std::bad_alloc();
 
   DescribeOutput();
   m_bFileOpen = m_output.Open(entry.strFileName, 0, m_output.m_strInternalTag);
@@ -187,19 +160,18 @@ void CBackgroundThreadWriter::InputSkipped(std::int64_t samples) {
   Log("Start in .....: %lld", static_cast<long long>(m_llSkip));
 }
 
-void CBackgroundThreadWriter::ProcessBlock(CBackgroundRequest& request) {
-  // Handed on first: the oscillator shifts this copy in place, and every writer must get the samples as they were read.
-  if (m_pNext != nullptr) HandOn(*m_pNext, request.block.get(), request.nParam1, request.nParam2);
-  if (!request.block) throw std::bad_alloc();
+void CBackgroundThreadWriter::ProcessBlock(const CBackgroundRequest& request) {
+  // Handed on first, so that the writers run side by side on the same stretch of input.
+  if (m_pNext != nullptr) HandOn(*m_pNext, request.block, request.nParam2);
   if (m_bFinished) return;
 
-  SComplex* data = request.block.get();
+  const SComplex* data = request.block.get();
   std::int32_t count = request.nParam2;
   if (TrimToEntry(data, count)) Downconvert(data, count);
 }
 
 // Cuts the block to the entry's span; false when nothing of it lies inside.
-bool CBackgroundThreadWriter::TrimToEntry(SComplex*& data, std::int32_t& count) {
+bool CBackgroundThreadWriter::TrimToEntry(const SComplex*& data, std::int32_t& count) {
   if (!m_bStarted) {
     if (m_llSkip >= count) {
       m_llSkip -= count;
@@ -222,24 +194,23 @@ bool CBackgroundThreadWriter::TrimToEntry(SComplex*& data, std::int32_t& count) 
   return true;
 }
 
-void CBackgroundThreadWriter::GrowWorkBuffers(std::int32_t count) {
+void CBackgroundThreadWriter::GrowWorkBuffer(std::int32_t count) {
   if (count <= m_nWorkCapacity) return;
-  m_pWork16.reset(AllocInt16Pairs(count));
-  m_pWorkFloat.reset(AllocComplex(count));
-  m_nWorkCapacity = m_pWork16 && m_pWorkFloat ? count : 0;
-  if (m_nWorkCapacity == 0) throw std::bad_alloc();
+  m_pWork.reset(AllocComplex(count));
+  m_nWorkCapacity = m_pWork ? count : 0;
+  if (!m_pWork) throw std::bad_alloc();
 }
 
-void CBackgroundThreadWriter::Downconvert(SComplex* data, std::int32_t count) {
-  GrowWorkBuffers(count);
+void CBackgroundThreadWriter::Downconvert(const SComplex* data, std::int32_t count) {
+  GrowWorkBuffer(count);
+  const std::int64_t shift = m_pEntry->nOutputFrequency - m_pEntry->nInputFrequency;
   std::uint32_t outputCount = 0;
   for (std::int32_t done = 0; done < count; done += kPieceFrames) {
-    SComplex* const piece = data + done;
     const auto pieceCount = static_cast<std::uint32_t>(std::min(kPieceFrames, count - done));
     std::uint32_t produced = 0;
-    m_dsp.NCO(m_hDsp, m_pEntry->nOutputFrequency - m_pEntry->nInputFrequency, m_pEntry->nInputSampleRate, piece,
-              pieceCount, piece);
-    m_dsp.DownconvertRun(m_hDsp, piece, pieceCount, m_pWorkFloat.get() + outputCount, &produced);
+    // Into a place of this writer's own: the block belongs to all of them.
+    m_dsp.NCO(m_hDsp, shift, m_pEntry->nInputSampleRate, data + done, pieceCount, m_pPiece.get());
+    m_dsp.DownconvertRun(m_hDsp, m_pPiece.get(), pieceCount, m_pWork.get() + outputCount, &produced);
     outputCount += produced;
   }
   m_llInputSamples += count;
@@ -256,16 +227,14 @@ void CBackgroundThreadWriter::CompleteOutput() {
   const std::int64_t due = OutputSamplesDue();
   const std::int64_t missing = due - m_llOutputSamples;
   if (missing <= 0) return;
-  GrowWorkBuffers(kPieceFrames);
-  const ComplexBuffer silence(AllocComplex(kPieceFrames));
-  if (!silence) throw std::bad_alloc();
-  std::fill_n(silence.get(), kPieceFrames, SComplex{});
+  GrowWorkBuffer(kPieceFrames);
+  std::fill_n(m_pPiece.get(), kPieceFrames, SComplex{});
   // Twice the silence that the missing samples span: enough for any delay, and an end where none ever come.
   const auto ratio = static_cast<double>(m_pEntry->nInputSampleRate) / m_pEntry->nOutputSampleRate;
   auto left = static_cast<std::int64_t>(2.0 * ratio * static_cast<double>(missing + kLongestDelay)) + kPieceFrames;
   for (; m_llOutputSamples < due && left > 0; left -= kPieceFrames) {
     std::uint32_t produced = 0;
-    m_dsp.DownconvertRun(m_hDsp, silence.get(), kPieceFrames, m_pWorkFloat.get(), &produced);
+    m_dsp.DownconvertRun(m_hDsp, m_pPiece.get(), kPieceFrames, m_pWork.get(), &produced);
     StoreOutput(static_cast<std::uint32_t>(std::min<std::int64_t>(produced, due - m_llOutputSamples)));
   }
 }
@@ -286,21 +255,21 @@ std::int64_t CBackgroundThreadWriter::OutputSamplesDue() const {
 }
 
 void CBackgroundThreadWriter::StoreOutput(std::uint32_t outputCount) {
-  if (m_pEntry->nBitsPerSample == 16) {
-    FloatToInt16(&m_pWorkFloat[0].re, m_pWork16.get(), static_cast<std::int32_t>(2 * outputCount), kRoundHalfAway, 0);
-    Append(m_pWork16.get(), 4 * outputCount);
-  } else if (m_pEntry->nBitsPerSample == 32) {
+  const std::uint32_t bits = m_pEntry->nBitsPerSample;
+  if (bits != 16 && bits != 32) return;
+  const std::uint32_t bytes = outputCount * 2 * (bits / 8);
+  if (m_nOutputFill + bytes > kOutputBytes && !FlushOutput()) return;
+  std::uint8_t* const destination = reinterpret_cast<std::uint8_t*>(m_pOutput.get()) + m_nOutputFill;
+  if (bits == 16) {
+    FloatToInt16(&m_pWork[0].re, reinterpret_cast<std::int16_t*>(destination),
+                 static_cast<std::int32_t>(2 * outputCount), kRoundHalfAway, 0);
+  } else {
     // Floats keep the engine's scale, 16-bit full scale being 32768: a wide recording and the cuts made from it then
     // show the same levels.
-    Append(m_pWorkFloat.get(), 8 * outputCount);
+    std::memcpy(destination, m_pWork.get(), bytes);
   }
-  m_llOutputSamples += outputCount;
-}
-
-void CBackgroundThreadWriter::Append(const void* samples, std::uint32_t bytes) {
-  if (m_nOutputFill + bytes > kOutputBytes && !FlushOutput()) return;
-  std::memcpy(reinterpret_cast<std::uint8_t*>(m_pOutput.get()) + m_nOutputFill, samples, bytes);
   m_nOutputFill += bytes;
+  m_llOutputSamples += outputCount;
 }
 
 bool CBackgroundThreadWriter::FlushOutput() {

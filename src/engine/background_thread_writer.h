@@ -1,12 +1,11 @@
 // CBackgroundThreadWriter: the worker that turns the input's samples into one entry's output. The writers of a job form
-// a chain: each hands a copy of every block on to the next before it works on the block itself.
+// a chain: each hands every block on to the next before it works on it. They all read the same block and change none.
 #pragma once
 
 #include <atomic>
+#include <condition_variable>
 #include <cstdint>
-#include <mutex>
 #include <string>
-#include <vector>
 
 #include "dsp/dsp_binding.h"
 #include "dsp/primitives.h"
@@ -20,7 +19,8 @@ namespace carvello {
 // Made, started, stopped and destroyed by the reader, which outlives it. The library's table outlives both.
 class CBackgroundThreadWriter final : public CBackgroundThreadBase {
  public:
-  CBackgroundThreadWriter(const DspBinding& dsp, CBackgroundThreadBase& reader);
+  // `blockDone` is notified whenever the writer is through with a block.
+  CBackgroundThreadWriter(const DspBinding& dsp, CBackgroundThreadBase& reader, std::condition_variable& blockDone);
   ~CBackgroundThreadWriter() override;
 
   // Before the thread is started: the entry that the start request will bring, so that Result() can name it even if the
@@ -28,10 +28,9 @@ class CBackgroundThreadWriter final : public CBackgroundThreadBase {
   void SetEntry(const OutputEntry& entry) { m_pEntry = &entry; }
   void SetNext(CBackgroundThreadWriter* next) { m_pNext = next; }
 
-  // Gives a writer its own copy of `count` of the `capacity` samples of a block. Runs on the thread that hands on: the
-  // reader's, or that of the writer before.
-  static void HandOn(CBackgroundThreadWriter& writer, const SComplex* source, std::int32_t capacity,
-                     std::int32_t count);
+  // Gives a writer a block with `count` samples. Runs on the thread that hands on: the reader's, or that of the writer
+  // before.
+  static void HandOn(CBackgroundThreadWriter& writer, SharedBlock block, std::int32_t count);
 
   bool IsFileOpen() const { return m_bFileOpen; }
   // Whether the entry's last sample was processed. To be read when the writer has been stopped.
@@ -42,34 +41,27 @@ class CBackgroundThreadWriter final : public CBackgroundThreadBase {
   SOutputResult Result() const;
 
  private:
-  struct SFreeBlock {
-    ComplexBuffer block;
-    std::int32_t nCapacity = 0;
-  };
-
   void HandleRequest(CBackgroundRequest& request, std::uint32_t remaining) override;
   void StartEntry(const OutputEntry& entry);
   void LogEntry();
   void DescribeOutput();
   void InputSkipped(std::int64_t samples);
-  void ProcessBlock(CBackgroundRequest& request);
+  void ProcessBlock(const CBackgroundRequest& request);
   void CloseOutput();
 
-  ComplexBuffer TakeBlock(std::int32_t capacity);
-  void ReturnBlock(ComplexBuffer block, std::int32_t capacity);
-  bool TrimToEntry(SComplex*& data, std::int32_t& count);
-  void Downconvert(SComplex* data, std::int32_t count);
+  bool TrimToEntry(const SComplex*& data, std::int32_t& count);
+  void Downconvert(const SComplex* data, std::int32_t count);
   void CompleteOutput();
   std::int64_t OutputSamplesDue() const;
   void StoreOutput(std::uint32_t count);
-  void GrowWorkBuffers(std::int32_t count);
-  void Append(const void* samples, std::uint32_t bytes);
+  void GrowWorkBuffer(std::int32_t count);
   bool FlushOutput();
   void Finish();
   void Fail(const std::string& reason);
 
   const DspBinding& m_dsp;
   CBackgroundThreadBase& m_reader;
+  std::condition_variable& m_blockDone;
   CBackgroundThreadWriter* m_pNext = nullptr;
   const OutputEntry* m_pEntry = nullptr;
   std::uint32_t m_hDsp;
@@ -86,12 +78,9 @@ class CBackgroundThreadWriter final : public CBackgroundThreadBase {
   std::int64_t m_llOutputSamples = 0;
   std::int32_t m_nDataCalls = 0;
 
-  std::mutex m_poolLock;
-  std::vector<SFreeBlock> m_pool;
-
+  ComplexBuffer m_pPiece;            // the stretch of input that is being shifted and decimated
   std::int32_t m_nWorkCapacity = 0;  // samples
-  Int16Buffer m_pWork16;
-  ComplexBuffer m_pWorkFloat;
+  ComplexBuffer m_pWork;             // the output of a block
 
   ComplexBuffer m_pOutput;          // collects output bytes, so that the file is written in large pieces
   std::uint32_t m_nOutputFill = 0;  // bytes

@@ -22,6 +22,10 @@ constexpr float kFloatToFullScale = 32768.0f;
 constexpr float kInt24ToFullScale = 256.0f;
 constexpr float kInt32ToFullScale = 65536.0f;
 
+// Bytes that are read and converted at a time: enough for a device, and few enough to be still in the processor's
+// cache when they are converted.
+constexpr std::int64_t kRawBytes = 524'288;
+
 void ConvertPcm(std::uint16_t bits, const void* raw, float* values, std::int32_t bytes) {
   switch (bits) {
     case 8:
@@ -62,31 +66,32 @@ std::string UnsupportedFormatText(const WAVEFORMATEXTENSIBLE& format) {
       static_cast<unsigned>(format.Format.wBitsPerSample), kind, static_cast<unsigned>(format.Format.nChannels));
 }
 
-bool CBlockReader::GrowRaw(std::int64_t bytes) {
-  if (bytes <= m_nRawCapacity) return true;
-  m_pRaw.reset(AllocInt16Pairs((bytes + 3) / 4));
-  m_nRawCapacity = m_pRaw ? bytes : 0;
-  return m_pRaw != nullptr;
-}
-
-std::uint32_t CBlockReader::ReadBlock(CWaveFileReader& file, SComplex* destination) {
-  const std::int64_t bytesPerFrame = file.BytesPerFrame();
-  const std::int64_t wanted = std::min(kBlockFrames * bytesPerFrame, file.DataBytesTotal() - file.DataBytesRead());
-  if (wanted <= 0) return 0;
-  if (!GrowRaw(wanted)) throw std::bad_alloc();
-
-  const auto bytes = static_cast<std::int32_t>(file.ReadData(m_pRaw.get(), static_cast<std::size_t>(wanted)));
-  if (bytes == 0) return 0;
-
+void CBlockReader::Convert(const CWaveFileReader& file, float* values, std::int32_t bytes) const {
   const WAVEFORMATEXTENSIBLE& format = file.Format();
-  auto* values = &destination->re;
   if (IsFloat(format) && format.Format.wBitsPerSample == 32) {
     CopyFloat(reinterpret_cast<const float*>(m_pRaw.get()), values, bytes / 4);
     if (!file.FloatScale()) MulConstInPlace(kFloatToFullScale, values, bytes / 4);
   } else if (IsPcm(format)) {
     ConvertPcm(format.Format.wBitsPerSample, m_pRaw.get(), values, bytes);
   }
-  return static_cast<std::uint32_t>(bytes / bytesPerFrame);
+}
+
+std::uint32_t CBlockReader::ReadBlock(CWaveFileReader& file, SComplex* destination) {
+  if (!m_pRaw) m_pRaw.reset(AllocInt16Pairs(kRawBytes / 4));
+  if (!m_pRaw) throw std::bad_alloc();
+  const std::int64_t bytesPerFrame = file.BytesPerFrame();
+  std::uint32_t frames = 0;
+  while (frames < kBlockFrames) {
+    const std::int64_t wanted =
+        std::min({(kBlockFrames - frames) * bytesPerFrame, file.DataBytesTotal() - file.DataBytesRead(),
+                  kRawBytes / bytesPerFrame * bytesPerFrame});
+    if (wanted <= 0) break;
+    const auto bytes = static_cast<std::int64_t>(file.ReadData(m_pRaw.get(), static_cast<std::size_t>(wanted)));
+    if (bytes > 0) Convert(file, &destination[frames].re, static_cast<std::int32_t>(bytes));
+    frames += static_cast<std::uint32_t>(bytes / bytesPerFrame);
+    if (bytes < wanted) break;
+  }
+  return frames;
 }
 
 }  // namespace carvello

@@ -9,8 +9,9 @@
 
 namespace carvello {
 
-// Frames of one block, everywhere in the engine.
-inline constexpr std::uint32_t kBlockFrames = 0x200000;
+// Frames of one block, everywhere in the engine. The blocks that are in use at a time stay in the processor's cache
+// while all writers read them; with larger ones every writer would fetch its samples from memory.
+inline constexpr std::uint32_t kBlockFrames = 0x40000;
 
 // Whether samples of this format can be converted: I/Q pairs of PCM with 8, 16, 24 or 32 bits, or of 32-bit float.
 bool CanConvert(const WAVEFORMATEXTENSIBLE& format);
@@ -26,10 +27,9 @@ class CBlockReader {
   std::uint32_t ReadBlock(CWaveFileReader& file, SComplex* destination);
 
  private:
-  bool GrowRaw(std::int64_t bytes);
+  void Convert(const CWaveFileReader& file, float* values, std::int32_t bytes) const;
 
-  Int16Buffer m_pRaw;               // file bytes; only ever grows
-  std::int64_t m_nRawCapacity = 0;  // bytes
+  Int16Buffer m_pRaw;  // file bytes
 };
 
 }  // namespace carvello

@@ -12,7 +12,7 @@ namespace vantrel {
 namespace {
 
 // The samples that pass through all stages before the next ones follow: few enough to stay in the nearest cache.
-constexpr std::size_t kPiece = 2048;
+constexpr std::size_t kPiece = 4096;
 
 }  // namespace
 

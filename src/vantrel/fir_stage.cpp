@@ -18,8 +18,7 @@ float* Floats(SComplex* samples) {
 
 }  // namespace
 
-CFirStage::CFirStage(const SStagePlan& plan)
-    : m_Plan(plan), m_pTable(SharedFirTable(CKaiserLowPass(plan.fPassEdge, plan.fStopEdge), plan.nPhases)) {
+CFirStage::CFirStage(const SStagePlan& plan) : m_Plan(plan), m_pTable(SharedFirTable(plan)) {
   m_History.resize(2 * m_pTable->TapCount());
   m_nHeld = m_pTable->MiddleTap();  // zeros, for that tap to meet input sample 0 first
 }

@@ -5,6 +5,9 @@
 #include <mutex>
 #include <numbers>
 
+#include "alias_filter.h"
+#include "kernels.h"
+
 namespace vantrel {
 namespace {
 
@@ -42,12 +45,29 @@ class CCubicFit {
 
 }  // namespace
 
-CFirTable::CFirTable(const CKaiserLowPass& design, std::uint64_t phases)
-    : m_bCubic(phases > kMostExactPhases), m_nTaps(2 * design.HalfLength()) {
+CFirTable::CFirTable(const SStagePlan& plan) : m_bCubic(plan.nPhases > kMostExactPhases) {
+  if (plan.kind == SStagePlan::EKind::AliasBands) {
+    FillAliasBands(plan);
+    return;
+  }
+  const CKaiserLowPass design(plan.fPassEdge, plan.fStopEdge);
+  m_nTaps = 2 * design.HalfLength();
   if (m_bCubic) {
     FillCubic(design);
   } else {
-    FillExact(design, phases);
+    FillExact(design, plan.nPhases);
+  }
+}
+
+void CFirTable::FillAliasBands(const SStagePlan& plan) {
+  const std::vector<double> taps = DesignAliasFilter(plan.nStep, plan.fPassEdge, plan.fStopEdge);
+  // One more tap than there are stands behind the middle of an even number.
+  m_nTaps = (taps.size() + kTapGranule) / kTapGranule * kTapGranule;
+  m_Rows.resize(2 * m_nTaps);
+  float* pair = m_Rows.data() + 2 * (MiddleTap() - taps.size() / 2);
+  for (const double fTap : taps) {
+    *pair++ = static_cast<float>(fTap);
+    *pair++ = static_cast<float>(fTap);
   }
 }
 
@@ -83,25 +103,26 @@ void CFirTable::FillCubic(const CKaiserLowPass& design) {
   }
 }
 
-std::shared_ptr<const CFirTable> SharedFirTable(const CKaiserLowPass& design, std::uint64_t phases) {
+std::shared_ptr<const CFirTable> SharedFirTable(const SStagePlan& plan) {
   struct SEntry {
-    CKaiserLowPass design;
-    std::uint64_t nPhases;
+    SStagePlan key;
     std::weak_ptr<const CFirTable> table;
   };
   static std::mutex s_Mutex;
   static std::vector<SEntry> s_Entries;
 
-  // All cubic tables of a design are the same.
-  const std::uint64_t nKey = phases > CFirTable::kMostExactPhases ? 0 : phases;
+  // A low-pass does not depend on the step, nor do cubic rows on the phases.
+  SStagePlan key = plan;
+  if (key.kind == SStagePlan::EKind::LowPass) key.nStep = 0;
+  if (key.nPhases > CFirTable::kMostExactPhases) key.nPhases = 0;
   const std::lock_guard lock(s_Mutex);
   std::erase_if(s_Entries, [](const SEntry& entry) { return entry.table.expired(); });
   for (const SEntry& entry : s_Entries) {
-    if (entry.nPhases != nKey || !(entry.design == design)) continue;
+    if (!(entry.key == key)) continue;
     if (auto table = entry.table.lock()) return table;
   }
-  auto table = std::make_shared<const CFirTable>(design, phases);
-  s_Entries.push_back({design, nKey, table});
+  auto table = std::make_shared<const CFirTable>(plan);
+  s_Entries.push_back({key, table});
   return table;
 }
 

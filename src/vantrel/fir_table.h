@@ -6,15 +6,18 @@
 #include <memory>
 #include <vector>
 
+#include "aligned_floats.h"
 #include "kaiser_lowpass.h"
+#include "stage_plan.h"
 
 namespace vantrel {
 
-// With few phases there is a row of taps for each. With many there are rows of cubic polynomials for kCubicRows equal
-// pieces of the way from one input sample to the next; their error is below -140 dB of the filter's gain.
+// A filter with few phases has a row of taps for each. With many phases there are rows of cubic polynomials for
+// kCubicRows equal pieces of the way from one input sample to the next; their error is below -140 dB of the filter's
+// gain.
 class CFirTable {
  public:
-  CFirTable(const CKaiserLowPass& design, std::uint64_t phases);
+  explicit CFirTable(const SStagePlan& plan);
 
   bool IsCubic() const { return m_bCubic; }
   std::size_t TapCount() const { return m_nTaps; }
@@ -26,15 +29,16 @@ class CFirTable {
   static constexpr std::uint64_t kCubicRows = 32;
 
  private:
+  void FillAliasBands(const SStagePlan& plan);
   void FillExact(const CKaiserLowPass& design, std::uint64_t phases);
   void FillCubic(const CKaiserLowPass& design);
 
   bool m_bCubic;
-  std::size_t m_nTaps;
-  std::vector<float> m_Rows;  // every tap twice in a row
+  std::size_t m_nTaps = 0;
+  AlignedFloats m_Rows;  // every tap twice in a row
 };
 
 // Tables are shared by all stages of the process that need the same one, and live as long as one of them.
-std::shared_ptr<const CFirTable> SharedFirTable(const CKaiserLowPass& design, std::uint64_t phases);
+std::shared_ptr<const CFirTable> SharedFirTable(const SStagePlan& plan);
 
 }  // namespace vantrel

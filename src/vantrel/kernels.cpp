@@ -7,12 +7,26 @@ namespace vantrel {
 namespace {
 
 const SKernels& Pick() {
-#ifdef VANTREL_HAVE_AVX2
-  const char* pszWanted = std::getenv("CARVELLO_ISA");
-  const bool bPlainWanted = pszWanted != nullptr && std::string_view(pszWanted) == "plain";
-  if (!bPlainWanted && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")) return kAvx2Kernels;
+  struct SCandidate {
+    const SKernels& kernels;
+    bool bRuns;  // on this processor
+  };
+  const SCandidate candidates[] = {
+      {kPlainKernels, true},
+#ifdef VANTREL_X86_64
+      {kAvx2Kernels, __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")},
+      {kAvx512Kernels,
+       __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("fma")},
 #endif
-  return kPlainKernels;
+  };
+  const char* pszWanted = std::getenv("CARVELLO_ISA");
+  const SKernels* pKernels = nullptr;
+  for (const SCandidate& candidate : candidates) {
+    if (!candidate.bRuns) continue;
+    pKernels = &candidate.kernels;  // the best one comes last
+    if (pszWanted != nullptr && std::string_view(pszWanted) == candidate.kernels.pszName) break;
+  }
+  return *pKernels;
 }
 
 }  // namespace

@@ -10,6 +10,9 @@ namespace vantrel {
 
 // Tap counts are multiples of this.
 inline constexpr std::size_t kTapGranule = 8;
+// FirSinglePhase is fastest with this stride and at most so many taps.
+inline constexpr std::size_t kFastStride = 8;
+inline constexpr std::size_t kMostFastTaps = 48;
 
 // One output of a filter with several phases: where its first sample stands in the input (in samples), its row in the
 // table, and how far between this row's phase and the next it lies (0..1, used by FirCubic only).
@@ -21,9 +24,10 @@ struct SDot {
 
 struct SKernels {
   const char* pszName;
-  // destination = source * table * phasor, for `count` samples. In place is allowed.
-  void (*Rotate)(const float* source, float* destination, std::size_t count, const float* table, float phasorRe,
-                 float phasorIm);
+  // destination = source * (cosines + j sines) * phasor, for `count` samples; both tables hold every value twice in a
+  // row. In place is allowed.
+  void (*Rotate)(const float* source, float* destination, std::size_t count, const float* cosines, const float* sines,
+                 float phasorRe, float phasorIm);
   // `count` outputs with the same taps, `stride` samples from one to the next.
   void (*FirSinglePhase)(const float* input, std::size_t stride, const float* taps, std::size_t tapCount,
                          std::size_t count, float* output);
@@ -36,10 +40,11 @@ struct SKernels {
 };
 
 extern const SKernels kPlainKernels;
-extern const SKernels kAvx2Kernels;  // needs AVX2 and FMA
+extern const SKernels kAvx2Kernels;    // needs AVX2 and FMA
+extern const SKernels kAvx512Kernels;  // needs AVX-512 F and DQ
 
-// The best set for this processor, picked once. The environment variable CARVELLO_ISA ("plain" or "avx2") asks for
-// another; one that the processor does not have is not taken.
+// The best set for this processor, picked once. The environment variable CARVELLO_ISA ("plain", "avx2" or "avx512")
+// asks for another; one that the processor does not have is not taken.
 const SKernels& Kernels();
 
 }  // namespace vantrel

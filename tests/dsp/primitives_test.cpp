@@ -231,10 +231,9 @@ TEST_F(Primitives, BuffersAreAlignedAndNoneForABadLength) {
   FreeAligned(nullptr);
 }
 
-#ifdef CARVELLO_HAVE_AVX2
+#ifdef CARVELLO_X86_64
 // Every length up to a few vectors, so that bodies and remainders of the loops are compared, at odd addresses too.
-TEST(PrimitiveKernels, BothSetsGiveTheSameBits) {
-  if (!__builtin_cpu_supports("avx2")) return;  // nothing to compare on this processor
+void ExpectSameBitsAsPlain(const SPrimitiveKernels& kernels) {
   std::vector<std::uint8_t> bytes(4096);
   std::uint32_t nState = 1;
   for (std::uint8_t& byte : bytes) {
@@ -249,32 +248,40 @@ TEST(PrimitiveKernels, BothSetsGiveTheSameBits) {
 
   for (std::size_t nLength = 1; nLength <= 100; ++nLength) {
     std::vector<float> plain(nLength);
-    std::vector<float> avx2(nLength);
+    std::vector<float> other(nLength);
     const auto expectSame = [&](const char* what) {
-      EXPECT_EQ(std::memcmp(plain.data(), avx2.data(), nLength * sizeof(float)), 0) << what << " " << nLength;
+      EXPECT_EQ(std::memcmp(plain.data(), other.data(), nLength * sizeof(float)), 0)
+          << kernels.pszName << " " << what << " " << nLength;
     };
     kPlainPrimitives.Int8ToFloat(reinterpret_cast<const std::int8_t*>(bytes.data() + 1), plain.data(), nLength);
-    kAvx2Primitives.Int8ToFloat(reinterpret_cast<const std::int8_t*>(bytes.data() + 1), avx2.data(), nLength);
+    kernels.Int8ToFloat(reinterpret_cast<const std::int8_t*>(bytes.data() + 1), other.data(), nLength);
     expectSame("Int8ToFloat");
     kPlainPrimitives.Int16ToFloat(shorts + 1, plain.data(), nLength);
-    kAvx2Primitives.Int16ToFloat(shorts + 1, avx2.data(), nLength);
+    kernels.Int16ToFloat(shorts + 1, other.data(), nLength);
     expectSame("Int16ToFloat");
     kPlainPrimitives.Int24ToFloat(bytes.data() + 1, plain.data(), nLength);
-    kAvx2Primitives.Int24ToFloat(bytes.data() + 1, avx2.data(), nLength);
+    kernels.Int24ToFloat(bytes.data() + 1, other.data(), nLength);
     expectSame("Int24ToFloat");
     kPlainPrimitives.Int32ToFloat(ints + 1, plain.data(), nLength);
-    kAvx2Primitives.Int32ToFloat(ints + 1, avx2.data(), nLength);
+    kernels.Int32ToFloat(ints + 1, other.data(), nLength);
     expectSame("Int32ToFloat");
     kPlainPrimitives.Multiply(0.1f, plain.data(), nLength);
-    kAvx2Primitives.Multiply(0.1f, avx2.data(), nLength);
+    kernels.Multiply(0.1f, other.data(), nLength);
     expectSame("Multiply");
     for (const ERounding rounding : {ERounding::TowardsZero, ERounding::HalfToEven, ERounding::HalfAway}) {
       Int16s plain16(nLength);
-      Int16s avx216(nLength);
-      kPlainPrimitives.FloatToInt16(source.data() + 1, plain16.data(), nLength, rounding, 1.0f, 1.0f);
-      kAvx2Primitives.FloatToInt16(source.data() + 1, avx216.data(), nLength, rounding, 1.0f, 1.0f);
-      EXPECT_EQ(plain16, avx216) << nLength;
+      Int16s other16(nLength);
+      kPlainPrimitives.FloatToInt16(source.data() + 1, plain16.data(), nLength, rounding, 1.0f);
+      kernels.FloatToInt16(source.data() + 1, other16.data(), nLength, rounding, 1.0f);
+      EXPECT_EQ(plain16, other16) << kernels.pszName << " " << nLength;
     }
+  }
+}
+
+TEST(PrimitiveKernels, AllSetsGiveTheSameBits) {
+  if (__builtin_cpu_supports("avx2")) ExpectSameBitsAsPlain(kAvx2Primitives);
+  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq")) {
+    ExpectSameBitsAsPlain(kAvx512Primitives);
   }
 }
 #endif

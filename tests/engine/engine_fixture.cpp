@@ -99,9 +99,12 @@ void SPassThrough::Bind(DspBinding& binding) {
       const std::lock_guard guard(passThroughLock);
       instances[handle - 1].shifts.push_back(shift);
     }
-    EXPECT_EQ(source, destination) << "the shift is done in place";
-    // A shift that is not 0 spoils the block, so that a writer that shared it with another would show.
-    if (shift != 0) std::fill_n(destination, count, SComplex{});
+    EXPECT_NE(source, destination) << "the block belongs to all writers";
+    if (shift != 0) {
+      std::fill_n(destination, count, SComplex{});
+    } else {
+      std::copy_n(source, count, destination);
+    }
   };
   binding.DownconvertRun = [](std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
                               std::uint32_t* outputCount) {
