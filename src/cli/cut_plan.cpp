@@ -70,7 +70,7 @@ bool EndsBeforeItStarts(const SEntryFields& fields) {
 std::int64_t BytesOfFrame(const CRecordingSet& recording) {
   const std::uint32_t told = recording.format.Format.wBitsPerSample;
   const std::uint32_t bits = told > 0 ? told : recording.nBitsPerSample;
-  return std::max<std::int64_t>(2 * (bits / 8), 1);
+  return std::max<std::int64_t>(bits / 8 * 2LL, 1);
 }
 
 // Files that are chained by time may leave gaps, so the recording's end can lie behind its last sample.

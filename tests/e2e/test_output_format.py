@@ -272,8 +272,9 @@ class TestInfo(EndToEndTest):
     def test_keys_are_those_that_scripts_rely_on(self):
         source = write_recording(self.folder / "in.wav", Layout(RATE), np.zeros(RATE))
         self.assertEqual(set(self.info(source)), {
-            "source", "files", "dataBytes", "totalBytes", "sampleRate", "centreFrequency", "bandwidth",
-            "bitsPerSample", "sampleFormat", "startUtc", "endUtc", "seconds", "rf64", "infoTexts", "metadata"})
+            "source", "files", "fileCount", "dataBytes", "totalBytes", "sampleRate", "centreFrequency", "bandwidth",
+            "bitsPerSample", "sampleFormat", "startUtc", "endUtc", "startMilliseconds", "endMilliseconds",
+            "seconds", "rf64", "infoTexts", "metadata"})
 
     def test_same_facts_for_a_person(self):
         source = write_recording(self.folder / "in.wav", Layout(RATE), np.zeros(RATE))
