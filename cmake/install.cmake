@@ -1,17 +1,33 @@
-# The downconverter library is loaded from the program's own folder, so the two are installed into one: below lib, with
-# a link to the program where programs are looked for. On Windows that folder is the whole of it.
+# The downconverter library is loaded from the program's own folder, so the programs and it are installed into one: below
+# lib, with links to the programs where programs are looked for. On Windows that folder is the whole of it.
 include(GNUInstallDirs)
 
+set(programs carvello-cli)
+if(CARVELLO_GUI)
+  list(APPEND programs carvello)
+endif()
+
 if(WIN32)
-  install(TARGETS carvello-cli Vantrel RUNTIME DESTINATION .)
+  install(TARGETS ${programs} Vantrel RUNTIME DESTINATION .)
   install(FILES README.md LICENSE DESTINATION .)
 else()
   set(folder ${CMAKE_INSTALL_LIBDIR}/carvello)
-  install(TARGETS carvello-cli Vantrel RUNTIME DESTINATION ${folder} LIBRARY DESTINATION ${folder})
+  install(TARGETS ${programs} Vantrel RUNTIME DESTINATION ${folder} LIBRARY DESTINATION ${folder})
 
-  file(RELATIVE_PATH target ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/carvello/carvello-cli)
-  file(CREATE_LINK ${target} ${CMAKE_CURRENT_BINARY_DIR}/carvello-cli SYMBOLIC)
-  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/carvello-cli DESTINATION ${CMAKE_INSTALL_BINDIR})
+  foreach(program ${programs})
+    file(RELATIVE_PATH target ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR}/carvello/${program})
+    file(CREATE_LINK ${target} ${CMAKE_CURRENT_BINARY_DIR}/${program} SYMBOLIC)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${program} DESTINATION ${CMAKE_INSTALL_BINDIR})
+  endforeach()
+
+  if(CARVELLO_GUI)
+    install(FILES packaging/linux/carvello.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+    set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+    install(FILES resources/carvello.svg DESTINATION ${icons}/scalable/apps)
+    foreach(size 16 22 24 32 48 64 128 256)
+      install(FILES packaging/icons/carvello-${size}.png DESTINATION ${icons}/${size}x${size}/apps RENAME carvello.png)
+    endforeach()
+  endif()
 
   install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})

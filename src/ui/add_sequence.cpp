@@ -19,6 +19,12 @@ struct SStepRun {
   std::uint32_t nBy;
 };
 
+QString Summary(std::int64_t start, std::int64_t end, std::int64_t step, std::int64_t count) {
+  return QString::fromStdString(Format("%s to %s in steps of %s. Total entries %lld.", FormatFrequency64(start).c_str(),
+                                       FormatFrequency64(end).c_str(), FormatFrequency64(step).c_str(),
+                                       static_cast<long long>(count)));
+}
+
 }  // namespace
 
 std::vector<std::uint32_t> SequenceSteps() {
@@ -37,12 +43,15 @@ CAddSequence::CAddSequence(std::int64_t nCentreFrequency, std::uint32_t nSampleR
       m_nHighest(nCentreFrequency + nSampleRate / 2) {
   m_ui->setupUi(this);
   for (CMyMFCMaskedEdit* pEdit : {m_ui->IDC_1010, m_ui->IDC_1011}) pEdit->setFont(fixedFont);
+  m_ui->IDC_1012->setMinimumWidth(m_ui->IDC_1010->sizeHint().width());  // one column, one width
   m_ui->IDC_1010->SetFrequency(m_nLowest);
   m_ui->IDC_1011->SetFrequency(m_nHighest);
   for (const std::uint32_t step : SequenceSteps()) {
     m_ui->IDC_1012->addItem(QString::fromStdString(Format("%u%s", step, " kHz")), step);
   }
   m_ui->IDC_1012->setCurrentIndex(m_ui->IDC_1012->findData(kFirstSelectedStep));
+  // Room for usual summaries, so that the window keeps its size while they change.
+  m_ui->IDC_1021->setMinimumWidth(fontMetrics().horizontalAdvance(Summary(888'888'000, 888'888'000, 888'000, 8888)));
   // Connected only now, so that the summary is not made of fields that are half set up.
   connect(m_ui->IDC_1010, &CMyMFCMaskedEdit::FrequencyChanged, this, &CAddSequence::UpdateSummary);
   connect(m_ui->IDC_1011, &CMyMFCMaskedEdit::FrequencyChanged, this, &CAddSequence::UpdateSummary);
@@ -50,6 +59,8 @@ CAddSequence::CAddSequence(std::int64_t nCentreFrequency, std::uint32_t nSampleR
   connect(m_ui->IDC_1, &QPushButton::clicked, this, &QDialog::accept);
   connect(m_ui->IDC_2, &QPushButton::clicked, this, &QDialog::reject);
   UpdateSummary();
+  m_ui->IDC_1010->setFocus();
+  m_ui->IDC_1010->selectAll();
 }
 
 CAddSequence::~CAddSequence() = default;
@@ -65,9 +76,7 @@ std::int64_t CAddSequence::Count() const {
 void CAddSequence::UpdateSummary() {
   std::tie(m_nStart, m_nEnd) = std::minmax({m_ui->IDC_1010->Frequency(), m_ui->IDC_1011->Frequency()});
   m_nStep = std::int64_t{m_ui->IDC_1012->currentData().toUInt()} * 1000;
-  m_ui->IDC_1021->setText(QString::fromStdString(
-      Format("%s to %s in steps of %s. Total entries %lld.", FormatFrequency64(m_nStart).c_str(),
-             FormatFrequency64(m_nEnd).c_str(), FormatFrequency64(m_nStep).c_str(), static_cast<long long>(Count()))));
+  m_ui->IDC_1021->setText(Summary(m_nStart, m_nEnd, m_nStep, Count()));
 }
 
 }  // namespace carvello

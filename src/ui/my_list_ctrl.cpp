@@ -2,6 +2,7 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QStyledItemDelegate>
 #include <algorithm>
 #include <memory>
 
@@ -10,10 +11,20 @@ namespace carvello {
 namespace {
 
 constexpr int kColumnRoom = 10;  // pixels between the contents of a column and the next one
+constexpr int kRowRoom = 4;      // pixels between the texts of a row and the next one
+
+class CRowDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(0, kRowRoom);
+  }
+};
 
 }  // namespace
 
 CMyMFCListCtrl::CMyMFCListCtrl(QWidget* parent) : QTreeWidget(parent) {
+  setItemDelegate(new CRowDelegate(this));
   setRootIsDecorated(false);
   setUniformRowHeights(true);
   setAllColumnsShowFocus(true);
