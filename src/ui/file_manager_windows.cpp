@@ -1,0 +1,33 @@
+// The file manager of Windows.
+// clang-format off
+#include <windows.h>
+#include <shlobj.h>
+// clang-format on
+
+#include <memory>
+
+#include "support/platform.h"
+#include "support/platform_windows_text.h"
+#include "ui/file_manager.h"
+#include "ui/wait_cursor.h"
+
+namespace carvello {
+
+namespace {
+
+bool SelectInFolder(const std::string& path) {
+  struct FreeItem {
+    void operator()(ITEMIDLIST* item) const { ILFree(item); }
+  };
+  const CWaitCursor wait;
+  const std::unique_ptr<ITEMIDLIST, FreeItem> item(ILCreateFromPathW(platform::WidePath(path).c_str()));
+  return item != nullptr && SUCCEEDED(SHOpenFolderAndSelectItems(item.get(), 0, nullptr, 0));
+}
+
+}  // namespace
+
+void ShowFileInFolder(QWidget* pParent, const std::string& path) {
+  if (!SelectInFolder(path)) OpenOrTell(pParent, platform::FolderOf(path), "Open Folder", "explore");
+}
+
+}  // namespace carvello
