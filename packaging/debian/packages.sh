@@ -2,7 +2,7 @@
 
 packages_build=(g++ cmake ninja-build libpugixml-dev libcli11-dev nlohmann-json3-dev qt6-base-dev)
 packages_test=("${packages_build[@]}" libgtest-dev libgmock-dev sox sndfile-programs python3 python3-numpy
-  xvfb xdotool imagemagick)
+  dbus-daemon xvfb xdotool imagemagick)
 packages_windows=("${packages_test[@]}" g++-mingw-w64-x86-64-posix googletest dpkg-dev wine wine64)
 packages_lint=("${packages_test[@]}" clang-format clang-tidy)
 
