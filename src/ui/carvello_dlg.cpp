@@ -1,7 +1,6 @@
 #include "ui/carvello_dlg.h"
 
 #include <QApplication>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QSettings>
 
@@ -11,6 +10,7 @@
 #include "ui/control_states.h"
 #include "ui/file_manager.h"
 #include "ui/fixed_font.h"
+#include "ui/resources.h"
 #include "ui/system_command.h"
 #include "ui/user_settings.h"
 #include "ui_carvello_dlg.h"
@@ -42,6 +42,7 @@ CCarvelloDlg::CCarvelloDlg(const DspBinding& dsp, const std::string& input, unsi
       m_ui(BuildControls(*this)),
       m_settings(OpenUserSettings()),
       m_fields(*m_ui),
+      m_messages(this),
       m_job(dsp, m_messages, m_entries, processors, this),
       m_taskbar(CreateTaskbarProgress(this)) {
   PrepareControls();
@@ -62,7 +63,7 @@ CCarvelloDlg::~CCarvelloDlg() = default;
 void CCarvelloDlg::PrepareControls() {
   setWindowTitle(QString::fromStdString(
       Format("%s v%s", VersionValue("ProductName").c_str(), VersionValue("ProductVersion").c_str())));
-  setWindowIcon(QGuiApplication::windowIcon());
+  setWindowIcon(ProgramIcon());
   m_ui->IDC_1000->SetFileBrowse(kInputFilter);
   m_ui->IDC_1009->SetFolderBrowse(kFolderTitle);
 

@@ -42,8 +42,10 @@ class CPostedEvent : public QEvent {
 
 }  // namespace
 
-CPostedMessages::CPostedMessages()
-    : m_nLogMessage(RegisterMessage(kLogMessageName)), m_nProgressMessage(RegisterMessage(kProgressMessageName)) {}
+CPostedMessages::CPostedMessages(QObject* pParent)
+    : QObject(pParent),
+      m_nLogMessage(RegisterMessage(kLogMessageName)),
+      m_nProgressMessage(RegisterMessage(kProgressMessageName)) {}
 
 void CPostedMessages::PostTexts(std::uint32_t message, std::string worker, std::string text) {
   QCoreApplication::postEvent(this, new CPostedEvent(message, std::move(worker), std::move(text), 0, 0));

@@ -15,7 +15,7 @@ class CPostedMessages : public QObject, public IMessageTarget {
   Q_OBJECT
 
  public:
-  CPostedMessages();
+  explicit CPostedMessages(QObject* pParent = nullptr);
 
   void PostTexts(std::uint32_t message, std::string worker, std::string text) override;
   void PostNumbers(std::uint32_t message, std::uint64_t total, std::uint64_t done) override;

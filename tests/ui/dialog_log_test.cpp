@@ -1,0 +1,213 @@
+#include <QProgressBar>
+#include <QRegularExpression>
+#include <thread>
+
+#include "ui/dialog_fixture.h"
+#include "ui/log_list.h"
+#include "ui/longest_turn.h"
+#include "ui/ui_test.h"
+
+namespace carvello {
+
+using test::CDialogFixture;
+
+class DialogLogTest : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void init();
+  void cleanup() { m_pFixture.reset(); }
+
+  void ALineOfAThreadShowsTimeThreadAndText();
+  void ALineWithoutAThreadShowsTimeAndText();
+  void ABurstOf100000LinesLosesNoneAndKeepsTheDialogAnswering();
+  void ALongLineWidensTheScrollRangeUntilTheLogIsCleared();
+  void ANewInputClearsTheLog();
+  void ProgressShowsPositionAndPercentage_data();
+  void ProgressShowsPositionAndPercentage();
+  void ProgressOfNothingIsIgnored();
+  void ViewAsTextWritesEveryLineAndOpensTheFile();
+  void ViewAsTextOfAnEmptyLogWritesAnEmptyFile();
+  void ViewAsTextTellsWhenTheFileCannotBeWritten();
+  void ViewAsTextTellsWhenNoProgramOpensIt();
+  void TheHelpLinkOpensTheHelpText();
+
+ private:
+  void Post(const std::string& worker, const std::string& text) {
+    m_pMessages->PostTexts(RegisterMessage(kLogMessageName), worker, text);
+  }
+  void PostProgress(std::uint64_t total, std::uint64_t done) {
+    m_pMessages->PostNumbers(RegisterMessage(kProgressMessageName), total, done);
+    QCoreApplication::sendPostedEvents(m_pMessages);
+  }
+
+  std::unique_ptr<CDialogFixture> m_pFixture;
+  CPostedMessages* m_pMessages = nullptr;
+  const std::string m_strFile = qgetenv("TEMP").toStdString() + "/Carvello tmp.txt";
+};
+
+void DialogLogTest::init() {
+  m_pFixture = std::make_unique<CDialogFixture>();
+  m_pMessages = m_pFixture->Open().findChild<CPostedMessages*>();
+  QVERIFY(m_pMessages != nullptr);
+}
+
+void DialogLogTest::ALineOfAThreadShowsTimeThreadAndText() {
+  Post("Reader", "Opening");
+  QTRY_COMPARE(m_pFixture->Log().last(), QString("Reader> Opening"));
+  const QString line = QString::fromStdString(m_pFixture->Control<CLogList>(1022).Lines().back());
+  QVERIFY(QRegularExpression("^\\d\\d:\\d\\d:\\d\\d> Reader> Opening$").match(line).hasMatch());
+}
+
+void DialogLogTest::ALineWithoutAThreadShowsTimeAndText() {
+  Post("", "100% done, %s");
+  QTRY_COMPARE(m_pFixture->Log().last(), QString("100% done, %s"));
+}
+
+void DialogLogTest::ABurstOf100000LinesLosesNoneAndKeepsTheDialogAnswering() {
+  constexpr int kLines = 100'000;
+  constexpr double kBound = 100.0;                                                      // ms
+  const double bound = kBound * (qEnvironmentVariableIsSet("CARVELLO_SLOW") ? 20 : 1);  // with sanitizers
+  auto& log = m_pFixture->Control<CLogList>(1022);
+  const int before = log.model()->rowCount();
+  // A click now and then, answered like any other.
+  int clicks = 0;
+  QTimer clicker;
+  connect(&clicker, &QTimer::timeout, this, [&] {
+    QTest::mouseClick(&m_pFixture->Control(1022), Qt::LeftButton);
+    ++clicks;
+  });
+  clicker.start(10);
+  test::CLongestTurn turn;
+  std::thread worker([this] {
+    for (int line = 0; line < kLines; ++line) Post("Writer [0]", "line " + std::to_string(line));
+  });
+  QTRY_COMPARE_WITH_TIMEOUT(log.model()->rowCount(), before + kLines, 120'000);
+  worker.join();
+  qInfo("longest turn %.1f ms of processor time, %d turns, %d clicks", turn.Milliseconds(), turn.Turns(), clicks);
+  QVERIFY(clicks > 0);
+  QVERIFY2(turn.Milliseconds() < bound, qPrintable(QString("%1 ms").arg(turn.Milliseconds())));
+
+  const QStringList lines = m_pFixture->Log().mid(before);
+  QCOMPARE(lines.size(), kLines);
+  for (int line = 0; line < kLines; ++line) QCOMPARE(lines[line], QString("Writer [0]> line %1").arg(line));
+}
+
+void DialogLogTest::ALongLineWidensTheScrollRangeUntilTheLogIsCleared() {
+  auto& log = m_pFixture->Control<CLogList>(1022);
+  const int extent = log.HorizontalExtent();
+  Post("Reader", std::string(500, 'w'));
+  QTRY_VERIFY(log.HorizontalExtent() > extent);
+  const int wide = log.HorizontalExtent();
+  Post("Reader", "short");
+  QTRY_COMPARE(m_pFixture->Log().last(), QString("Reader> short"));
+  QCOMPARE(log.HorizontalExtent(), wide);
+  m_pFixture->SetPath(1000, m_pFixture->WriteInput());
+  QTRY_VERIFY(log.HorizontalExtent() > 0);
+  QVERIFY(log.HorizontalExtent() < wide);
+}
+
+void DialogLogTest::ANewInputClearsTheLog() {
+  Post("Reader", "of before");
+  QTRY_COMPARE(m_pFixture->Log().size(), 3);
+  m_pFixture->SetPath(1000, m_pFixture->WriteInput());
+  QCOMPARE(m_pFixture->Log(), (QStringList{"Ready", "Processors: 2, max threads: 8"}));
+}
+
+void DialogLogTest::ProgressShowsPositionAndPercentage_data() {
+  QTest::addColumn<unsigned>("total");
+  QTest::addColumn<unsigned>("done");
+  QTest::addColumn<int>("position");
+  QTest::addColumn<QString>("text");
+  QTest::newRow("nothing") << 10'000U << 0U << 0 << "0.00%";
+  QTest::newRow("a part") << 10'000U << 4567U << 456 << "45.67%";
+  QTest::newRow("nearly all") << 10'000U << 9999U << 999 << "99.99%";
+  QTest::newRow("all") << 10'000U << 10'000U << 1000 << "100.00%";
+  QTest::newRow("another unit") << 3U << 1U << 333 << "33.33%";
+}
+
+void DialogLogTest::ProgressShowsPositionAndPercentage() {
+  QFETCH(unsigned, total);
+  QFETCH(unsigned, done);
+  QFETCH(int, position);
+  QFETCH(QString, text);
+  PostProgress(total, done);
+  const auto& bar = m_pFixture->Control<QProgressBar>(1020);
+  QCOMPARE(bar.minimum(), 0);
+  QCOMPARE(bar.maximum(), 1000);
+  QCOMPARE(bar.value(), position);
+  QCOMPARE(m_pFixture->Text(1021), text);
+  QVERIFY(m_pFixture->Control(1021).isVisible());
+}
+
+void DialogLogTest::ProgressOfNothingIsIgnored() {
+  PostProgress(10'000, 5000);
+  PostProgress(0, 0);
+  QCOMPARE(m_pFixture->Text(1021), QString("50.00%"));
+}
+
+void DialogLogTest::ViewAsTextWritesEveryLineAndOpensTheFile() {
+  Post("Reader", "\xC3\xA4 line");
+  QTRY_COMPARE(m_pFixture->Log().size(), 3);
+  const auto opened = test::OpenedPaths().size();
+  m_pFixture->Click(1023);
+  std::string expected;
+  for (const std::string& line : m_pFixture->Control<CLogList>(1022).Lines()) expected += line + "\n";
+  QVERIFY(expected.ends_with("Reader> \xC3\xA4 line\n"));
+  QCOMPARE(test::ReadWholeFile(m_strFile), expected);
+  QTRY_COMPARE(test::OpenedPaths().size(), opened + 1);
+  QCOMPARE(test::OpenedPaths().last().toStdString(), m_strFile);
+}
+
+void DialogLogTest::ViewAsTextOfAnEmptyLogWritesAnEmptyFile() {
+  m_pFixture->Control<CLogList>(1022).Clear();
+  const auto opened = test::OpenedPaths().size();
+  m_pFixture->Click(1023);
+  QCOMPARE(test::ReadWholeFile(m_strFile), std::string());
+  QTRY_COMPARE(test::OpenedPaths().size(), opened + 1);
+}
+
+void DialogLogTest::ViewAsTextTellsWhenTheFileCannotBeWritten() {
+  std::filesystem::remove(test::PathOf(m_strFile));
+  std::filesystem::create_directory(test::PathOf(m_strFile));
+  m_pFixture->Answers().Give(QMessageBox::Ok);
+  m_pFixture->Click(1023);
+  QVERIFY(m_pFixture->Answers().AllUsed());
+  const test::SShownBox& box = m_pFixture->Answers().Shown().back();
+  QCOMPARE(box.caption, QString("Open File"));
+  QCOMPARE(box.text, QString::fromStdString(m_strFile) + ": Is a directory");
+  QCOMPARE(box.icon, QMessageBox::Critical);
+  QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+  std::filesystem::remove(test::PathOf(m_strFile));
+}
+
+void DialogLogTest::ViewAsTextTellsWhenNoProgramOpensIt() {
+  const QByteArray path = qgetenv("PATH");
+  const std::string programs = m_pFixture->Folder() / "programs";
+  std::filesystem::create_directory(test::PathOf(programs));
+  std::filesystem::create_symlink("/bin/sh", test::PathOf(programs + "/sh"));
+  qputenv("PATH", QByteArray::fromStdString(programs));
+  m_pFixture->Answers().Give(QMessageBox::Ok);
+  m_pFixture->Click(1023);
+  qputenv("PATH", path);
+  QVERIFY(m_pFixture->Answers().AllUsed());
+  const test::SShownBox& box = m_pFixture->Answers().Shown().back();
+  QCOMPARE(box.caption, QString("Open File"));
+  QCOMPARE(box.text, QString("Error processing \"%1\" -\n \nNo such file or directory").arg(m_strFile.c_str()));
+  QCOMPARE(box.icon, QMessageBox::Critical);
+  QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
+}
+
+void DialogLogTest::TheHelpLinkOpensTheHelpText() {
+  const auto opened = test::OpenedPaths().size();
+  m_pFixture->Click(1024);
+  QTRY_COMPARE(test::OpenedPaths().size(), opened + 1);
+  const QString path = test::OpenedPaths().last();
+  QVERIFY2(QRegularExpression("/Halvarn_\\d\\d\\d\\.rtf$").match(path).hasMatch(), qPrintable(path));
+  QVERIFY(test::ReadWholeFile(path.toStdString()).starts_with("{\\rtf"));
+}
+
+}  // namespace carvello
+
+CARVELLO_UI_TEST(carvello::DialogLogTest)
+#include "dialog_log_test.moc"
