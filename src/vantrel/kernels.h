@@ -24,10 +24,13 @@ struct SDot {
 
 struct SKernels {
   const char* pszName;
-  // destination = source * (cosines + j sines) * phasor, for `count` samples; both tables hold every value twice in a
-  // row. In place is allowed.
-  void (*Rotate)(const float* source, float* destination, std::size_t count, const float* cosines, const float* sines,
-                 float phasorRe, float phasorIm);
+  // destination = source * (cosines + j sines), for `count` samples. Both tables hold every value twice in a row, and
+  // the first of each pair of sines negated. In place is allowed.
+  void (*RotateByTable)(const float* source, float* destination, std::size_t count, const float* cosines,
+                        const float* alternatingSines);
+  // The same times a phasor.
+  void (*RotateByProduct)(const float* source, float* destination, std::size_t count, const float* cosines,
+                          const float* alternatingSines, float phasorRe, float phasorIm);
   // `count` outputs with the same taps, `stride` samples from one to the next.
   void (*FirSinglePhase)(const float* input, std::size_t stride, const float* taps, std::size_t tapCount,
                          std::size_t count, float* output);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <numbers>
+#include <numeric>
 
 #include "kernels.h"
 
@@ -14,6 +15,9 @@ namespace {
 std::complex<double> Turn(std::uint64_t residue, std::uint32_t rate) {
   return std::polar(1.0, -2.0 * std::numbers::pi * static_cast<double>(residue) / static_cast<double>(rate));
 }
+
+constexpr std::size_t kLeastBlock = 512;
+constexpr std::uint64_t kLongestPeriod = 8192;  // its tables still fit into a processor's own cache
 
 constexpr std::uint64_t kNoBlock = ~std::uint64_t{0};
 
@@ -31,20 +35,25 @@ void COscillator::SetFrequency(std::int64_t shift, std::uint32_t rate) {
   if (rate == 0) return;
   const std::int64_t nSignedRate = rate;
   m_nStep = static_cast<std::uint64_t>((shift % nSignedRate + nSignedRate) % nSignedRate);
-  m_Cosines.resize(2 * kBlock);
-  m_Sines.resize(2 * kBlock);
-  for (std::size_t i = 0; i < kBlock; ++i) {
+  const std::uint64_t nPeriod = rate / std::gcd(m_nStep, std::uint64_t{rate});
+  m_bPeriodic = nPeriod <= kLongestPeriod;
+  m_nBlockLength = m_bPeriodic ? (kLeastBlock + nPeriod - 1) / nPeriod * nPeriod : kLeastBlock;
+  m_Cosines.resize(2 * m_nBlockLength);
+  m_AlternatingSines.resize(2 * m_nBlockLength);
+  for (std::size_t i = 0; i < m_nBlockLength; ++i) {
     const std::complex<double> turn = Turn(Residue(i), rate);
     m_Cosines[2 * i] = m_Cosines[2 * i + 1] = static_cast<float>(turn.real());
-    m_Sines[2 * i] = m_Sines[2 * i + 1] = static_cast<float>(turn.imag());
+    m_AlternatingSines[2 * i] = static_cast<float>(-turn.imag());
+    m_AlternatingSines[2 * i + 1] = static_cast<float>(turn.imag());
   }
+  if (m_bPeriodic) return;
   m_BlockTurns.resize(kGroup);
-  for (std::size_t i = 0; i < kGroup; ++i) m_BlockTurns[i] = Turn(Residue(i * kBlock), rate);
+  for (std::size_t i = 0; i < kGroup; ++i) m_BlockTurns[i] = Turn(Residue(i * m_nBlockLength), rate);
 }
 
 void COscillator::SeekBlock(std::uint64_t block) {
   if (m_nBlock == kNoBlock || m_nBlock / kGroup != block / kGroup) {
-    m_GroupTurn = Turn(Residue(block / kGroup * kGroup * kBlock), m_nRate);
+    m_GroupTurn = Turn(Residue(block / kGroup * kGroup * m_nBlockLength), m_nRate);
   }
   m_nBlock = block;
   const std::complex<double> turn = m_GroupTurn * m_BlockTurns[block % kGroup];
@@ -59,18 +68,26 @@ void COscillator::Process(std::int64_t shift, std::uint32_t rate, const SComplex
     m_nPosition += count;
     return;
   }
-  const auto rotate = Kernels().Rotate;
   while (count > 0) {
-    if (m_nBlock != m_nPosition / kBlock) SeekBlock(m_nPosition / kBlock);
-    const std::size_t nInBlock = m_nPosition % kBlock;
-    const std::size_t nPiece = std::min(count, kBlock - nInBlock);
-    rotate(&source->re, &destination->re, nPiece, &m_Cosines[2 * nInBlock], &m_Sines[2 * nInBlock], m_Phasor.re,
-           m_Phasor.im);
+    const std::size_t nPiece = std::min(count, m_nBlockLength - m_nPosition % m_nBlockLength);
+    RotateInBlock(source, nPiece, destination);
     source += nPiece;
     destination += nPiece;
     count -= nPiece;
     m_nPosition += nPiece;
   }
+}
+
+void COscillator::RotateInBlock(const SComplex* source, std::size_t count, SComplex* destination) {
+  const std::size_t nFirst = m_nPosition % m_nBlockLength;
+  const float* cosines = &m_Cosines[2 * nFirst];
+  const float* sines = &m_AlternatingSines[2 * nFirst];
+  if (m_bPeriodic) {
+    Kernels().RotateByTable(&source->re, &destination->re, count, cosines, sines);
+    return;
+  }
+  if (m_nBlock != m_nPosition / m_nBlockLength) SeekBlock(m_nPosition / m_nBlockLength);
+  Kernels().RotateByProduct(&source->re, &destination->re, count, cosines, sines, m_Phasor.re, m_Phasor.im);
 }
 
 }  // namespace vantrel

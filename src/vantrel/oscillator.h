@@ -12,8 +12,9 @@
 namespace vantrel {
 
 // Sample n is multiplied by exp(-j 2 pi ((shift * n) mod rate) / rate). The residue is a whole number, so there is no
-// drift: tables hold the turns within a block of samples and within a group of blocks, and one more turn per group,
-// computed from its residue, leads there. Blocks stand at fixed sample numbers, whatever calls they come in.
+// drift. Where the turns repeat soon, as they do for shifts on a raster, a table holds them. Otherwise tables hold the
+// turns within a block of samples and within a group of blocks, and one more turn per group, computed from its residue,
+// leads there. Blocks stand at fixed sample numbers, whatever calls they come in.
 class COscillator {
  public:
   // The next sample is number `position`.
@@ -25,10 +26,10 @@ class COscillator {
                SComplex* destination);
 
  private:
-  static constexpr std::size_t kBlock = 512;  // samples
-  static constexpr std::size_t kGroup = 64;   // blocks
+  static constexpr std::size_t kGroup = 64;  // blocks
 
   void SetFrequency(std::int64_t shift, std::uint32_t rate);
+  void RotateInBlock(const SComplex* source, std::size_t count, SComplex* destination);
   void SeekBlock(std::uint64_t block);
   // (step * samples) mod rate, of any number of samples.
   std::uint64_t Residue(std::uint64_t samples) const;
@@ -37,8 +38,10 @@ class COscillator {
   std::int64_t m_nShift = 0;
   std::uint32_t m_nRate = 0;
   std::uint64_t m_nStep = 0;  // the shift as a residue, 0 .. rate - 1
-  AlignedFloats m_Cosines;    // the turns from a block's first sample on, every value twice in a row
-  AlignedFloats m_Sines;
+  std::size_t m_nBlockLength = 0;
+  bool m_bPeriodic = false;          // a block holds whole periods
+  AlignedFloats m_Cosines;           // the turns from a block's first sample on, every value twice in a row
+  AlignedFloats m_AlternatingSines;  // the first of each pair negated
   std::vector<std::complex<double>> m_BlockTurns;  // those of a group's blocks from its first one on
   std::uint64_t m_nBlock = 0;                      // the block that m_Phasor belongs to
   std::complex<double> m_GroupTurn;                // of the first sample of its group
