@@ -1,8 +1,9 @@
 // What each entry point promises beside the response.
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdlib>
-#include <cstring>
+#include <limits>
 #include <map>
 #include <random>
 #include <thread>
@@ -11,10 +12,6 @@
 
 namespace carvello::test {
 namespace {
-
-bool SameBits(const Samples& a, const Samples& b) {
-  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(SComplex)) == 0;
-}
 
 // A writer's work: shift in place, then decimate.
 Samples ShiftAndRun(const CLibraryInstance& instance, std::int64_t shift, std::uint32_t inputRate, Samples input,
@@ -62,56 +59,6 @@ TEST(BlockSizes, ChangeNoBit) {
         SameBits(inSevens, Samples(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(inSevens.size()))))
         << rates.nIn << " to " << rates.nOut;
   }
-}
-
-TEST(Nco, BringsTheWantedCentreToZeroInPlace) {
-  const CLibraryInstance instance(48000, 48000);
-  Samples samples = Tone(7000.0 / 48000.0, 5000, 32768.0);
-  Dsp().NCO(instance.Handle(), 7000, 48000, samples.data(), 5000, samples.data());
-  for (const SComplex& sample : samples) {
-    ASSERT_NEAR(sample.re, 32768.0f, 0.02f);  // some last places of a float
-    ASSERT_NEAR(sample.im, 0.0f, 0.02f);
-  }
-}
-
-TEST(Nco, PhaseCarriesOverFromCallToCallAndToAnotherDestination) {
-  const CLibraryInstance instance(48000, 48000);
-  const Samples source(3000, {1.0f, 0.0f});
-  Samples destination(3000);
-  Dsp().NCO(instance.Handle(), -5000, 48000, source.data(), 1234, destination.data());
-  Dsp().NCO(instance.Handle(), -5000, 48000, source.data() + 1234, 1766, destination.data() + 1234);
-  const Samples expected = Tone(5000.0 / 48000.0, 3000);
-  for (std::size_t n = 0; n < 3000; ++n) ASSERT_LT(std::abs(Value(destination[n]) - Value(expected[n])), 1e-6) << n;
-  EXPECT_EQ(source[2999].re, 1.0f);
-}
-
-TEST(Nco, ShiftOfZeroLeavesEveryBit) {
-  const CLibraryInstance instance(48000, 48000);
-  Samples samples = Noise(5000);
-  samples[17].re = -0.0f;
-  samples[18].im = std::numeric_limits<float>::infinity();
-  Samples shifted = samples;
-  Dsp().NCO(instance.Handle(), 0, 48000, shifted.data(), 5000, shifted.data());
-  EXPECT_TRUE(SameBits(shifted, samples));
-}
-
-TEST(Nco, ShiftOfZeroStillCountsSamples) {
-  const CLibraryInstance instance(48000, 48000);
-  Samples samples(2001, {1.0f, 0.0f});
-  Dsp().NCO(instance.Handle(), 0, 48000, samples.data(), 2000, samples.data());
-  Dsp().NCO(instance.Handle(), -11, 48000, samples.data() + 2000, 1, samples.data() + 2000);
-  const auto expected = std::polar(1.0, 2.0 * std::numbers::pi * (11.0 * 2000.0 / 48000.0));
-  EXPECT_LT(std::abs(Value(samples[2000]) - expected), 1e-6);
-}
-
-TEST(Nco, InitStartsTheOscillatorAnew) {
-  const CLibraryInstance instance(48000, 48000);
-  Samples samples(777, {1.0f, 0.0f});
-  Dsp().NCO(instance.Handle(), 1000, 48000, samples.data(), 777, samples.data());
-  Dsp().DownconvertInit(instance.Handle(), 48000, 48000);
-  SComplex sample{1.0f, 0.0f};
-  Dsp().NCO(instance.Handle(), 1000, 48000, &sample, 1, &sample);
-  EXPECT_EQ(Value(sample), std::complex<double>(1.0, 0.0));
 }
 
 TEST(Run, EqualRatesPassSamplesUnchanged) {
@@ -167,6 +114,7 @@ TEST(WholeNumberMode, DecimatesByTheNearestWholeNumber) {
     std::uint32_t nIn, nOut, nExpected;
   } const cases[] = {{2000000, 1000001, 1000000},  {2400000, 1000001, 1200000}, {2500000, 1000001, 1250000},
                      {10000000, 1000001, 1000000}, {8000000, 3000000, 2666667}, {1200000, 1000001, 1200000},
+                     {2400000, 1600000, 1200000},  // one and a half
                      {48000, 48000, 48000}};
   for (const auto& rates : cases) {
     const CLibraryInstance instance(rates.nIn, rates.nOut);
@@ -314,6 +262,50 @@ TEST(Fractional, ResamplesLikeTheLastStage) {
   }
   Dsp().FractionalInit(instance.Handle(), 17000, 1000);
   EXPECT_TRUE(instance.Feed(Dsp().FractionalProcess, Noise(1000)).empty()) << "a ratio above 16";
+}
+
+TEST(Fractional, BlockSizesChangeNoBit) {
+  const CLibraryInstance instance;
+  const Samples input = Noise(20000);
+  for (const std::uint32_t nOut : {44100u, 7919u}) {
+    Dsp().FractionalInit(instance.Handle(), 48000, nOut);
+    const Samples whole = instance.Feed(Dsp().FractionalProcess, input);
+    for (const std::size_t nSize : {1u, 7u, 1500u}) {
+      Dsp().FractionalInit(instance.Handle(), 48000, nOut);
+      EXPECT_TRUE(SameBits(instance.Feed(Dsp().FractionalProcess, input, BlocksOf(nSize)), whole)) << nSize;
+    }
+  }
+}
+
+// The output of a part of the library that begins anew, for noise with or without values that are no numbers in it.
+Samples AfterHostileInput(CLibraryInstance::Entry entry, void (*init)(std::uint32_t, std::uint32_t, std::uint32_t),
+                          bool hostile) {
+  const CLibraryInstance instance;
+  init(instance.Handle(), 48000, 12500);
+  Samples input = Noise(20000);
+  if (hostile) {
+    input[3000].re = std::numeric_limits<float>::quiet_NaN();
+    input[3001].im = std::numeric_limits<float>::infinity();
+  }
+  return instance.Feed(entry, input);
+}
+
+TEST(Fractional, NotANumberLeavesNoTraceAfterTheFiltersLength) {
+  const Samples clean = AfterHostileInput(Dsp().FractionalProcess, Dsp().FractionalInit, false);
+  const Samples output = AfterHostileInput(Dsp().FractionalProcess, Dsp().FractionalInit, true);
+  const auto nGone = static_cast<std::ptrdiff_t>(3001.0 * 12500.0 / 48000.0) + 64;
+  ASSERT_GT(std::ssize(output), nGone + 1000);
+  EXPECT_TRUE(std::isnan(output[static_cast<std::size_t>(nGone - 64)].re));
+  EXPECT_TRUE(SameBits(Samples(output.begin() + nGone, output.end()), Samples(clean.begin() + nGone, clean.end())));
+}
+
+TEST(PartionedFft, NotANumberLeavesNoTraceAfterTheFiltersLengthAndABlock) {
+  const Samples clean = AfterHostileInput(Dsp().PartionedFFTProcess, Dsp().PartionedFFTInit, false);
+  const Samples output = AfterHostileInput(Dsp().PartionedFFTProcess, Dsp().PartionedFFTInit, true);
+  const std::ptrdiff_t nGone = 3001 + 64 * 48 / 12 + 2 * 1024;  // a block and the one that overlaps it
+  ASSERT_GT(std::ssize(output), nGone + 1000);
+  EXPECT_TRUE(std::isnan(output[3000].re));
+  EXPECT_TRUE(SameBits(Samples(output.begin() + nGone, output.end()), Samples(clean.begin() + nGone, clean.end())));
 }
 
 TEST(PartionedFft, FiltersAtTheInputsRateWithoutDelay) {

@@ -8,6 +8,7 @@
 #include <complex>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <numbers>
 #include <sstream>
@@ -136,6 +137,10 @@ inline Samples Noise(std::size_t count, std::uint32_t seed = 1) {
   };
   for (SComplex& sample : samples) sample = {next(), next()};
   return samples;
+}
+
+inline bool SameBits(const Samples& a, const Samples& b) {
+  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(SComplex)) == 0;
 }
 
 inline double Decibel(double amplitude) {

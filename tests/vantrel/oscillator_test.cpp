@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 
 #include "library_instance.h"
@@ -17,6 +16,56 @@ std::complex<double> ExactTurn(std::int64_t shift, std::uint64_t n, std::uint32_
   const auto nStep = static_cast<std::uint64_t>((shift % nRate + nRate) % nRate);
   const std::uint64_t nResidue = nStep * (n % rate) % rate;
   return std::polar(1.0, -2.0 * std::numbers::pi * static_cast<double>(nResidue) / rate);
+}
+
+TEST(Nco, BringsTheWantedCentreToZeroInPlace) {
+  const CLibraryInstance instance(48000, 48000);
+  Samples samples = Tone(7000.0 / 48000.0, 5000, 32768.0);
+  Dsp().NCO(instance.Handle(), 7000, 48000, samples.data(), 5000, samples.data());
+  for (const SComplex& sample : samples) {
+    ASSERT_NEAR(sample.re, 32768.0f, 0.02f);  // some last places of a float
+    ASSERT_NEAR(sample.im, 0.0f, 0.02f);
+  }
+}
+
+TEST(Nco, PhaseCarriesOverFromCallToCallAndToAnotherDestination) {
+  const CLibraryInstance instance(48000, 48000);
+  const Samples source(3000, {1.0f, 0.0f});
+  Samples destination(3000);
+  Dsp().NCO(instance.Handle(), -5000, 48000, source.data(), 1234, destination.data());
+  Dsp().NCO(instance.Handle(), -5000, 48000, source.data() + 1234, 1766, destination.data() + 1234);
+  const Samples expected = Tone(5000.0 / 48000.0, 3000);
+  for (std::size_t n = 0; n < 3000; ++n) ASSERT_LT(std::abs(Value(destination[n]) - Value(expected[n])), 1e-6) << n;
+  EXPECT_EQ(source[2999].re, 1.0f);
+}
+
+TEST(Nco, ShiftOfZeroLeavesEveryBit) {
+  const CLibraryInstance instance(48000, 48000);
+  Samples samples = Noise(5000);
+  samples[17].re = -0.0f;
+  samples[18].im = std::numeric_limits<float>::infinity();
+  Samples shifted = samples;
+  Dsp().NCO(instance.Handle(), 0, 48000, shifted.data(), 5000, shifted.data());
+  EXPECT_TRUE(SameBits(shifted, samples));
+}
+
+TEST(Nco, ShiftOfZeroStillCountsSamples) {
+  const CLibraryInstance instance(48000, 48000);
+  Samples samples(2001, {1.0f, 0.0f});
+  Dsp().NCO(instance.Handle(), 0, 48000, samples.data(), 2000, samples.data());
+  Dsp().NCO(instance.Handle(), -11, 48000, samples.data() + 2000, 1, samples.data() + 2000);
+  const auto expected = std::polar(1.0, 2.0 * std::numbers::pi * (11.0 * 2000.0 / 48000.0));
+  EXPECT_LT(std::abs(Value(samples[2000]) - expected), 1e-6);
+}
+
+TEST(Nco, InitStartsTheOscillatorAnew) {
+  const CLibraryInstance instance(48000, 48000);
+  Samples samples(777, {1.0f, 0.0f});
+  Dsp().NCO(instance.Handle(), 1000, 48000, samples.data(), 777, samples.data());
+  Dsp().DownconvertInit(instance.Handle(), 48000, 48000);
+  SComplex sample{1.0f, 0.0f};
+  Dsp().NCO(instance.Handle(), 1000, 48000, &sample, 1, &sample);
+  EXPECT_EQ(Value(sample), std::complex<double>(1.0, 0.0));
 }
 
 TEST(Nco, LargestSpurIs130DecibelBelowTheTone) {
@@ -81,7 +130,7 @@ TEST(Nco, ShiftsBeyondTheRateAreTheirResidues) {
   };
   const Samples plain = shifted(7000);
   for (const std::int64_t nShift : {7000ll - 48000ll, 7000ll + 48000ll, 7000ll + 48000ll * 1000000000ll}) {
-    EXPECT_EQ(std::memcmp(shifted(nShift).data(), plain.data(), plain.size() * sizeof(SComplex)), 0) << nShift;
+    EXPECT_TRUE(SameBits(shifted(nShift), plain)) << nShift;
   }
 }
 
