@@ -21,8 +21,8 @@ constexpr std::string_view kEndMarker = "-#-EOF-#-";
 constexpr int kMaxFiles = 100;
 
 std::string DataFolder() {
-  return (QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/Carvello"))
-      .toStdString();
+  const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+  return QDir::toNativeSeparators(data + QStringLiteral("/Carvello")).toStdString();
 }
 
 // The desktop's opener says yes even when it then finds no program, so the program is asked about first.

@@ -1,18 +1,17 @@
 #include "ui/dialog_fixture.h"
 
 #include <QDateEdit>
-#include <QSettings>
 #include <QTest>
 #include <QTimeEdit>
 
 #include "ui/log_list.h"
+#include "ui/test_desktop.h"
 #include "ui/user_settings.h"
 
 namespace carvello::test {
 
 CDialogFixture::CDialogFixture() {
-  QSettings().clear();
-  QSettings(QSettings::IniFormat, QSettings::UserScope, "Carvello", "Carvello").clear();
+  ForgetSettings();
   std::filesystem::create_directory(PathOf(OutputFolder()));
   if (BindDsp(m_dsp) == 0) qFatal("no downconverter library beside the test");
 }

@@ -20,7 +20,7 @@ class LogFileTest : public QObject {
 };
 
 void LogFileTest::LiesInTheUsersTemporaryFolder() {
-  QCOMPARE(LogFilePath(), qgetenv("TEMP").toStdString() + "/Carvello tmp.txt");
+  QCOMPARE(LogFilePath(), test::TempFile("Carvello tmp.txt"));
 }
 
 void LogFileTest::HoldsOneLinePerLine() {

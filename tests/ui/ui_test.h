@@ -1,17 +1,18 @@
-// What every test program of the dialog begins with: a home of its own that is gone afterwards, so that neither the
-// user's settings nor another test's are touched, a platform without a screen, and an opener of files that only notes
-// what it is asked to open.
+// What every test program of the dialog begins with: a desktop of its own that is gone afterwards, so that neither the
+// user's settings nor another test's are touched, and a platform without a screen.
 #pragma once
 
-#include <QStringList>
 #include <QTest>
 #include <functional>
 #include <memory>
+#include <string>
+
+#include "ui/test_desktop.h"
 
 namespace carvello::test {
 
-// What the desktop was asked to open so far, in this order.
-QStringList OpenedPaths();
+// The path of a file in the folder for temporary ones.
+std::string TempFile(const QString& name);
 
 int RunUiTest(int argc, char** argv, const std::function<std::unique_ptr<QObject>()>& makeTest);
 

@@ -1,0 +1,71 @@
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+
+#include "ui/test_desktop.h"
+
+namespace carvello::test {
+
+namespace {
+
+void WriteScript(const QString& path, const QByteArray& commands) {
+  QFile script(path);
+  if (!script.open(QIODevice::WriteOnly)) qFatal("no script");
+  script.write("#!/bin/sh\n" + commands + "\n");
+  script.setPermissions(script.permissions() | QFileDevice::ExeOwner);
+}
+
+}  // namespace
+
+CTestDesktop::CTestDesktop(const QString& home) {
+  for (const char* variable :
+       {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_RUNTIME_DIR", "TEMP", "TMPDIR"}) {
+    qputenv(variable, home.toUtf8());
+  }
+  qputenv("PATH", home.toUtf8() + ":" + qgetenv("PATH"));
+  // They stand for the desktop's own: there is a program for every kind of file, and what is to be opened is noted.
+  WriteScript(home + "/xdg-mime", "echo a.desktop");
+  WriteScript(home + "/xdg-open", "printf '%s\\n' \"$1\" >> \"$HOME/opened\"");
+  qputenv("LC_ALL", "C.UTF-8");
+  // Nothing of the desktop that a test happens to run on may be reached.
+  qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+}
+
+CTestDesktop::~CTestDesktop() = default;
+
+std::optional<int> RunAsOpener(int /*argc*/, char** /*argv*/) {
+  return std::nullopt;
+}
+
+QStringList OpenedPaths() {
+  QFile file(qEnvironmentVariable("HOME") + "/opened");
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  return QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts);
+}
+
+QString DataHome() {
+  return qEnvironmentVariable("XDG_DATA_HOME");
+}
+
+void ForgetSettings() {
+  QSettings().clear();
+  QSettings(QSettings::IniFormat, QSettings::UserScope, "Carvello", "Carvello").clear();
+}
+
+// Nothing that could open a file is found in such a folder, but the shell that asks for it.
+CNoOpener::CNoOpener() : m_kept(qEnvironmentVariable("PATH")) {
+  const QString programs = qEnvironmentVariable("HOME") + "/programs";
+  QDir().mkpath(programs);
+  QFile::link("/bin/sh", programs + "/sh");
+  qputenv("PATH", programs.toUtf8());
+}
+
+CNoOpener::~CNoOpener() {
+  qputenv("PATH", m_kept.toUtf8());
+}
+
+QString CNoOpener::Reason() {
+  return "No such file or directory";
+}
+
+}  // namespace carvello::test
