@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
-# Runs a Windows program under Wine, in an environment of the build's own: the user's ~/.wine is neither used nor needed.
+# Runs a Windows program under Wine, in an environment of the build's own: the user's ~/.wine and screen are neither used
+# nor needed.
 #   wine.sh PROGRAM [ARGUMENT…]   runs it, with its exit code
-#   wine.sh --start               makes the environment ready; programs start faster until --stop
+#   wine.sh --start               makes the environment ready, with a screen that nobody sees; programs start faster
+#                                 until --stop, and only then can they show windows
 #   wine.sh --stop                ends every process of the environment
+#   wine.sh --screen              prints the number of that screen, as DISPLAY takes it
 set -euo pipefail
 build=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)/build
 
@@ -12,16 +15,49 @@ export WINEDEBUG=-all                     # programs' own output only
 export WINEDLLOVERRIDES='mscoree,mshtml=' # nobody is there to answer whether to install .NET and a browser
 unset DISPLAY WAYLAND_DISPLAY
 
+screen_number=$WINEPREFIX/screen
+screen_process=$WINEPREFIX/screen.pid
+
+start_screen() {
+  # It holds what it was given as stdout for as long as it lives, so that must not be a pipe that somebody waits for.
+  Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3> "$screen_number" > "$WINEPREFIX/screen.log" 2>&1 &
+  echo $! > "$screen_process"
+  for _ in {1..100}; do
+    [ ! -s "$screen_number" ] || return 0
+    sleep 0.1
+  done
+  cat "$WINEPREFIX/screen.log" >&2
+  return 1
+}
+
+stop_screen() {
+  [ -e "$screen_process" ] || return 0
+  local process
+  process=$(cat "$screen_process")
+  # After a crash of the machine the number may be that of another process.
+  [ "$(cat "/proc/$process/comm" 2> /dev/null)" != Xvfb ] || kill "$process"
+  rm -f "$screen_process" "$screen_number"
+}
+
+if [ "${1-}" = --start ]; then
+  mkdir -p "$WINEPREFIX"
+  stop_screen
+  start_screen
+fi
+[ ! -s "$screen_number" ] || export DISPLAY=:$(cat "$screen_number")
+
 case ${1-} in
   --start)
-    mkdir -p "$WINEPREFIX"
     wineserver --persistent > /dev/null 2>&1
-    # It complains about the 32-bit half, which is left out on purpose. Its services stay and hold what they were given
-    # as stdout, so that must not be a pipe that somebody waits for.
+    # It complains about the 32-bit half, which is left out on purpose. Its services stay and hold stdout, too.
     wine wineboot --init > "$WINEPREFIX/start.log" 2>&1 || { cat "$WINEPREFIX/start.log" >&2; exit 1; }
     ;;
   --stop)
     [ ! -d "$WINEPREFIX" ] || wineserver --kill || true # it fails when nothing runs, which is what is asked for
+    stop_screen
+    ;;
+  --screen)
+    echo "${DISPLAY:?no screen is there: wine.sh --start makes one}"
     ;;
   *)
     exec wine "$@"
