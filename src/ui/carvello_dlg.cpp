@@ -170,11 +170,11 @@ void CCarvelloDlg::UpdateControlStates() {
   state.bHasRows = m_entries.Size() > 0;
   state.nStartMode = m_fields.StartMode();
   state.nEndMode = m_fields.EndMode();
-  // Controls are named "IDC_<id>", and the texts that belong to them "label_<id>".
+  // Controls are named "IDC_<id>" and their parts "IDC_<id>_<part>"; the texts that belong to them are "label_<id>".
   for (QWidget* control : findChildren<QWidget*>()) {
     const QString name = control->objectName();
     const bool named = name.startsWith("IDC_") || name.startsWith("label_");
-    if (named) control->setEnabled(IsControlEnabled(name.section('_', 1).toInt(), state));
+    if (named) control->setEnabled(IsControlEnabled(name.section('_', 1, 1).toInt(), state));
   }
 }
 

@@ -1,7 +1,5 @@
 #include <QDateEdit>
 #include <QDateTime>
-#include <QDialogButtonBox>
-#include <QPushButton>
 #include <QTimeEdit>
 #include <ctime>
 
@@ -12,6 +10,12 @@ namespace carvello {
 
 using test::CDialogFixture;
 using test::SShownBox;
+
+namespace {
+// Buttons of the Add Sequence dialog.
+constexpr int kOk = 1;
+constexpr int kCancel = 2;
+}  // namespace
 
 class DialogEntriesTest : public QObject {
   Q_OBJECT
@@ -58,7 +62,7 @@ class DialogEntriesTest : public QObject {
   void Add(std::int64_t frequency, const QString& bandwidth);
   void CompareBox(const QString& caption, const QString& text, QMessageBox::StandardButtons buttons);
   // Fills the Add Sequence dialog and closes it with a button.
-  void Sequence(std::int64_t start, std::int64_t end, const QString& step, QDialogButtonBox::StandardButton button);
+  void Sequence(std::int64_t start, std::int64_t end, const QString& step, int button);
   QDateTime Utc(int hour, int minute, int second, int day = 1) {
     return QDateTime(QDate(2020, 11, day), QTime(hour, minute, second), Qt::UTC);
   }
@@ -91,13 +95,12 @@ void DialogEntriesTest::CompareBox(const QString& caption, const QString& text, 
   QCOMPARE(box.buttons, buttons);
 }
 
-void DialogEntriesTest::Sequence(std::int64_t start, std::int64_t end, const QString& step,
-                                 QDialogButtonBox::StandardButton button) {
+void DialogEntriesTest::Sequence(std::int64_t start, std::int64_t end, const QString& step, int button) {
   m_pFixture->Answers().Do([=](QDialog& dialog) {
     dialog.findChild<CMyMFCMaskedEdit*>("IDC_1010")->SetFrequency(start);
     dialog.findChild<CMyMFCMaskedEdit*>("IDC_1011")->SetFrequency(end);
     dialog.findChild<QComboBox*>("IDC_1012")->setCurrentText(step);
-    QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(button), Qt::LeftButton);
+    QTest::mouseClick(dialog.findChild<QAbstractButton*>(QString("IDC_%1").arg(button)), Qt::LeftButton);
   });
   m_pFixture->Click(1016);
 }
@@ -351,7 +354,7 @@ void DialogEntriesTest::ResetRemovesAllRows() {
 void DialogEntriesTest::ASequenceAddsEveryStepWithBothEnds() {
   m_pFixture->OpenReady();
   m_pFixture->Choose(1011, "10 kHz");
-  Sequence(900'000, 920'000, "10 kHz", QDialogButtonBox::Ok);
+  Sequence(900'000, 920'000, "10 kHz", kOk);
   QCOMPARE(m_pFixture->List().RowCount(), 3);
   QCOMPARE(m_pFixture->Row(0)[0], QString("900.000"));
   QCOMPARE(m_pFixture->Row(1)[0], QString("910.000"));
@@ -362,7 +365,7 @@ void DialogEntriesTest::ASequenceLeavesTheFieldAndSavesTheLastFrequency() {
   m_pFixture->OpenReady();
   m_pFixture->SetFrequency(7'111'000);
   m_pFixture->Choose(1011, "10 kHz");
-  Sequence(920'000, 900'000, "10 kHz", QDialogButtonBox::Ok);
+  Sequence(920'000, 900'000, "10 kHz", kOk);
   QCOMPARE(m_pFixture->Control<CMyMFCMaskedEdit>(1010).Frequency(), std::int64_t{7'111'000});
   std::int64_t saved = 0;
   QVERIFY(m_pFixture->Settings().Read("CentreFreq", saved));
@@ -371,21 +374,21 @@ void DialogEntriesTest::ASequenceLeavesTheFieldAndSavesTheLastFrequency() {
 
 void DialogEntriesTest::ACancelledSequenceAddsNothing() {
   m_pFixture->OpenReady();
-  Sequence(900'000, 920'000, "10 kHz", QDialogButtonBox::Cancel);
+  Sequence(900'000, 920'000, "10 kHz", kCancel);
   QCOMPARE(m_pFixture->List().RowCount(), 0);
 }
 
 void DialogEntriesTest::ASequenceMeetsExistingEntriesOnce() {
   m_pFixture->OpenReady();
   Add(910'000, "10 kHz");
-  Sequence(900'000, 920'000, "10 kHz", QDialogButtonBox::Ok);
+  Sequence(900'000, 920'000, "10 kHz", kOk);
   QCOMPARE(m_pFixture->List().RowCount(), 3);
 }
 
 void DialogEntriesTest::ASequenceAddsFrequenciesOutsideTheBandToo() {
   m_pFixture->OpenReady();  // 7.1 MHz, 96 kHz wide
   m_pFixture->Choose(1011, "10 kHz");
-  Sequence(7'000'000, 7'200'000, "100 kHz", QDialogButtonBox::Ok);
+  Sequence(7'000'000, 7'200'000, "100 kHz", kOk);
   QCOMPARE(m_pFixture->List().RowCount(), 3);
 }
 
@@ -395,7 +398,7 @@ void DialogEntriesTest::ARefusedSequenceAsksOncePerFrequency() {
   m_pFixture->Click(1086);
   m_pFixture->Pick(1105, 1103, Utc(23, 58, 59));
   for (int i = 0; i < 3; ++i) m_pFixture->Answers().Give(QMessageBox::No);
-  Sequence(900'000, 920'000, "10 kHz", QDialogButtonBox::Ok);
+  Sequence(900'000, 920'000, "10 kHz", kOk);
   QCOMPARE(m_pFixture->Answers().Shown().size(), std::size_t{3});
   QCOMPARE(m_pFixture->List().RowCount(), 0);
 }
@@ -406,7 +409,7 @@ void DialogEntriesTest::ATimePutBackCountsForTheRestOfASequence() {
   m_pFixture->Click(1086);
   m_pFixture->Pick(1105, 1103, Utc(23, 58, 59));
   m_pFixture->Answers().Give(QMessageBox::Yes);
-  Sequence(900'000, 920'000, "10 kHz", QDialogButtonBox::Ok);
+  Sequence(900'000, 920'000, "10 kHz", kOk);
   QCOMPARE(m_pFixture->Answers().Shown().size(), std::size_t{1});
   QCOMPARE(m_pFixture->List().RowCount(), 2);  // the refused step is not tried again
 }
