@@ -94,13 +94,12 @@ std::optional<std::int64_t> Scale(const SNumber& number, int power) {
   return value <= kMaxFrequency ? std::optional(value) : std::nullopt;
 }
 
-// Whether digits and empty places stand where the field has them.
-bool IsFieldText(std::string_view text) {
-  return std::equal(text.begin(), text.end(), kFrequencyTemplate.begin(), kFrequencyTemplate.end(),
-                    [](char c, char place) { return place == '_' ? IsDigit(c) || IsEmptyPlace(c) : c == place; });
-}
-
 }  // namespace
+
+bool IsFrequencyFieldText(std::string_view text) {
+  return std::equal(text.begin(), text.end(), kFrequencyMask.begin(), kFrequencyMask.end(),
+                    [](char c, char place) { return place == 'd' ? IsDigit(c) || IsEmptyPlace(c) : c == place; });
+}
 
 std::string FrequencyTemplateText(std::uint64_t frequency) {
   std::string digits = std::to_string(frequency);
@@ -136,7 +135,7 @@ std::string AlignMegahertz(std::string_view text) {
 }
 
 std::optional<std::int64_t> ParseFrequency(std::string_view text) {
-  if (IsFieldText(text)) return ReadFrequencyText(AlignMegahertz(text));
+  if (IsFrequencyFieldText(text)) return ReadFrequencyText(AlignMegahertz(text));
 
   std::string digits = ToLowerAscii(text);
   // Places left empty in the field, and the blanks and apostrophes by which some write groups.

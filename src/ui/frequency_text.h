@@ -9,8 +9,11 @@
 
 namespace carvello {
 
-inline constexpr std::string_view kFrequencyMask = "ddddd.ddd.ddd";
+inline constexpr std::string_view kFrequencyMask = "ddddd.ddd.ddd";  // d: a place for a digit
 inline constexpr std::string_view kFrequencyTemplate = "_____.___.___";
+
+// Whether a text fits the mask. A blank or an underscore is a place without a digit.
+bool IsFrequencyFieldText(std::string_view text);
 
 // The template filled with the number's digits from the right: 7100000 gives "____7.100.000". Leading digits beyond the
 // eleven places are lost.

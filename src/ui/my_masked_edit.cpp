@@ -94,11 +94,7 @@ QSize CMyMFCMaskedEdit::minimumSizeHint() const {
 
 std::string CMyMFCMaskedEdit::Shape() const {
   const std::string shown = text().toStdString();
-  if (shown.size() == kFrequencyTemplate.size() &&
-      std::equal(shown.begin(), shown.end(), kFrequencyTemplate.begin(),
-                 [](char c, char place) { return c == place || (place == '_' && c >= '0' && c <= '9'); })) {
-    return AlignMegahertz(shown);
-  }
+  if (IsFrequencyFieldText(shown)) return AlignMegahertz(ReplaceAll(shown, " ", "_"));
   return shown.empty() ? std::string(kFrequencyTemplate)
                        : FrequencyTemplateText(static_cast<std::uint64_t>(ReadFrequencyText(shown)));
 }
