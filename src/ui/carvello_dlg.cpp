@@ -73,6 +73,9 @@ void CCarvelloDlg::PrepareControls() {
   m_ui->IDC_1022->setFont(m_fixedFont);
   m_ui->IDC_1008->SetColumns({"Centre", "Bw", "Start", "Finish", "Filename", ""});
   m_ui->IDC_1026->Load();
+  // The left half as wide as its fields need, the log all the rest; from there on, both grow alike.
+  const int left = m_ui->leftHalf->sizeHint().width();
+  m_ui->splitter->setSizes({left, width() - left});
 
   bool utc = true;
   m_settings.Read("UTC", utc);

@@ -36,6 +36,8 @@ EAnswer ShowMessageBox(QWidget* pParent, const SMessageBox& box) {
   QMessageBox messageBox(IconOf(box.icon), QString::fromStdString(box.strCaption), QString::fromStdString(box.strText),
                          ButtonsOf(box.buttons), pParent);
   messageBox.setTextFormat(Qt::PlainText);  // a path may look like markup
+  // Whatever order the desktop puts the buttons in, Enter means the same.
+  messageBox.setDefaultButton(box.buttons == EButtons::Ok ? QMessageBox::Ok : QMessageBox::Yes);
   messageBox.setTextInteractionFlags(Qt::TextSelectableByMouse);
   switch (messageBox.exec()) {
     case QMessageBox::Yes:
