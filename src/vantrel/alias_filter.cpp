@@ -70,7 +70,8 @@ class CDesign {
     const double fPerLobe = inBand ? 16.0 : 4.0;
     const auto nPoints = 6 + static_cast<std::size_t>(fPerLobe * (to - from) * static_cast<double>(2 * m_nUnknowns));
     for (std::size_t i = 0; i < nPoints; ++i) {
-      const double fCosine = PortableCosine(std::numbers::pi * static_cast<double>(i) / static_cast<double>(nPoints - 1));
+      const double fCosine =
+          PortableCosine(std::numbers::pi * static_cast<double>(i) / static_cast<double>(nPoints - 1));
       const double frequency = 0.5 * (from + to) - 0.5 * (to - from) * fCosine;
       m_Grid.push_back({2.0 * std::numbers::pi * frequency, wanted, 1.0 / error, inBand, 1.0});
     }

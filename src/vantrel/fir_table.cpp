@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cmath>
+#include <deque>
 #include <mutex>
 #include <numbers>
 
@@ -12,6 +13,9 @@ namespace vantrel {
 namespace {
 
 constexpr std::size_t kCoefficients = 4;
+
+// Tables that live on without a stage: whoever starts anew with the same rates need not wait for their design.
+constexpr std::size_t kLatestTables = 32;
 
 // The cubic through four values at the Chebyshev nodes of 0..1, where the largest error between them is least.
 class CCubicFit {
@@ -110,6 +114,7 @@ std::shared_ptr<const CFirTable> SharedFirTable(const SStagePlan& plan) {
   };
   static std::mutex s_Mutex;
   static std::vector<SEntry> s_Entries;
+  static std::deque<std::shared_ptr<const CFirTable>> s_Latest;
 
   // A low-pass does not depend on the step, nor do cubic rows on the phases.
   SStagePlan key = plan;
@@ -123,6 +128,8 @@ std::shared_ptr<const CFirTable> SharedFirTable(const SStagePlan& plan) {
   }
   auto table = std::make_shared<const CFirTable>(plan);
   s_Entries.push_back({key, table});
+  s_Latest.push_back(table);
+  if (s_Latest.size() > kLatestTables) s_Latest.pop_front();
   return table;
 }
 

@@ -38,7 +38,8 @@ class CFirTable {
   AlignedFloats m_Rows;  // every tap twice in a row
 };
 
-// Tables are shared by all stages of the process that need the same one, and live as long as one of them.
+// Tables are shared by all stages of the process that need the same one. They live as long as one of them, the last few
+// that were made longer.
 std::shared_ptr<const CFirTable> SharedFirTable(const SStagePlan& plan);
 
 }  // namespace vantrel

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "instance_registry.h"
+#include "kernels.h"
 
 namespace {
 
@@ -61,6 +62,7 @@ std::string AsciiText(const wchar_t* text) {
 
 std::uint32_t AllocInstance(const wchar_t* applicationName) {
   try {
+    vantrel::Kernels();  // picked here at the latest, and then for good
     auto pInstance = std::make_shared<SInstance>();
     pInstance->strApplication = AsciiText(applicationName);
     return Registry().Add(std::move(pInstance));
