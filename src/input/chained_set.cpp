@@ -37,6 +37,11 @@ std::size_t FamilyOf(const RecordingSourceInfo& source) {
   return static_cast<std::size_t>(family - kFamilies.begin());
 }
 
+// Of a source of no family.
+std::string WhyUnknown(const RecordingSourceInfo& source) {
+  return source.strNote.empty() ? kUnknownProgram : source.strNote;
+}
+
 struct STime {
   std::int64_t nSeconds = 0;        // since 1970 UTC
   std::uint32_t nMilliseconds = 0;  // shown only: files are chained by whole seconds
@@ -124,6 +129,10 @@ class CChainedSet {
   // is none.
   const SLink* Before(const SLink& link) const;
   const SLink* Behind(const SLink& link) const;
+  // The file and all that go on behind it.
+  std::vector<const SLink*> From(const SLink& first) const;
+  // The files of the set in playing order.
+  std::vector<const SLink*> Chain() const;
   void Warn(const std::string& path, const std::string& text) {
     m_log.Add(Format("[WARNING] %s: %s", path.c_str(), text.c_str()));
   }
@@ -144,17 +153,15 @@ bool CChainedSet::Describe() {
     return false;
   }
   CollectFolder();
-  const SLink* link = &m_selected;
-  while (const SLink* before = Before(*link)) link = before;
-  DescribeBy(*link);
-  const SLink* last = link;
-  for (; link != nullptr; link = Behind(*link)) {
+  const std::vector<const SLink*> chain = Chain();
+  DescribeBy(*chain.front());
+  for (const SLink* link : chain) {
     m_set.AddFile({link->strPath, link->facts.source.nDataBytes, static_cast<std::uint32_t>(link->start.nSeconds)});
     if (!link->facts.source.strNote.empty()) Warn(link->strPath, link->facts.source.strNote);
-    last = link;
   }
   // The end that was written down does not hold for a file cut short.
-  const STime end = last->facts.bCutShort ? EndOfSamples(*last) : last->stop;
+  const SLink& last = *chain.back();
+  const STime end = last.facts.bCutShort ? EndOfSamples(last) : last.stop;
   m_set.tEnd = end.nSeconds;
   m_set.nEndMilliseconds = end.nMilliseconds;
   m_set.dDuration = static_cast<double>(m_set.tEnd - m_set.tStart);
@@ -164,9 +171,7 @@ bool CChainedSet::Describe() {
 std::string CChainedSet::Hindrance() {
   const SFileFacts& facts = m_selected.facts;
   if (!facts.strError.empty()) return facts.strError;
-  if (FamilyOf(facts.source) == kFamilies.size()) {
-    return kUnknownProgram;
-  }
+  if (FamilyOf(facts.source) == kFamilies.size()) return WhyUnknown(facts.source);
   if (facts.format.Format.nSamplesPerSec == 0) return "no sample rate in the file's format";
   return TakeTimes(m_selected);
 }
@@ -196,7 +201,7 @@ void CChainedSet::Collect(const std::string& path) {
   if (facts.bRecording && reason.empty()) {
     const std::size_t family = FamilyOf(source);
     const bool isOfSet = family == FamilyOf(m_selected.facts.source) && HaveSameSignal(facts, m_selected.facts);
-    reason = isOfSet ? TakeTimes(link) : family == kFamilies.size() ? kUnknownProgram : source.strNote;
+    reason = isOfSet ? TakeTimes(link) : family == kFamilies.size() ? WhyUnknown(source) : source.strNote;
     if (isOfSet && reason.empty()) m_links.push_back(std::move(link));
   }
   const bool wantsReason = facts.bRecording || IsNamedLikeARecording(path);
@@ -216,6 +221,25 @@ const SLink* CChainedSet::Behind(const SLink& link) const {
     return other.start.nSeconds > link.start.nSeconds && std::abs(other.start.nSeconds - link.stop.nSeconds) < kGap;
   });
   return found == m_links.end() ? nullptr : &*found;
+}
+
+std::vector<const SLink*> CChainedSet::From(const SLink& first) const {
+  std::vector<const SLink*> links;
+  for (const SLink* link = &first; link != nullptr; link = Behind(*link)) links.push_back(link);
+  return links;
+}
+
+// Another file may go on where the selected one could. The set then follows the way that led back from the selected
+// one: who selects a file wants to have it.
+std::vector<const SLink*> CChainedSet::Chain() const {
+  std::vector<const SLink*> wayBack = {&m_selected};
+  while (const SLink* before = Before(*wayBack.back())) wayBack.push_back(before);
+  std::vector<const SLink*> chain = From(*wayBack.back());
+  const auto isSelected = [&](const SLink* link) { return link->strPath == m_selected.strPath; };
+  if (std::any_of(chain.begin(), chain.end(), isSelected)) return chain;
+  chain = From(m_selected);
+  chain.insert(chain.begin(), wayBack.rbegin(), wayBack.rend() - 1);
+  return chain;
 }
 
 void CChainedSet::DescribeBy(const SLink& first) {

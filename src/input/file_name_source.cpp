@@ -1,5 +1,6 @@
 #include "input/file_name_source.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -24,10 +25,17 @@ constexpr std::int64_t kMegahertz = 1'000'000;
 constexpr std::int64_t kUnknownFrequency = 10'000'000;  // Hz
 constexpr std::int64_t kMostBeforeUnit = std::numeric_limits<std::int64_t>::max() / kMegahertz;
 
-// The digits that the text begins with, 0 when there are none or too many.
+constexpr std::string_view kDigits = "0123456789";
+
+std::string_view WithoutLeadingBlanks(std::string_view text) {
+  return text.substr(std::min(text.find_first_not_of(' '), text.size()));
+}
+
+// The digits that the text begins with, behind blanks; 0 when there are none or too many.
 std::int64_t WholeNumber(std::string_view text) {
+  const std::string_view digits = WithoutLeadingBlanks(text);
   std::int64_t number = 0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
+  std::from_chars(digits.data(), digits.data() + digits.size(), number);
   return number >= 0 && number <= kMostBeforeUnit ? number : 0;
 }
 
@@ -38,14 +46,15 @@ int Digits(std::string_view text, std::size_t position, std::size_t count) {
 
 // "7.0505" MHz as Hz, exactly; what is below 1 Hz is cut off.
 std::int64_t MegahertzToHz(std::string_view text) {
-  const std::size_t point = text.find('.');
-  std::int64_t hz = WholeNumber(text.substr(0, point)) * kMegahertz;
-  if (point == std::string_view::npos) return hz;
-  std::int64_t unit = kMegahertz / 10;
-  for (std::size_t i = point + 1; i < text.size() && text[i] >= '0' && text[i] <= '9'; ++i, unit /= 10) {
-    hz += (text[i] - '0') * unit;
-  }
-  return hz;
+  constexpr std::size_t kFractionDigits = 6;
+  const std::string_view number = WithoutLeadingBlanks(text);
+  const std::int64_t hz = WholeNumber(number) * kMegahertz;
+  const std::size_t point = number.find_first_not_of(kDigits);
+  if (point == std::string_view::npos || number[point] != '.') return hz;
+  std::string fraction(number.substr(point + 1, kFractionDigits));
+  fraction.resize(std::min(fraction.find_first_not_of(kDigits), fraction.size()));
+  fraction.resize(kFractionDigits, '0');
+  return hz + WholeNumber(fraction);
 }
 
 double Duration(const RecordingSourceInfo& source) {
@@ -80,7 +89,7 @@ std::int64_t ContinuationNumber(std::string_view name) {
   if (name.size() < kLength) return 0;
   const std::string_view end = name.substr(name.size() - kLength);
   const std::string_view digits = end.substr(2, 3);
-  if (end.substr(0, 2) != "-^" || digits.find_first_not_of("0123456789") != std::string_view::npos) return 0;
+  if (end.substr(0, 2) != "-^" || digits.find_first_not_of(kDigits) != std::string_view::npos) return 0;
   return WholeNumber(digits);
 }
 

@@ -74,6 +74,8 @@ bool RecogniseSignalInfo(const std::string& meta, std::int64_t dataBytes, const 
   const double bandwidth = ElementNumber(root, "bandwidth");
   if (bytesPerSecond == 0 || ElementText(root, "data_type") != "complex" || ElementNumber(root, "sample_rate") <= 0 ||
       frequency <= 0 || bandwidth <= 0) {
+    source.strNote =
+        "its meta chunk does not tell of complex samples (data_type) with sample_rate, rf_frequency and bandwidth";
     return true;
   }
 

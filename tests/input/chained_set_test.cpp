@@ -238,6 +238,23 @@ TEST_F(ChainedSet, TheFirstThatFitsGoesOn) {
   EXPECT_EQ(Names(), (FileNames{"a.wav", "overlapping.wav"}));
 }
 
+// Seen from the first file, the other recording goes on. Whoever selects this one wants this one.
+TEST_F(ChainedSet, TheSelectedFileIsPartOfItsSetEvenWhereAnotherOneGoesOn) {
+  WriteWinrad("a.wav", 0, 60);
+  WriteWinrad("other.wav", 58, 300);
+  WriteWinrad("b.wav", 62, 120);
+  WriteWinrad("c.wav", 120, 180);
+  for (const char* name : {"b.wav", "c.wav"}) {
+    ASSERT_TRUE(Analyse(name));
+    EXPECT_EQ(Names(), (FileNames{"a.wav", "b.wav", "c.wav"})) << name;
+    EXPECT_EQ(m_set.tEnd, kNoon + 180);
+  }
+  for (const char* name : {"a.wav", "other.wav"}) {
+    ASSERT_TRUE(Analyse(name));
+    EXPECT_EQ(Names(), (FileNames{"a.wav", "other.wav"})) << name;
+  }
+}
+
 TEST_F(ChainedSet, PerseusFilesShowTheReceiversBandwidth) {
   Write("p.wav", SecondsOfWave(60, Chunk("rcvr", RcvrBody(7'050'000, 5, kNoon))));
   ASSERT_TRUE(Analyse("p.wav"));
@@ -282,6 +299,18 @@ TEST_F(ChainedSet, AFileOfNoKnownProgramIsNamed) {
   EXPECT_FALSE(Analyse("mono.wav"));
   EXPECT_EQ(Error(),
             "[ERROR] " + path + ": no I/Q recording of a known program, and its name does not tell frequency and time");
+}
+
+TEST_F(ChainedSet, ASignalInfoDocumentOfRealSamplesIsNamed) {
+  const std::string text =
+      ": its meta chunk does not tell of complex samples (data_type) with sample_rate, rf_frequency and bandwidth";
+  const std::string meta = Chunk("meta", SignalInfoBody("real", "2026-11-16T00:44:40.000Z"));
+  const std::string path = Write("real.wav", SecondsOfWave(5, meta));
+  EXPECT_FALSE(Analyse("real.wav"));
+  EXPECT_EQ(Error(), "[ERROR] " + path + text);
+  WriteWinrad("a.wav", 0, 60);
+  ASSERT_TRUE(Analyse("a.wav"));
+  EXPECT_TRUE(HasLine(m_log, "[WARNING] " + path + text + "; left out of the set")) << Joined(m_log);
 }
 
 TEST_F(ChainedSet, ARateOfZeroIsNamed) {

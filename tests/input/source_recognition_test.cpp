@@ -232,7 +232,10 @@ TEST_F(SourceRecognition, SignalInfoElementsBelowBaseAreFound) {
 
 TEST_F(SourceRecognition, RealSamplesAreNoIQRecording) {
   const std::string meta = Chunk("meta", SignalInfoBody("real", "2026-11-16T00:44:40.000Z"));
-  EXPECT_EQ(Recognise("rec_7050khz.wav", SecondsOfWave(5, meta)).strSourceName, "");
+  const RecordingSourceInfo& source = Recognise("rec_7050khz.wav", SecondsOfWave(5, meta));
+  EXPECT_EQ(source.strSourceName, "");
+  EXPECT_EQ(source.strNote,
+            "its meta chunk does not tell of complex samples (data_type) with sample_rate, rf_frequency and bandwidth");
   EXPECT_EQ(m_result.strError, "");
 }
 
@@ -285,6 +288,24 @@ TEST_F(SourceRecognition, AWinradioNameTellsItsFrequencyExactly) {
   EXPECT_EQ(centre("145"), 145'000'000);
   EXPECT_EQ(centre("5800.000001"), 5'800'000'001);
   EXPECT_EQ(m_result.source.strSourceName, "Winradio");
+}
+
+TEST_F(SourceRecognition, BlanksBeforeANumberInANameDoNotCount) {
+  const auto centre = [&](const char* name) { return Recognise(name, SecondsOfWave(5)).nCentreFrequency; };
+  EXPECT_EQ(centre("G39 - 7.050 MHz_23-04-17_19'45'10.ddc"), 7'050'000);
+  EXPECT_EQ(centre("rec_ 7050khz.wav"), 7'050'000);
+  EXPECT_EQ(centre("sdrsharp_20230415_194510z_ 7050khz_iq.wav"), 7'050'000);
+}
+
+TEST_F(SourceRecognition, AWinradioNameWithoutANumberIsAt0Hz) {
+  const auto centre = [&](const std::string& frequency) {
+    return Recognise(frequency + "mhz_23-04-17_19'45'10.ddc", SecondsOfWave(5)).nCentreFrequency;
+  };
+  for (const char* text : {"g39_7.050", "g39-", "g39-.", "g39-x.5", "g39- ", "g39-99999999999999999999"}) {
+    EXPECT_EQ(centre(text), 0) << text;
+  }
+  EXPECT_EQ(centre("g39-.5"), 500'000);
+  EXPECT_EQ(centre("g39-7x.5"), 7'000'000);
 }
 
 TEST_F(SourceRecognition, AWinradioNameWithoutADateTakesTheFilesCreationTime) {
