@@ -175,9 +175,14 @@ std::int64_t UtcSeconds(const std::tm& fields) {
   return timegm(&copy);
 }
 
+// Not by mktime: in an hour that comes twice it chooses by what it was asked before. Here the first one is meant, and
+// an hour that is left out counts by the rule in front of it.
 std::int64_t LocalSeconds(const std::tm& fields) {
-  std::tm copy = fields;
-  return std::mktime(&copy);
+  const std::int64_t wall = UtcSeconds(fields);
+  const std::int64_t before = MomentAt(wall - kDay).nOffset;
+  const std::int64_t behind = MomentAt(wall + kDay).nOffset;
+  const bool onlyBehind = MomentAt(wall - before).nOffset != before && MomentAt(wall - behind).nOffset == behind;
+  return wall - (onlyBehind ? behind : before);
 }
 
 std::string FormatTime(const char* format, const std::tm& fields) {

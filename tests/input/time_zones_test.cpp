@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "input/calendar_time.h"
 #include "input/foreign_recordings.h"
 #include "input/input_fixture.h"
 #include "input/recording_set.h"
@@ -21,7 +22,9 @@ struct SMoment {
 };
 
 struct SZone {
-  std::vector<SMoment> moments;  // winter, summer, and both sides of the hours that are left out or come twice
+  // Winter, summer, and before, within and behind the hours that are left out (they count from the rule before them) or
+  // come twice (they count as the first).
+  std::vector<SMoment> moments;
   // Half a minute apart, in New York and Auckland across the hour that is left out.
   SDate last;
   SDate halfAMinuteLater;
@@ -38,8 +41,10 @@ const std::map<std::string, SZone> kZones = {
      {{{{2023, 1, 15, 12, 0, 0, 0}, 1'673'802'000},
        {{2023, 7, 15, 12, 0, 0, 0}, 1'689'436'800},
        {{2023, 3, 12, 1, 59, 59, 0}, 1'678'604'399},
+       {{2023, 3, 12, 2, 30, 0, 0}, 1'678'606'200},
        {{2023, 3, 12, 3, 0, 0, 0}, 1'678'604'400},
        {{2023, 11, 5, 0, 59, 59, 0}, 1'699'160'399},
+       {{2023, 11, 5, 1, 30, 0, 0}, 1'699'162'200},
        {{2023, 11, 5, 2, 0, 0, 0}, 1'699'167'600}},
       {2023, 3, 12, 1, 59, 30, 0},
       {2023, 3, 12, 3, 0, 0, 0}}},
@@ -51,8 +56,10 @@ const std::map<std::string, SZone> kZones = {
      {{{{2023, 1, 15, 12, 0, 0, 0}, 1'673'737'200},
        {{2023, 7, 15, 12, 0, 0, 0}, 1'689'379'200},
        {{2023, 9, 24, 1, 59, 59, 0}, 1'695'477'599},
+       {{2023, 9, 24, 2, 30, 0, 0}, 1'695'479'400},
        {{2023, 9, 24, 3, 0, 0, 0}, 1'695'477'600},
        {{2023, 4, 2, 1, 59, 59, 0}, 1'680'353'999},
+       {{2023, 4, 2, 2, 30, 0, 0}, 1'680'355'800},
        {{2023, 4, 2, 3, 0, 0, 0}, 1'680'361'200}},
       {2023, 9, 24, 1, 59, 30, 0},
       {2023, 9, 24, 3, 0, 0, 0}}},
@@ -100,6 +107,22 @@ TEST_F(TimeZone, WinradioNamesAreInLocalTime) {
     const std::string name = Format("g-7.050mhz_%02u-%02u-%02u_%02u'%02u'%02u.ddc", date.nYear - 2000, date.nMonth,
                                     date.nDay, date.nHour, date.nMinute, date.nSecond);
     EXPECT_EQ(StartAlone(name, SecondsOfWave(5)), moment.tUtc) << name;
+  }
+}
+
+// A folder holds recordings of both seasons. What one of them is read as must not depend on those read before it.
+TEST_F(TimeZone, ALocalTimeIsTheSameMomentWhateverWasReadBefore) {
+  const auto seconds = [](const SDate& date) {
+    const auto field = [](std::uint32_t value) { return static_cast<int>(value); };
+    return LocalCalendarTime({field(date.nYear), field(date.nMonth), field(date.nDay), field(date.nHour),
+                              field(date.nMinute), field(date.nSecond)},
+                             "start");
+  };
+  for (const SMoment& before : m_zone.moments) {
+    for (const SMoment& moment : m_zone.moments) {
+      seconds(before.local);
+      EXPECT_EQ(seconds(moment.local), moment.tUtc) << "behind " << before.tUtc;
+    }
   }
 }
 
