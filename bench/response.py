@@ -41,9 +41,6 @@ class Downconverter:
         self.handle = ctypes.c_uint32(self.library.AllocInstance("response"))
         self.rate_in, self.rate_out = rate_in, rate_out
         self.ratio = rate_in / rate_out
-        # Designing filters takes longer than measuring a tone. One more instance with the same keeps them in use.
-        keeper = ctypes.c_uint32(self.library.AllocInstance("response"))
-        self.library.DownconvertInit(keeper, ctypes.c_uint32(rate_in), ctypes.c_uint32(rate_out))
 
     def __call__(self, samples):
         """The output for these samples, from a new start."""

@@ -12,9 +12,6 @@ namespace {
 
 class Response : public testing::TestWithParam<SRates> {
  protected:
-  // Designing filters takes longer than most measurements. They are shared while an instance uses them: this one.
-  const CLibraryInstance m_Keeper = GetParam().NewInstance();
-
   static CLibraryInstance NewInstance() { return GetParam().NewInstance(); }
   static std::size_t InputFor(double settledOutputs) { return GetParam().InputFor(settledOutputs); }
 };
