@@ -134,7 +134,7 @@ class CChainedSet {
   // The files of the set in playing order.
   std::vector<const SLink*> Chain() const;
   void Warn(const std::string& path, const std::string& text) {
-    m_log.Add(Format("[WARNING] %s: %s", path.c_str(), text.c_str()));
+    m_log.Add(Printable(Format("[WARNING] %s: %s", path.c_str(), text.c_str())));
   }
   void DescribeBy(const SLink& first);
 

@@ -21,13 +21,6 @@ constexpr std::int64_t kMaxBodyBytesInAll = 64 << 20;
 constexpr std::size_t kMarkerBytes = 4;
 constexpr std::uint32_t kSubChunkHeaderBytes = sizeof(SChunkHeader);
 
-// A text out of a file as part of a log line: what would move a terminal's cursor or break the line shows as "?".
-std::string Printable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
-  return text;
-}
-
 std::string MarkerText(const std::string& marker) {
   return Printable(platform::SystemCodePageToUtf8(marker));
 }

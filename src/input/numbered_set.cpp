@@ -86,7 +86,7 @@ class CNumberedSet {
     return m_strSelected.substr(0, m_strSelected.size() - m_strName.size()) + name;
   }
   void Warn(const std::string& path, const std::string& text) {
-    m_log.Add(Format("[WARNING] %s: %s", path.c_str(), text.c_str()));
+    m_log.Add(Printable(Format("[WARNING] %s: %s", path.c_str(), text.c_str())));
   }
 
   const std::string& m_strSelected;
@@ -251,7 +251,7 @@ bool CNumberedSet::TakeStartTime(const std::string& path) {
   m_set.tStart = m_set.metadata.FindNumber("UTCSeconds");
   if (m_set.tStart < 0 || m_set.tStart > kMax32) {
     m_log.Add(Format("[ERROR] %s: start time UTCSeconds \"%s\" of the XML metadata is no time from 1970 to 2106",
-                     path.c_str(), told.c_str()));
+                     path.c_str(), Printable(told).c_str()));
     return false;
   }
   if (told.find_first_of("0123456789") == std::string::npos) {

@@ -1,5 +1,6 @@
 #include "support/text.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -102,6 +103,12 @@ std::string Format(const char* format, ...) {
   va_start(arguments, format);
   std::string text = FormatV(format, arguments);
   va_end(arguments);
+  return text;
+}
+
+std::string Printable(std::string text) {
+  std::replace_if(
+      text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
   return text;
 }
 

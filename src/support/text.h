@@ -20,6 +20,10 @@ std::string Format(const char* format, ...) CARVELLO_PRINTF(1, 2);
 std::string FormatV(const char* format, va_list arguments) CARVELLO_PRINTF(1, 0);
 
 // ASCII white space (blank, tab, CR, LF, VT, FF) removed at the right end, or at both ends.
+// A text out of a file or a folder as part of a line: what would move a terminal's cursor or break the line shows as
+// "?".
+std::string Printable(std::string text);
+
 std::string TrimRight(std::string_view text);
 std::string Trim(std::string_view text);
 

@@ -77,5 +77,17 @@ TEST(InfoText, ShowsTheSameForAPerson) {
   }
 }
 
+TEST(InfoText, CannotMoveATerminalsCursor) {
+  CRecordingSet recording = Recording();
+  recording.metadata.values[0] = "a\x1B[2J\nb";
+  recording.files[0].strPath = "in\x1B.wav";
+  SInfoTexts texts;
+  texts.strIART = "artist\r";
+  const std::string text = InfoText(recording, texts);
+  EXPECT_THAT(text, HasSubstr("a?[2J?b"));
+  EXPECT_THAT(text, HasSubstr("in?.wav"));
+  EXPECT_THAT(text, HasSubstr("artist?"));
+}
+
 }  // namespace
 }  // namespace carvello::test

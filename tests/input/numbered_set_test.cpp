@@ -366,6 +366,17 @@ TEST_F(NumberedSet, SizeInBytesIsTakenFromTheMetadata) {
   EXPECT_EQ(m_set.files[0].nDataBytes, 7996);
 }
 
+TEST_F(NumberedSet, TextsOfTheMetadataCannotMoveATerminalsCursor) {
+  const std::string path =
+      Write("a.wav", PlainWave(4000, XmlChunk("SampleRate=\"1000\" FirstFile=\"a.wav\" SizeInBytes=\"-1&#27;[2J\"")));
+  CRecordingSet set;
+  CMyStringArray log;
+  ASSERT_TRUE(AnalyseRecordingSet(path, set, log)) << Joined(log);
+  EXPECT_TRUE(
+      HasLine(log, "[WARNING] " + path + ": SizeInBytes \"-1?[2J\" cannot be, the size of its data chunk is taken"))
+      << Joined(log);
+}
+
 TEST_F(NumberedSet, TotalsAreKeptAsMillionsAndARemainder) {
   for (int i = 0; i < 3; ++i) {
     const std::string name = "rec 00" + std::to_string(i) + ".wav";

@@ -56,5 +56,14 @@ TEST_F(PosixNames, AMemberThatIsALoopOfLinksEndsTheSetWithALine) {
   EXPECT_EQ(CountLines(log, "[WARNING] " + Path("rec 001.wav") + ": "), 1) << Joined(log);
 }
 
+TEST_F(PosixNames, ANeighboursNameCannotMoveATerminalsCursor) {
+  Write("a.wav", PlainWave(4000));
+  Write("b\x1B[2J\n.wav", "");
+  CRecordingSet set;
+  CMyStringArray log;
+  ASSERT_TRUE(AnalyseRecordingSet(Path("a.wav"), set, log));
+  EXPECT_EQ(Joined(log), "[WARNING] " + Path("b?[2J?.wav") + ": the file is empty; left out of the set\n");
+}
+
 }  // namespace
 }  // namespace carvello::test

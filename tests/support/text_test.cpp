@@ -21,6 +21,11 @@ TEST(Trim, TakesAsciiWhiteSpaceOnly) {
   EXPECT_EQ(Trim("\xC2\xA0x"), "\xC2\xA0x");
 }
 
+TEST(Printable, ReplacesControlCharactersOnly) {
+  EXPECT_EQ(Printable("a\x1B[2J\r\n\t\x7F"), "a?[2J????");
+  EXPECT_EQ(Printable("\xC3\xA9 ~"), "\xC3\xA9 ~");
+}
+
 TEST(EqualsNoCaseAscii, FoldsAsciiLettersOnly) {
   EXPECT_TRUE(EqualsNoCaseAscii("Wav", "wAV"));
   EXPECT_FALSE(EqualsNoCaseAscii("wav", "wa"));
