@@ -1,0 +1,267 @@
+"""The dialog as a user works it: the built program on an X server of its own, driven by keys.
+
+What it shows is read from the log that "View as text" writes, and from the files that it makes. Pictures of it are kept
+when CARVELLO_PICTURES names a folder; the settings of Qt's platform theme apply to them.
+"""
+import os
+import re
+import shutil
+import subprocess
+import time
+import unittest
+from pathlib import Path
+
+from makers import Layout, Tone, signal, write_recording, write_sparse
+from program import TIMEOUT, EndToEndTest, environment
+from wavtools import WaveFile, decibels, measure_tone
+
+GUI = Path(os.environ["CARVELLO_GUI"])
+PICTURES = os.environ.get("CARVELLO_PICTURES")
+
+
+class Display:
+    """An X server without a screen."""
+
+    def __init__(self):
+        read, write = os.pipe()
+        self.process = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"], pass_fds=[write],
+            stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as pipe:
+            self.name = ":" + pipe.readline().strip()
+
+    def close(self):
+        self.process.terminate()
+        self.process.wait(TIMEOUT)
+
+
+class Dialog:
+    """One run of the program."""
+
+    def __init__(self, display, home, *arguments, program=GUI, title="Carvello v"):
+        self.home = home
+        self.opened = home / "opened"
+        programs = home / "programs"
+        programs.mkdir(exist_ok=True)
+        # The desktop's opener, which only notes that it was asked.
+        opener = programs / "xdg-open"
+        opener.write_text('#!/bin/sh\necho "$1" >> "$HOME/opened"\n')
+        opener.chmod(0o755)
+        self.env = environment(
+            DISPLAY=display.name, QT_QPA_PLATFORM="xcb", HOME=str(home), XDG_CONFIG_HOME=str(home / "config"),
+            XDG_DATA_HOME=str(home / "data"), XDG_RUNTIME_DIR=str(home), TEMP=str(home),
+            PATH=f"{programs}:{os.environ['PATH']}")
+        self.env.pop("DBUS_SESSION_BUS_ADDRESS", None)
+        self.process = subprocess.Popen([str(program), *map(str, arguments)], env=self.env)
+        self.window = self.find(title)
+
+    def xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *map(str, arguments)], env=self.env, capture_output=True, text=True,
+                              timeout=TIMEOUT)
+
+    def find(self, title):
+        """The visible window of that title, with the keyboard."""
+        deadline = time.monotonic() + TIMEOUT
+        while True:
+            assert self.process.poll() is None, "the program ended too early"
+            search = ["search", "--onlyvisible", "--all", "--pid", self.process.pid, "--name", "^" + title]
+            found = self.xdotool(*search).stdout.split()
+            if found and self.xdotool("windowfocus", "--sync", found[0]).returncode == 0:
+                return found[0]
+            assert time.monotonic() < deadline, f"no window {title}"
+            time.sleep(0.05)
+
+    def press(self, *keys):
+        done = self.xdotool("key", "--delay", 20, *keys)
+        assert done.returncode == 0, done.stderr
+
+    def type(self, text):
+        done = self.xdotool("type", "--delay", 10, text)
+        assert done.returncode == 0, done.stderr
+
+    def type_frequency(self, frequency):
+        """Over what is in the field, as people write frequencies."""
+        self.press("ctrl+a")
+        self.type(f"{frequency // 1_000_000}.{frequency // 1000 % 1000:03d}.{frequency % 1000:03d}")
+
+    def log(self):
+        """The lines of the log, as "View as text" writes them."""
+        before = len(self.opened.read_text().splitlines()) if self.opened.exists() else 0
+        self.press("alt+v")
+        deadline = time.monotonic() + TIMEOUT
+        while not self.opened.exists() or len(self.opened.read_text().splitlines()) <= before:
+            assert self.process.poll() is None, "the program ended too early"
+            assert time.monotonic() < deadline, "the log is not opened"
+            time.sleep(0.05)
+        path = Path(self.opened.read_text().splitlines()[-1])
+        assert path == self.home / "Carvello tmp.txt", path
+        return path.read_text().splitlines()
+
+    def wait_for_log(self, pattern):
+        deadline = time.monotonic() + TIMEOUT
+        while True:
+            lines = self.log()
+            if any(re.search(pattern, line) for line in lines):
+                return lines
+            assert time.monotonic() < deadline, "\n".join(lines)
+            time.sleep(0.1)
+
+    def picture(self, name, window=None):
+        """A picture of the window as it is now; it must show something."""
+        time.sleep(0.3)  # what was asked for last is drawn
+        path = Path(PICTURES or self.home) / f"{name}.png"
+        subprocess.run(["import", "-window", window or self.window, str(path)], env=self.env, check=True,
+                       timeout=TIMEOUT, capture_output=True)
+        colours = subprocess.run(["identify", "-format", "%k", str(path)], check=True, timeout=TIMEOUT,
+                                 capture_output=True, text=True).stdout
+        assert int(colours) > 20, f"{path} shows {colours} colours"
+
+    def close(self):
+        """Escape; the program's exit code."""
+        self.find("Carvello v")
+        self.press("Escape")
+        return self.process.wait(TIMEOUT)
+
+    def kill(self):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait(TIMEOUT)
+
+
+class DialogTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        self.display = Display()
+        self.addCleanup(self.display.close)
+
+    def open(self, *arguments, **options):
+        dialog = Dialog(self.display, self.folder, *arguments, **options)
+        self.addCleanup(dialog.kill)
+        return dialog
+
+
+class TestDialog(DialogTest):
+    RATE = 240_000
+    CENTRE = 7_100_000
+    SECONDS = 30
+    TONES = [Tone(10_500, 5000), Tone(-9_300, 4000), Tone(1_700, 3000), Tone(100_250, 2000)]
+    BANDWIDTH = 10_000
+    # From the first choice, 240 kHz: 21 steps of 10 kHz to 30 kHz, one to 20 kHz, 10 of 1 kHz.
+    STEPS_TO_BANDWIDTH = 32
+
+    def output_of(self, frequency):
+        return self.output / f"2020-11-01 2359z, f={frequency / 1e6:.3f} MHz, bw=10 kHz 000.wav"
+
+    def check_tone(self, tone, frequency):
+        file = WaveFile(self.output_of(frequency))
+        file.check_complete()
+        self.assertEqual((file.rate, file.bits), (self.BANDWIDTH, 16))
+        self.assertEqual(file.frames, self.SECONDS * self.BANDWIDTH)
+        self.assertEqual(file.metadata()["RadioCenterFreq"], str(frequency))
+        expected = self.CENTRE + tone.offset - frequency
+        edge = self.BANDWIDTH // 4  # the filters see the signal start and end abruptly
+        measured = measure_tone(file.samples()[edge:-edge], self.BANDWIDTH, expected)
+        self.assertAlmostEqual(measured.frequency, expected, delta=0.01)
+        self.assertAlmostEqual(decibels(measured.amplitude / tone.amplitude), 0, delta=0.05)
+
+    def test_cuts_three_entries_and_a_sequence_and_stops_a_second_run(self):
+        source = write_recording(self.folder / "40 m 000.wav", Layout(self.RATE, self.CENTRE),
+                                 signal(self.TONES, self.RATE, 0, self.SECONDS * self.RATE))
+        dialog = self.open()
+        dialog.picture("start")
+
+        dialog.type(str(source))
+        dialog.press("Tab", "Tab", "Tab")  # over the button and the check box
+        dialog.type(str(self.output))
+        dialog.press("alt+w", "Home", *["Down"] * self.STEPS_TO_BANDWIDTH)
+        for frequency in (7_110_000, 7_090_000, 7_100_000):
+            dialog.press("alt+c")
+            dialog.type_frequency(frequency)
+            dialog.press("alt+a")
+        dialog.press("alt+q")
+        sequence = dialog.find("Add Sequence")
+        dialog.type_frequency(7_200_000)
+        dialog.press("Tab")
+        dialog.type_frequency(7_100_000)
+        dialog.picture("add-sequence", sequence)
+        dialog.press("Return")
+        dialog.find("Carvello v")
+        dialog.picture("filled")
+
+        dialog.press("alt+s")
+        log = dialog.wait_for_log("Reader> Closed$")
+        dialog.picture("finished")
+        self.assertRegex(log[0], r"^\d\d:\d\d:\d\d> Ready$")
+        self.assertRegex(log[1], r"^\d\d:\d\d:\d\d> Processors: \d+, max threads: \d+$")
+        self.assertEqual(dialog.close(), 0)
+
+        # 7.1 MHz was entered twice and made once.
+        frequencies = [7_110_000, 7_090_000, 7_100_000, 7_200_000]
+        self.assertEqual(self.names(), sorted(self.output_of(frequency).name for frequency in frequencies))
+        for tone, frequency in zip(self.TONES, frequencies):
+            self.check_tone(tone, frequency)
+
+        self.stop_a_run_half_way()
+
+    def stop_a_run_half_way(self):
+        """The folder and the choices are those of before; the input is one that takes long."""
+        seconds, rate = 900, 1_000_000
+        source = write_sparse(self.folder / "long.wav", Layout(rate, self.CENTRE, form="s8"), seconds * rate)
+        before = set(self.names())
+        dialog = self.open(source)
+        for frequency in (7_150_000, 7_300_000):
+            dialog.press("alt+c")
+            dialog.type_frequency(frequency)
+            dialog.press("alt+a")
+        dialog.press("alt+s")
+        dialog.wait_for_log(r"Writer \[1\]> Starting")
+        dialog.picture("running")
+        dialog.press("Escape")  # only beeps
+        self.assertIsNone(dialog.process.poll())
+        dialog.press("alt+t")
+        dialog.wait_for_log("Reader> Closed$")
+        self.assertEqual(dialog.close(), 0)
+        made = sorted(set(self.names()) - before)
+        self.assertEqual(len(made), 2)
+        for name in made:
+            file = WaveFile(self.output / name)
+            file.check_complete()
+            self.assertEqual(file.rate, self.BANDWIDTH)
+            self.assertGreater(file.frames, 0)
+            self.assertLess(file.frames, seconds * self.BANDWIDTH)
+
+
+class TestDialogStart(DialogTest):
+    def test_a_second_copy_runs_beside_the_first(self):
+        first, second = self.open(), self.open()
+        self.assertIsNone(first.process.poll())
+        second.press("Escape")
+        self.assertEqual(second.process.wait(TIMEOUT), 0)
+        self.assertIsNone(first.process.poll())
+
+    def test_a_missing_library_is_told_and_ends_the_program(self):
+        program = self.folder / "alone" / GUI.name
+        program.parent.mkdir()
+        shutil.copy(GUI, program)
+        dialog = self.open(program=program, title="Carvello$")
+        dialog.press("Return")
+        self.assertEqual(dialog.process.wait(TIMEOUT), 1)
+
+    def test_an_input_that_is_no_recording_is_told_in_the_log(self):
+        path = self.folder / "text.wav"
+        path.write_text("this is no recording")
+        dialog = self.open(path)
+        self.assertIn(f"{path}: not recognised as an IQ recording", "\n".join(dialog.log()))
+        self.assertEqual(dialog.close(), 0)
+
+    def test_more_than_one_input_is_a_usage_error(self):
+        environment_without_screen = environment(QT_QPA_PLATFORM="offscreen", HOME=str(self.folder))
+        done = subprocess.run([str(GUI), "a.wav", "b.wav"], env=environment_without_screen, capture_output=True,
+                              text=True, timeout=TIMEOUT)
+        self.assertEqual(done.returncode, 2)
+        self.assertIn("[INPUT]", done.stdout + done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
