@@ -132,8 +132,9 @@ void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
   // start offsets then.
   if (remaining > 0) {
     m_file.SkipFrames(remaining);
-    Log("Seek %lld samples (%lld bytes)", static_cast<long long>(remaining),
-        static_cast<long long>(remaining * m_file.BytesPerFrame()));
+    const long long samples = remaining;
+    const long long bytes = samples * m_file.BytesPerFrame();
+    Log("Seek %lld samples (%lld bytes)", samples, bytes);
     for (const auto& writer : m_writers) {
       RequestPtr skipped = writer->TakeRequest(request::kInputSkipped);
       skipped->llParam1 = m_llSeek;
