@@ -228,7 +228,12 @@ void DialogControlsTest::CutsNoTextOff() {
     if (!shows || !control->isVisible() || control->visibleRegion().isEmpty()) continue;
     QVERIFY2(control->width() >= control->minimumSizeHint().width() &&
                  control->height() >= control->minimumSizeHint().height(),
-             qPrintable(control->objectName()));
+             qPrintable(QString("%1: %2 x %3, least %4 x %5")
+                            .arg(control->objectName())
+                            .arg(control->width())
+                            .arg(control->height())
+                            .arg(control->minimumSizeHint().width())
+                            .arg(control->minimumSizeHint().height())));
   }
 }
 
