@@ -245,7 +245,8 @@ std::int64_t CBackgroundThreadWriter::OutputSamplesDue() const {
   const std::uint64_t outputRate = m_output.m_nSampleRate;
   if (inputRate == 0 || outputRate == 0) return 0;
   const auto input = static_cast<std::uint64_t>(m_llInputSamples);
-  if (outputRate != m_pEntry->nOutputSampleRate) {
+  if (m_pEntry->nOutputSampleRate > kMaxFractionalRate) {
+    // By the number itself: the rate that the library tells is rounded, and would lead away from it in time.
     const std::uint64_t decimation = (inputRate + outputRate / 2) / outputRate;
     return static_cast<std::int64_t>((input + decimation - 1) / decimation);
   }

@@ -24,6 +24,7 @@ std::atomic<std::uint32_t> delayedHandle = 0;
 std::atomic<std::uint32_t> heldHandle = 0;
 std::counting_semaphore<> letGo(0);
 std::size_t heldBack = 0;
+std::int64_t decimation = 1;
 
 template <typename TNumber>
 void Put(std::string& bytes, TNumber number) {
@@ -66,6 +67,7 @@ void SPassThrough::Bind(DspBinding& binding) {
     instances.clear();
     reportedRateOut = 0;
     heldBack = 0;
+    decimation = 1;
   }
   delayMilliseconds = 0;
   heldHandle = 0;
@@ -115,8 +117,9 @@ void SPassThrough::Bind(DspBinding& binding) {
     if (first && handle == heldHandle) letGo.acquire();
     const std::lock_guard guard(passThroughLock);
     SInstance& instance = instances[handle - 1];
-    instance.nSamples += inputCount;
-    instance.pending.insert(instance.pending.end(), input, input + inputCount);
+    for (std::uint32_t i = 0; i < inputCount; ++i, ++instance.nSamples) {
+      if (instance.nSamples % decimation == 0) instance.pending.push_back(input[i]);
+    }
     const std::size_t ready = instance.pending.size() - std::min(instance.pending.size(), heldBack);
     std::copy_n(instance.pending.begin(), ready, output);
     instance.pending.erase(instance.pending.begin(), instance.pending.begin() + static_cast<std::ptrdiff_t>(ready));
@@ -150,6 +153,11 @@ void SPassThrough::LetAllGo() {
 void SPassThrough::HoldBack(std::size_t samples) {
   const std::lock_guard guard(passThroughLock);
   heldBack = samples;
+}
+
+void SPassThrough::DecimateBy(std::int64_t factor) {
+  const std::lock_guard guard(passThroughLock);
+  decimation = factor;
 }
 
 void SPassThrough::DelayRun(int milliseconds, std::uint32_t handle) {

@@ -53,6 +53,8 @@ struct SPassThrough {
   static void LetAllGo();
   // Outputs lag behind the input by so many samples, as with filters.
   static void HoldBack(std::size_t samples);
+  // Only the first of every so many samples comes out.
+  static void DecimateBy(std::int64_t factor);
   static void DelayRun(int milliseconds, std::uint32_t handle);  // makes one instance slow
 };
 

@@ -299,6 +299,19 @@ TEST_F(ReaderWriterTest, SamplesThatTheFiltersHoldBackFollowAtTheEnd) {
   EXPECT_FRAMES(Path("part.wav"), 100, 1000);
 }
 
+// Half of 2,000,003 samples/s is told as 1,000,002, which was asked for here: counted by the rates, four million
+// samples would look as if an output were missing.
+TEST_F(ReaderWriterTest, RoundedRateOfAWholeNumberDecimationMakesNoSampleUp) {
+  constexpr std::int64_t kFrames = 17 * kBlock;
+  const auto input = WriteNumbered("in.wav", 0, kFrames);
+  SPassThrough::DecimateBy(2);
+  auto entry = Entry("out.wav", 0, 0);
+  entry.nInputSampleRate = 2'000'003;
+  entry.nOutputSampleRate = 1'000'002;
+  RunJob({input}, {entry}, 4 * kFrames);
+  EXPECT_EQ(m_reader.Results()[0].nFrames, kFrames / 2);
+}
+
 TEST_F(ReaderWriterTest, FirstFileThatCannotBeOpenedStartsNoJobAndLeavesNoFileOpen) {
   RunJob({Path("missing.wav")}, {Entry("out.wav", 0, 0)}, 8000);
   EXPECT_FALSE(m_reader.IsRunning());
