@@ -37,7 +37,7 @@ void WithInstance(std::uint32_t handle, TCall call) noexcept {
 }
 
 bool AreRatesInRange(std::uint32_t inputRate, std::uint32_t outputRate, std::uint32_t largestRatio) {
-  return outputRate > 0 && outputRate <= inputRate && inputRate / largestRatio <= outputRate;
+  return outputRate > 0 && outputRate <= inputRate && inputRate <= std::uint64_t{largestRatio} * outputRate;
 }
 
 // Feeds the processor when there is one and all pointers are there. The count is that of the samples given.

@@ -260,8 +260,10 @@ TEST(Fractional, ResamplesLikeTheLastStage) {
     if (0.56 / fRatio > 0.5) continue;
     for (std::size_t m = kSettled; m < alias.size(); ++m) ASSERT_LT(Decibel(std::abs(Value(alias[m]))), -110.0);
   }
-  Dsp().FractionalInit(instance.Handle(), 17000, 1000);
-  EXPECT_TRUE(instance.Feed(Dsp().FractionalProcess, Noise(1000)).empty()) << "a ratio above 16";
+  for (const std::uint32_t nOut : {1u, 1000u}) {
+    Dsp().FractionalInit(instance.Handle(), 16 * nOut + 1, nOut);
+    EXPECT_TRUE(instance.Feed(Dsp().FractionalProcess, Noise(1000)).empty()) << "a ratio above 16";
+  }
 }
 
 TEST(Fractional, BlockSizesChangeNoBit) {
@@ -333,8 +335,8 @@ TEST(PartionedFft, FiltersAtTheInputsRateWithoutDelay) {
       }
     }
   }
-  Dsp().PartionedFFTInit(instance.Handle(), 257000, 1000);
-  EXPECT_TRUE(instance.Feed(Dsp().PartionedFFTProcess, Noise(5000)).empty()) << "a ratio above 256";
+  Dsp().PartionedFFTInit(instance.Handle(), 256001, 1000);
+  EXPECT_TRUE(instance.Feed(Dsp().PartionedFFTProcess, Noise(50000)).empty()) << "a ratio above 256";
 }
 
 TEST(PartionedFft, BlockSizesChangeNeitherBitsNorCounts) {
