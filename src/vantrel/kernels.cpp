@@ -14,9 +14,8 @@ const SKernels& Pick() {
   const SCandidate candidates[] = {
       {kPlainKernels, true},
 #ifdef VANTREL_X86_64
-      {kAvx2Kernels, __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma")},
-      {kAvx512Kernels,
-       __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("fma")},
+      {kAvx2Kernels, __builtin_cpu_supports("avx2") != 0},
+      {kAvx512Kernels, __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512dq")},
 #endif
   };
   const char* pszWanted = std::getenv("CARVELLO_ISA");

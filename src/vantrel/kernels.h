@@ -43,7 +43,7 @@ struct SKernels {
 };
 
 extern const SKernels kPlainKernels;
-extern const SKernels kAvx2Kernels;    // needs AVX2 and FMA
+extern const SKernels kAvx2Kernels;    // needs AVX2
 extern const SKernels kAvx512Kernels;  // needs AVX-512 F and DQ
 
 // The best set for this processor, picked once. The environment variable CARVELLO_ISA ("plain", "avx2" or "avx512")
