@@ -91,11 +91,11 @@ provide_pugixml() {
 # header that they need.
 provide_qt() {
   local off=(
-    sql network printsupport dbus xml concurrent                     # modules
-    opengl vulkan direct2d tabletevent                               # ways to draw and point
-    gif jpeg textodfwriter                                           # formats
-    androiddeployqt windeployqt qmake                                # tools
-    system_zlib                                                      # not Debian's: a copy that is linked in
+    sql network printsupport dbus xml concurrent          # modules
+    opengl vulkan direct2d1_1 tabletevent                 # ways to draw and point
+    gif jpeg textodfwriter                                # formats
+    androiddeployqt windeployqt qmake                     # tools
+    system_zlib                                           # not Debian's: a copy that is linked in
   )
   local options=(-DQT_HOST_PATH=/usr "-DQT_HOST_PATH_CMAKE_DIR=/usr/lib/$(g++ -dumpmachine)/cmake"
     -DQT_BUILD_TESTS=OFF -DQT_BUILD_EXAMPLES=OFF -DINPUT_opengl=no)
