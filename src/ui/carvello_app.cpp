@@ -1,6 +1,7 @@
 #include "ui/carvello_app.h"
 
 #include <QIcon>
+#include <clocale>
 
 #include "dsp/primitives.h"
 #include "support/text.h"
@@ -20,6 +21,8 @@ CCarvelloApp::CCarvelloApp(int& argc, char** argv) : QApplication(argc, argv) {
   setApplicationName(QString::fromStdString(VersionValue("ProductName")));
   setApplicationVersion(QString::fromStdString(VersionValue("ProductVersion")));
   setDesktopFileName("carvello");
+  // The toolkit has taken over the user's locale; the log and the percentage have a point in every one.
+  std::setlocale(LC_NUMERIC, "C");
 }
 
 CCarvelloApp::~CCarvelloApp() {

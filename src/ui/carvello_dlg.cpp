@@ -1,6 +1,8 @@
 #include "ui/carvello_dlg.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QSettings>
 
@@ -33,6 +35,10 @@ std::unique_ptr<Ui::CCarvelloDlg> BuildControls(CCarvelloDlg& dialog) {
   auto ui = std::make_unique<Ui::CCarvelloDlg>();
   ui->setupUi(&dialog);
   return ui;
+}
+
+std::string AbsolutePath(const std::string& path) {
+  return QDir::toNativeSeparators(QFileInfo(QString::fromStdString(path)).absoluteFilePath()).toStdString();
 }
 
 }  // namespace
@@ -111,7 +117,7 @@ void CCarvelloDlg::ConnectControls() {
 
   connect(m_ui->IDC_1018, &QAbstractButton::clicked, this, &CCarvelloDlg::Start);
   connect(m_ui->IDC_1019, &QAbstractButton::clicked, &m_job, &CJobRunner::Stop);
-  connect(&m_job, &CJobRunner::Starting, this, &CCarvelloDlg::ClearLog);
+  connect(&m_job, &CJobRunner::Starting, this, &CCarvelloDlg::JobStarting);
   connect(&m_job, &CJobRunner::RunningChanged, this, &CCarvelloDlg::UpdateControlStates);
   connect(&m_job, &CJobRunner::EntriesRemoved, this, &CCarvelloDlg::ShowEntries);
   // As if the user had clicked, and after what is happening now.
@@ -125,7 +131,8 @@ void CCarvelloDlg::ConnectControls() {
 }
 
 void CCarvelloDlg::RestorePaths(const std::string& input) {
-  std::string path = input;
+  // Remembered with its folder: the next start may be from another one.
+  std::string path = input.empty() ? input : AbsolutePath(input);
   if (path.empty()) m_settings.Read("InputFile", path);
   // A given input is selected even when it cannot be read, so that the log tells why.
   if (!path.empty() && (!input.empty() || platform::IsReadable(path))) {

@@ -66,6 +66,7 @@ class CCarvelloDlg : public QDialog {
 
   // carvello_dlg_job.cpp: the job, the log and the progress
   void Start();
+  void JobStarting();
   void ClearLog();
   void WriteReadyLines();
   void ShowProgress(std::uint64_t total, std::uint64_t done);

@@ -16,6 +16,12 @@ void CCarvelloDlg::Start() {
   m_job.Start(m_input.recording);
 }
 
+void CCarvelloDlg::JobStarting() {
+  m_ui->IDC_1020->setValue(0);
+  m_taskbar.Begin();
+  ClearLog();
+}
+
 void CCarvelloDlg::ClearLog() {
   m_ui->IDC_1022->Clear();
 }

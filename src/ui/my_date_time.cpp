@@ -1,6 +1,7 @@
 #include "ui/my_date_time.h"
 
 #include <QLocale>
+#include <algorithm>
 #include <ctime>
 
 #include "support/platform.h"
@@ -60,6 +61,8 @@ CMyTimePicker::CMyTimePicker(QWidget* parent) : QTimeEdit(parent) {
 }
 
 void CMyDateTime::SetRange(std::int64_t first, std::int64_t last, bool bUtc) {
+  // The picker would become as narrow as these dates, and the window would move with it.
+  m_pDate->setMinimumWidth(std::max(m_pDate->minimumWidth(), m_pDate->sizeHint().width()));
   m_pDate->setDateRange(WallClock(first, bUtc).date(), WallClock(last, bUtc).date());
 }
 

@@ -102,6 +102,7 @@ void CMyMFCEditBrowseCtrl::ShowButton(SBrowse browse, QStyle::StandardPixmap ico
   m_pButton->setAccessibleName(name);
   m_pButton->setToolTip(name);
   m_pButton->show();
+  setTabOrder(this, m_pButton);
   PlaceButton();
 }
 

@@ -9,6 +9,10 @@ namespace carvello {
 CTaskbarUpdates::CTaskbarUpdates(std::unique_ptr<CTaskbarProgress> pProgress, std::function<std::int64_t()> clock)
     : m_pProgress(std::move(pProgress)), m_clock(clock ? std::move(clock) : CurrentTime) {}
 
+void CTaskbarUpdates::Begin() {
+  if (m_pProgress) m_pProgress->SetValue(0, kTaskbarTotal);
+}
+
 void CTaskbarUpdates::Update(std::uint64_t position, std::uint64_t done, std::uint64_t total) {
   if (!m_pProgress) return;
   const std::int64_t now = m_clock();

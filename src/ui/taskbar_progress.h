@@ -27,6 +27,8 @@ class CTaskbarUpdates {
   // `clock`: seconds since 1970; the system's unless given.
   explicit CTaskbarUpdates(std::unique_ptr<CTaskbarProgress> pProgress, std::function<std::int64_t()> clock = {});
 
+  // A job begins: its start is shown whenever it is.
+  void Begin();
   // The position shown for `done` of `total`. Nothing happens without a taskbar.
   void Update(std::uint64_t position, std::uint64_t done, std::uint64_t total);
 

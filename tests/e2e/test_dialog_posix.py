@@ -172,7 +172,7 @@ class TestDialog(DialogTest):
         dialog.picture("start")
 
         dialog.type(str(source))
-        dialog.press("Tab", "Tab", "Tab")  # over the button and the check box
+        dialog.press("Tab", "Tab", "Tab", "Tab")  # over the two buttons and the check box
         dialog.type(str(self.output))
         dialog.press("alt+w", "Home", *["Down"] * self.STEPS_TO_BANDWIDTH)
         for frequency in (7_110_000, 7_090_000, 7_100_000):

@@ -1,3 +1,4 @@
+#include <QApplication>
 #include <QLabel>
 #include <QRegularExpression>
 #include <QSet>
@@ -35,6 +36,7 @@ class DialogControlsTest : public QObject {
   void NamesEveryField();
   void EveryControlSaysWhatItIs();
   void TabVisitsTheControlsInTheOrderOfTheWindow();
+  void TabVisitsABrowseButtonBehindItsField();
   void NoTwoMnemonicsAreTheSame();
   void TheTitleNamesProductAndVersion();
   void TheHelpHolderIsHidden();
@@ -144,8 +146,7 @@ void DialogControlsTest::EveryControlSaysWhatItIs() {
   QSet<QString> names;
   for (const QWidget* control : dialog.findChildren<QWidget*>()) {
     if (!IsOfTheTable(*control)) continue;
-    const QString text = control->property("text").toString().remove('&');
-    const QString name = control->accessibleName().isEmpty() ? text : control->accessibleName();
+    const QString name = control->accessibleName();
     QVERIFY2(!name.isEmpty(), qPrintable(control->objectName()));
     QVERIFY2(!names.contains(name), qPrintable(control->objectName() + ": " + name));
     names.insert(name);
@@ -169,6 +170,18 @@ void DialogControlsTest::TabVisitsTheControlsInTheOrderOfTheWindow() {
     control = control->nextInFocusChain();
   } while (control != first);
   QCOMPARE(visited, order);
+}
+
+void DialogControlsTest::TabVisitsABrowseButtonBehindItsField() {
+  m_pFixture->OpenReady();
+  m_pFixture->Control(1000).setFocus();
+  QStringList visited;
+  for (int i = 0; i < 6; ++i) {
+    visited << QApplication::focusWidget()->objectName();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  }
+  QCOMPARE(visited,
+           QStringList({"IDC_1000", "IDC_1000_browse", "IDC_1032", "IDC_1034", "IDC_1009", "IDC_1009_browse"}));
 }
 
 void DialogControlsTest::NoTwoMnemonicsAreTheSame() {

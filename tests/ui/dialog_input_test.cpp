@@ -1,4 +1,6 @@
 #include <QDateEdit>
+#include <QDir>
+#include <QFileInfo>
 #include <QTimeEdit>
 #include <ctime>
 
@@ -35,6 +37,7 @@ class DialogInputTest : public QObject {
   void TogglingUtcShowsTheTimesAnew();
   void TheFirstFileSizeIsSelectedAtStartUp();
   void SelectsTheGivenInputAtOnce();
+  void AGivenInputIsRememberedWithItsFolder();
   void AGivenInputThatCannotBeReadSaysWhy();
   void DropsTheHighlightOfTheInputPathAfterStartUp();
   void EveryChangeOfTheTextIsASelection();
@@ -204,6 +207,22 @@ void DialogInputTest::SelectsTheGivenInputAtOnce() {
   m_pFixture->Settings().Write("InputFile", m_pFixture->WriteInput({.nCentre = 3'500'000}, "remembered.wav"));
   m_pFixture->Open(m_pFixture->WriteInput({.nCentre = 14'200'000}, "given.wav"));
   QCOMPARE(m_pFixture->Text(1001), QString("14.200 MHz"));
+}
+
+// The next start may be from another folder.
+void DialogInputTest::AGivenInputIsRememberedWithItsFolder() {
+  const std::string path = m_pFixture->WriteInput({.nCentre = 14'200'000}, "given.wav");
+  const QString before = QDir::currentPath();
+  QVERIFY(QDir::setCurrent(QFileInfo(QString::fromStdString(path)).path()));
+  m_pFixture->Open("given.wav");
+  QVERIFY(QDir::setCurrent(before));
+  QCOMPARE(m_pFixture->Text(1001), QString("14.200 MHz"));
+  const QFileInfo shown(m_pFixture->Control<CMyMFCEditBrowseCtrl>(1000).Path());
+  QVERIFY(shown.isAbsolute());
+  QCOMPARE(shown.canonicalFilePath(), QFileInfo(QString::fromStdString(path)).canonicalFilePath());
+  std::string saved;
+  QVERIFY(m_pFixture->Settings().Read("InputFile", saved));
+  QCOMPARE(QString::fromStdString(saved), m_pFixture->Control<CMyMFCEditBrowseCtrl>(1000).Path());
 }
 
 void DialogInputTest::AGivenInputThatCannotBeReadSaysWhy() {

@@ -23,6 +23,7 @@ class MyDateTimeTest : public QObject {
   void ReadsTheArrows();
   void OffersTheDatesOfTheRecording();
   void ShowsFourDigitsOfTheYear();
+  void KeepsItsWidthWithEveryRange();
 
  private:
   std::unique_ptr<CMyDatePicker> m_pDate;
@@ -137,6 +138,16 @@ void MyDateTimeTest::ShowsFourDigitsOfTheYear() {
     QVERIFY2(picker.text().contains("2020"), qPrintable(picker.text()));
   }
   QLocale::setDefault(QLocale::c());
+}
+
+// The window would move with it.
+void MyDateTimeTest::KeepsItsWidthWithEveryRange() {
+  const auto width = [this] { return std::max(m_pDate->sizeHint().width(), m_pDate->minimumWidth()); };
+  const int before = width();
+  m_pPickers->SetRange(kSummer, kSummer, true);
+  QCOMPARE(width(), before);
+  m_pPickers->SetRange(kSummer, kWinter, true);
+  QCOMPARE(width(), before);
 }
 
 }  // namespace carvello

@@ -11,6 +11,7 @@ class TaskbarProgressTest : public QObject {
   void UpdatesAtMostOncePerClockSecond();
   void AlwaysShowsTheEndEvenWithinTheSameSecond();
   void UpdatesWhenTheClockGoesBack();
+  void BeginsAt0WithinTheSameSecond();
   void DoesNothingWithoutATaskbar();
   void ThereIsNoTaskbarWithoutASessionBus();
   void ABusThatCannotBeReachedIsNoTaskbar();
@@ -61,9 +62,19 @@ void TaskbarProgressTest::UpdatesWhenTheClockGoesBack() {
   QCOMPARE(calls, (Calls{{1, 1000}, {2, 1000}}));
 }
 
+// The next batch begins moments after the last one has ended.
+void TaskbarProgressTest::BeginsAt0WithinTheSameSecond() {
+  Calls calls;
+  CTaskbarUpdates updates(std::make_unique<CRecordedProgress>(calls), [] { return std::int64_t{100}; });
+  updates.Update(1000, 10'000, 10'000);
+  updates.Begin();
+  QCOMPARE(calls, (Calls{{1000, 1000}, {0, 1000}}));
+}
+
 void TaskbarProgressTest::DoesNothingWithoutATaskbar() {
   int asked = 0;
   CTaskbarUpdates updates(nullptr, [&] { return std::int64_t{++asked}; });
+  updates.Begin();
   updates.Update(1000, 10'000, 10'000);
   QCOMPARE(asked, 0);
 }

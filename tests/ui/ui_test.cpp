@@ -1,6 +1,5 @@
 #include "ui/ui_test.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QTemporaryDir>
 #include <cstdio>
@@ -11,7 +10,8 @@ std::string TempFile(const QString& name) {
   return QDir::toNativeSeparators(qEnvironmentVariable("TEMP") + "/" + name).toStdString();
 }
 
-int RunUiTest(int argc, char** argv, const std::function<std::unique_ptr<QObject>()>& makeTest) {
+int RunUiTest(int argc, char** argv, const std::function<std::unique_ptr<QObject>()>& makeTest,
+              const AppMaker& makeApp) {
   if (const auto exitCode = RunAsOpener(argc, argv)) return *exitCode;
   const QTemporaryDir home;
   if (!home.isValid()) {
@@ -21,7 +21,7 @@ int RunUiTest(int argc, char** argv, const std::function<std::unique_ptr<QObject
   const CTestDesktop desktop(home.path());
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
 
-  QApplication app(argc, argv);
+  const auto app = makeApp ? makeApp(argc, argv) : std::make_unique<QApplication>(argc, argv);
   const std::unique_ptr<QObject> test = makeTest();
   return QTest::qExec(test.get(), argc, argv);
 }

@@ -2,6 +2,7 @@
 // user's settings nor another test's are touched, and a platform without a screen.
 #pragma once
 
+#include <QApplication>
 #include <QTest>
 #include <functional>
 #include <memory>
@@ -14,7 +15,11 @@ namespace carvello::test {
 // The path of a file in the folder for temporary ones.
 std::string TempFile(const QString& name);
 
-int RunUiTest(int argc, char** argv, const std::function<std::unique_ptr<QObject>()>& makeTest);
+using AppMaker = std::function<std::unique_ptr<QApplication>(int& argc, char** argv)>;
+
+// `makeApp`: the toolkit's application object unless given.
+int RunUiTest(int argc, char** argv, const std::function<std::unique_ptr<QObject>()>& makeTest,
+              const AppMaker& makeApp = {});
 
 }  // namespace carvello::test
 
