@@ -81,10 +81,11 @@ void DialogLogTest::ABurstOf100000LinesLosesNoneAndKeepsTheDialogAnswering() {
     ++clicks;
   });
   clicker.start(10);
-  test::CLongestTurn turn;
-  std::jthread worker([this] {
+  // All at once is the worst case: the dialog gets no turn for anything else while it takes the lines over.
+  std::thread([this] {
     for (int line = 0; line < kLines; ++line) Post("Writer [0]", "line " + std::to_string(line));
-  });
+  }).join();
+  test::CLongestTurn turn;
   QTRY_COMPARE_WITH_TIMEOUT(log.model()->rowCount(), kBefore + kLines, 120'000);
   qInfo("longest turn %.1f ms of processor time, %d turns, %d clicks", turn.Milliseconds(), turn.Turns(), clicks);
   QVERIFY(clicks > 0);
