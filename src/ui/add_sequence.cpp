@@ -5,6 +5,7 @@
 
 #include "support/formatting.h"
 #include "support/text.h"
+#include "ui/mnemonics.h"
 #include "ui_add_sequence.h"
 
 namespace carvello {
@@ -42,6 +43,7 @@ CAddSequence::CAddSequence(std::int64_t nCentreFrequency, std::uint32_t nSampleR
       m_nLowest(std::max<std::int64_t>(nCentreFrequency - nSampleRate / 2, 0)),
       m_nHighest(nCentreFrequency + nSampleRate / 2) {
   m_ui->setupUi(this);
+  MakeMnemonicsImmediate(*this);
   for (CMyMFCMaskedEdit* pEdit : {m_ui->IDC_1010, m_ui->IDC_1011}) pEdit->setFont(fixedFont);
   m_ui->IDC_1012->setMinimumWidth(m_ui->IDC_1010->sizeHint().width());  // one column, one width
   m_ui->IDC_1010->SetFrequency(m_nLowest);

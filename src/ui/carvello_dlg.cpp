@@ -12,6 +12,7 @@
 #include "ui/control_states.h"
 #include "ui/file_manager.h"
 #include "ui/fixed_font.h"
+#include "ui/mnemonics.h"
 #include "ui/resources.h"
 #include "ui/system_command.h"
 #include "ui/user_settings.h"
@@ -79,6 +80,7 @@ void CCarvelloDlg::PrepareControls() {
   m_ui->IDC_1022->setFont(m_fixedFont);
   m_ui->IDC_1008->SetColumns({"Centre", "Bw", "Start", "Finish", "Filename", ""});
   m_ui->IDC_1026->Load();
+  MakeMnemonicsImmediate(*this);
   // The left half as wide as its fields need, the log all the rest; from there on, both grow alike.
   const int left = m_ui->leftHalf->sizeHint().width();
   m_ui->splitter->setSizes({left, width() - left});

@@ -34,6 +34,7 @@ class DialogEntriesTest : public QObject {
   void SortsByFrequencyThenBandwidth();
   void AddsMoreThanTheMaximum();
   void CountsTheEntries();
+  void MnemonicsAddWhatIsTypedBetweenThem();
   void AStartAtTheRecordingsEndIsOutOfRange();
   void AStartBeforeTheRecordingIsOutOfRange();
   void AnsweringNoLeavesTheStartAsItIs();
@@ -170,6 +171,18 @@ void DialogEntriesTest::AddsMoreThanTheMaximum() {
   for (int i = 0; i < 10; ++i) Add(7'100'000 + i, "10 kHz");
   QCOMPARE(m_pFixture->List().RowCount(), 10);
   QCOMPARE(m_pFixture->Text(1027), QString("Maximum entries: 8, current: 10"));
+}
+
+void DialogEntriesTest::MnemonicsAddWhatIsTypedBetweenThem() {
+  m_pFixture->OpenReady();
+  for (const char* typed : {"7.1", "7.15"}) {
+    QTest::keyClick(&m_pFixture->Dialog(), Qt::Key_C, Qt::AltModifier);
+    QTest::keyClicks(&m_pFixture->Control(1010), typed);
+    QTest::keyClick(&m_pFixture->Dialog(), Qt::Key_A, Qt::AltModifier);
+  }
+  QCOMPARE(m_pFixture->List().RowCount(), 2);
+  QCOMPARE(m_pFixture->Row(0)[0], QString("7.100.000"));
+  QCOMPARE(m_pFixture->Row(1)[0], QString("7.150.000"));
 }
 
 void DialogEntriesTest::CountsTheEntries() {

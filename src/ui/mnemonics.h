@@ -1,0 +1,13 @@
+// What the underlined letters of a dialog do.
+#pragma once
+
+class QWidget;
+
+namespace carvello {
+
+// The toolkit shows a button pressed for a tenth of a second before it does anything, and what the user types meanwhile
+// would change what the button works with: with this the button acts at once. A text field that has the focus already
+// is selected anew, so that typing begins anew there too. For the buttons and labels that the dialog has now.
+void MakeMnemonicsImmediate(QWidget& dialog);
+
+}  // namespace carvello
