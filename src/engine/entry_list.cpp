@@ -108,6 +108,7 @@ std::optional<SEntryProblem> CEntryList::AddEntry(const SEntryFields& fields) {
       *entry,
       Format("%s, f=%s, bw=%s", StartText(start, fields.bUtc).c_str(), frequencyText.c_str(), bandwidthText.c_str()),
       fields.strOutputFolder);
+  m_byFrequency.emplace(entry->nOutputFrequency, entry.get());
   m_entries.push_back(std::move(entry));
   return std::nullopt;
 }
@@ -115,9 +116,11 @@ std::optional<SEntryProblem> CEntryList::AddEntry(const SEntryFields& fields) {
 // Names tell the minute, so two stretches of one channel within a minute would share a file. The later one gets a
 // number; a duplicate does not, since it is removed anyway.
 void CEntryList::NameEntry(OutputEntry& entry, const std::string& stem, const std::string& folder) const {
-  const auto taken = [&](const std::string& path) {
-    return std::any_of(m_entries.begin(), m_entries.end(),
-                       [&](const auto& other) { return other->strFileName == path && !SameOutput(*other, entry); });
+  const auto [first, last] = m_byFrequency.equal_range(entry.nOutputFrequency);
+  const auto taken = [&, first = first, last = last](const std::string& path) {
+    return std::any_of(first, last, [&](const auto& other) {
+      return other.second->strFileName == path && !SameOutput(*other.second, entry);
+    });
   };
   entry.strDisplayName = stem + ".wav";
   entry.strFileName = platform::JoinPath(folder, entry.strDisplayName);
@@ -145,26 +148,35 @@ void CEntryList::Rebuild() {
   const auto less = [&](const OutputEntry* a, const OutputEntry* b) { return key(*a) < key(*b); };
   std::set<const OutputEntry*, decltype(less)> seen(less);
   std::erase_if(m_entries, [&](const auto& entry) { return !seen.insert(entry.get()).second; });
+  IndexEntries();
 
   std::stable_sort(m_entries.begin(), m_entries.end(), [](const auto& a, const auto& b) {
     return std::tie(a->nOutputFrequency, a->nOutputSampleRate) < std::tie(b->nOutputFrequency, b->nOutputSampleRate);
   });
 }
 
+void CEntryList::IndexEntries() {
+  m_byFrequency.clear();
+  for (const auto& entry : m_entries) m_byFrequency.emplace(entry->nOutputFrequency, entry.get());
+}
+
 void CEntryList::Reset() {
+  m_byFrequency.clear();
   m_entries.clear();
 }
 
 void CEntryList::Remove(const std::vector<std::size_t>& indices) {
-  const std::set<std::size_t, std::greater<>> descending(indices.begin(), indices.end());
-  for (const std::size_t index : descending) {
-    if (index < m_entries.size()) m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(index));
+  for (const std::size_t index : indices) {
+    if (index < m_entries.size()) m_entries[index].reset();
   }
+  std::erase(m_entries, nullptr);
+  IndexEntries();
 }
 
 void CEntryList::RemoveFirst(std::size_t count) {
   const std::size_t removed = std::min(count, m_entries.size());
   m_entries.erase(m_entries.begin(), m_entries.begin() + static_cast<std::ptrdiff_t>(removed));
+  IndexEntries();
 }
 
 std::vector<const OutputEntry*> CEntryList::Pointers() const {

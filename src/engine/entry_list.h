@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "engine/message_box.h"
@@ -67,10 +68,13 @@ class CEntryList {
 
  private:
   void NameEntry(OutputEntry& entry, const std::string& stem, const std::string& folder) const;
+  void IndexEntries();
 
   CRecordingSet m_recording;
   SInfoTexts m_infoTexts;
   std::vector<std::unique_ptr<OutputEntry>> m_entries;
+  // The same entries. A name tells the frequency to the Hz, so only entries of one frequency can share a name.
+  std::unordered_multimap<std::int64_t, const OutputEntry*> m_byFrequency;
 };
 
 }  // namespace carvello

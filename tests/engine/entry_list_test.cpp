@@ -236,6 +236,27 @@ TEST_F(EntryListTest, DifferentStretchesWithinAMinuteGetDifferentNames) {
   EXPECT_EQ(list[2].strFileName, platform::JoinPath("out", list[2].strDisplayName));
 }
 
+TEST_F(EntryListTest, TheNameOfARemovedEntryIsFreeAgain) {
+  fields.startMode = EStartMode::At;
+  fields.endMode = EEndMode::After;
+  fields.nDurationSeconds = 5;
+  const auto addAt = [&](int second) {
+    fields.tPickedStart = kStart + second;
+    ExpectAdded();
+    return list[list.Size() - 1].strDisplayName;
+  };
+  const std::string name = addAt(0);
+  const std::string second = addAt(10);
+  EXPECT_NE(second, name);
+  list.Remove({0});
+  list.Rebuild();
+  EXPECT_EQ(addAt(20), name);
+  list.RemoveFirst(1);
+  EXPECT_EQ(addAt(30), second);
+  list.Reset();
+  EXPECT_EQ(addAt(40), name);
+}
+
 TEST_F(EntryListTest, SortsByFrequencyThenBandwidth) {
   fields.nFrequency = 7'100'000;
   ExpectAdded();
