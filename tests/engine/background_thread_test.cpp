@@ -97,7 +97,7 @@ TEST(BackgroundThread, RecycledRequestComesBackEmpty) {
   auto request = worker.TakeRequest(300);
   request->nParam1 = 5;
   request->strParam = "text";
-  request->block.reset(AllocComplex(16));
+  request->block = CBlockPool(16).Take();
   worker.Post(std::move(request));
   worker.WaitIdle();
   worker.Stop();
