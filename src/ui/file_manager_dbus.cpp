@@ -3,6 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QFileInfo>
 #include <QUrl>
 #include <QWidget>
 
@@ -16,7 +17,9 @@ void ShowFileInFolder(QWidget* pParent, const std::string& path) {
   const CWaitCursor wait;
   QDBusMessage message = QDBusMessage::createMethodCall("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
                                                         "org.freedesktop.FileManager1", "ShowItems");
-  const QString url = QUrl::fromLocalFile(QString::fromStdString(path)).toString(QUrl::FullyEncoded);
+  // The file manager has a current folder of its own.
+  const QString file = QFileInfo(QString::fromStdString(path)).absoluteFilePath();
+  const QString url = QUrl::fromLocalFile(file).toString(QUrl::FullyEncoded);
   message << QStringList{url} << QString();
   // Not waited for: a file manager may take its time to start.
   auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), pParent);
