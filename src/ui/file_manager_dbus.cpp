@@ -1,6 +1,5 @@
 // The file manager of a freedesktop.org desktop:
 // https://www.freedesktop.org/wiki/Specifications/file-manager-interface/
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QFileInfo>
@@ -9,11 +8,25 @@
 
 #include "support/platform.h"
 #include "ui/file_manager.h"
+#include "ui/session_bus.h"
 #include "ui/wait_cursor.h"
 
 namespace carvello {
 
+namespace {
+
+void OpenFolderOf(const std::string& path, QWidget* pParent) {
+  OpenOrTell(pParent, platform::FolderOf(path), "Open Folder", "explore");
+}
+
+}  // namespace
+
 void ShowFileInFolder(QWidget* pParent, const std::string& path) {
+  const auto bus = SessionBus();
+  if (!bus) {
+    OpenFolderOf(path, pParent);
+    return;
+  }
   const CWaitCursor wait;
   QDBusMessage message = QDBusMessage::createMethodCall("org.freedesktop.FileManager1", "/org/freedesktop/FileManager1",
                                                         "org.freedesktop.FileManager1", "ShowItems");
@@ -22,10 +35,10 @@ void ShowFileInFolder(QWidget* pParent, const std::string& path) {
   const QString url = QUrl::fromLocalFile(file).toString(QUrl::FullyEncoded);
   message << QStringList{url} << QString();
   // Not waited for: a file manager may take its time to start.
-  auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), pParent);
+  auto* watcher = new QDBusPendingCallWatcher(bus->asyncCall(message), pParent);
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, pParent, [watcher, pParent, path] {
     watcher->deleteLater();
-    if (watcher->isError()) OpenOrTell(pParent, platform::FolderOf(path), "Open Folder", "explore");
+    if (watcher->isError()) OpenFolderOf(path, pParent);
   });
 }
 

@@ -2,10 +2,10 @@
 // https://wiki.ubuntu.com/Unity/LauncherAPI
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QVariantMap>
 
+#include "ui/session_bus.h"
 #include "ui/taskbar_progress.h"
 
 namespace carvello {
@@ -38,18 +38,11 @@ class CLauncherEntry : public CTaskbarProgress {
   QDBusConnection m_bus;
 };
 
-// Without an address the bus library would try to start a bus, which can take seconds.
-bool HasSessionBus() {
-  return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-         QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
-}
-
 }  // namespace
 
 std::unique_ptr<CTaskbarProgress> CreateTaskbarProgress(QWidget* /*pMainWindow*/) {
-  if (!HasSessionBus()) return nullptr;
-  const QDBusConnection bus = QDBusConnection::sessionBus();
-  return bus.isConnected() ? std::make_unique<CLauncherEntry>(bus) : nullptr;
+  const auto bus = SessionBus();
+  return bus ? std::make_unique<CLauncherEntry>(*bus) : nullptr;
 }
 
 }  // namespace carvello

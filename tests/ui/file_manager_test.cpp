@@ -26,6 +26,7 @@ class FileManagerTest : public QObject {
   void TheInputIsShownInItsFolder();
   void AnInputNamedFromTheCurrentFolderIsShownToo();
   void WithoutAFileManagerTheInputsFolderIsOpened();
+  void WithoutASessionBusTheInputsFolderIsOpened();
   void TheOutputFolderIsOpened();
   void AnEmptyOutputFolderOpensNothing();
   void AFolderThatNoProgramOpensIsTold();
@@ -91,6 +92,17 @@ void FileManagerTest::AnInputNamedFromTheCurrentFolderIsShownToo() {
 void FileManagerTest::WithoutAFileManagerTheInputsFolderIsOpened() {
   Bus().unregisterService(kService);
   m_pFixture->Click(1032);
+  QTRY_COMPARE(test::OpenedPaths().size(), m_nOpenedBefore + 1);
+  QCOMPARE(test::OpenedPaths().last(), Folder());
+  QVERIFY(m_shown.isEmpty());
+}
+
+void FileManagerTest::WithoutASessionBusTheInputsFolderIsOpened() {
+  QVERIFY(Bus().registerService(kService));
+  const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+  qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+  m_pFixture->Click(1032);
+  qputenv("DBUS_SESSION_BUS_ADDRESS", address);
   QTRY_COMPARE(test::OpenedPaths().size(), m_nOpenedBefore + 1);
   QCOMPARE(test::OpenedPaths().last(), Folder());
   QVERIFY(m_shown.isEmpty());

@@ -1,0 +1,16 @@
+#include "ui/session_bus.h"
+
+#include <QFileInfo>
+
+namespace carvello {
+
+std::optional<QDBusConnection> SessionBus() {
+  // Without an address the bus library would try to start a bus.
+  const bool hasAddress = qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
+                          QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
+  if (!hasAddress) return std::nullopt;
+  const QDBusConnection bus = QDBusConnection::sessionBus();
+  return bus.isConnected() ? std::optional(bus) : std::nullopt;
+}
+
+}  // namespace carvello
