@@ -41,6 +41,10 @@ class DialogInputTest : public QObject {
   void AGivenInputThatCannotBeReadSaysWhy();
   void DropsTheHighlightOfTheInputPathAfterStartUp();
   void EveryChangeOfTheTextIsASelection();
+  void TheInputsFolderIsOpenedWhereNoFileManagerCanSelectAFile();
+  void TheOutputFolderIsOpened();
+  void AnEmptyOutputFolderIsNotOpened();
+  void AnOutputFolderThatIsGoneIsTold();
 
  private:
   std::unique_ptr<CDialogFixture> m_pFixture;
@@ -248,6 +252,45 @@ void DialogInputTest::EveryChangeOfTheTextIsASelection() {
   QCOMPARE(m_pFixture->Text(1001), QString("-"));
   QTest::keyClick(&path, Qt::Key_Backspace);
   QCOMPARE(m_pFixture->Text(1001), QString("7.100 MHz"));
+}
+
+// There is no message bus here, and so no file manager to ask.
+void DialogInputTest::TheInputsFolderIsOpenedWhereNoFileManagerCanSelectAFile() {
+  m_pFixture->OpenReady();
+  const auto opened = test::OpenedPaths().size();
+  m_pFixture->Click(1032);
+  QTRY_COMPARE(test::OpenedPaths().size(), opened + 1);
+  QCOMPARE(test::OpenedPaths().last().toStdString(), m_pFixture->Folder().Path());
+}
+
+void DialogInputTest::TheOutputFolderIsOpened() {
+  m_pFixture->OpenReady();
+  const auto opened = test::OpenedPaths().size();
+  m_pFixture->Click(1033);
+  QTRY_COMPARE(test::OpenedPaths().size(), opened + 1);
+  QCOMPARE(test::OpenedPaths().last().toStdString(), m_pFixture->OutputFolder());
+}
+
+void DialogInputTest::AnEmptyOutputFolderIsNotOpened() {
+  m_pFixture->OpenReady();
+  m_pFixture->SetPath(1009, "");
+  const auto opened = test::OpenedPaths().size();
+  m_pFixture->Click(1033);
+  m_pFixture->SetPath(1009, m_pFixture->OutputFolder());
+  m_pFixture->Click(1033);
+  QTRY_VERIFY(test::OpenedPaths().size() > opened);
+  QCOMPARE(test::OpenedPaths().size(), opened + 1);
+  QVERIFY(m_pFixture->Answers().AllUsed());
+}
+
+void DialogInputTest::AnOutputFolderThatIsGoneIsTold() {
+  m_pFixture->OpenReady();
+  m_pFixture->SetPath(1009, "/nowhere at all");
+  m_pFixture->Answers().Give(QMessageBox::Ok);
+  m_pFixture->Click(1033);
+  QVERIFY(m_pFixture->Answers().AllUsed());
+  QCOMPARE(m_pFixture->Answers().Shown().back().text,
+           QString("Error processing \"/nowhere at all\" -\n \nNo such file or directory"));
 }
 
 }  // namespace carvello
