@@ -337,6 +337,7 @@ int RunShell(const char* script, const std::vector<std::string>& arguments) {
   std::vector<std::string> words = {"sh", "-c", script, "sh"};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   pid_t child = 0;
