@@ -21,6 +21,9 @@ struct SProgress {
   bool operator==(const SProgress&) const = default;
 };
 
+// COM's interfaces have no virtual destructor: their objects end by Release().
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
 // Lives as long as the test; what counts references does nothing.
 class CTaskbar : public ITaskbarList3 {
  public:

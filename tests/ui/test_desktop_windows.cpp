@@ -9,6 +9,7 @@
 #include "support/formatting.h"
 #include "support/platform.h"
 #include "support/platform_windows_text.h"
+#include "support/text.h"
 #include "ui/test_desktop.h"
 
 namespace carvello::test {
@@ -53,7 +54,7 @@ CTestDesktop::CTestDesktop(const QString& home) {
   RegOverridePredefKey(HKEY_CURRENT_USER, user);
   RegCloseKey(classes);
   RegCloseKey(user);
-  const std::string command = "\"" + platform::ProgramPath() + "\" " + kOpenerOption + " \"%1\"";
+  const std::string command = Format("\"%s\" %s \"%%1\"", platform::ProgramPath().c_str(), kOpenerOption);
   SetDefaultValue(std::wstring(kOpener) + L"\\shell\\open\\command", Wide(command));
   AssociateFiles();
 }
