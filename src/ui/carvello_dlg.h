@@ -35,7 +35,6 @@ class CCarvelloDlg : public QDialog {
   // A command of the system menu. That menu has no entry for the About box; another program can still send its command.
   void OnSystemCommand(unsigned command);
 
- public slots:
   void accept() override {}  // Enter, the default OK command: the dialog stays
   void reject() override;    // Escape or the close box
 

@@ -71,7 +71,7 @@ std::string CMyRichEditCtrl::WriteFile() const {
   std::string text;
   for (const std::string& line : m_lines) text += line + "\n";
   for (int number = 0; number < kMaxFiles; ++number) {
-    const std::string path = platform::JoinPath(m_strFolder, Format("%s_%03d%s", "Halvarn", number, ".rtf"));
+    std::string path = platform::JoinPath(m_strFolder, Format("%s_%03d%s", "Halvarn", number, ".rtf"));
     const platform::FileHandle file = platform::OpenFile(path, platform::EOpenMode::WriteNew);
     if (file == platform::kNoFile) continue;
     const bool bWritten = platform::WriteFile(file, text.data(), text.size()) == text.size();
