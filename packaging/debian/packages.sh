@@ -3,7 +3,7 @@
 packages_build=(g++ cmake ninja-build libpugixml-dev libcli11-dev nlohmann-json3-dev qt6-base-dev)
 packages_test=("${packages_build[@]}" libgtest-dev libgmock-dev sox sndfile-programs python3 python3-numpy
   dbus-daemon xvfb xdotool imagemagick)
-packages_windows=("${packages_test[@]}" g++-mingw-w64-x86-64-posix googletest dpkg-dev wine wine64)
+packages_windows=("${packages_test[@]}" g++-mingw-w64-x86-64-posix googletest dpkg-dev wine wine64 fonts-dejavu-core)
 packages_lint=("${packages_test[@]}" clang-format clang-tidy)
 
 package_is_installed() {

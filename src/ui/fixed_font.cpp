@@ -15,6 +15,13 @@ QFont FixedPitchFont() {
   }
   font.setFamily(QFontDatabase::systemFont(QFontDatabase::FixedFont).family());
   font.setStyleHint(QFont::Monospace);
+  if (QFontInfo(font).fixedPitch()) return font;
+  // A system that names a face which it does not have.
+  for (const QString& face : QFontDatabase::families(QFontDatabase::Latin)) {
+    if (!QFontDatabase::isFixedPitch(face) || !QFontDatabase::isSmoothlyScalable(face)) continue;
+    font.setFamily(face);
+    break;
+  }
   return font;
 }
 

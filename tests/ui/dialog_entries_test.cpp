@@ -72,8 +72,7 @@ class DialogEntriesTest : public QObject {
 };
 
 void DialogEntriesTest::initTestCase() {
-  qputenv("TZ", "XXX-3");  // three hours ahead of UTC
-  tzset();
+  test::SetTimeZone("XXX-3");  // three hours ahead of UTC
 }
 
 void DialogEntriesTest::cleanup() {
@@ -117,7 +116,8 @@ void DialogEntriesTest::ShowsSixColumns() {
 void DialogEntriesTest::ShowsEachEntryInItsColumns() {
   m_pFixture->OpenReady();
   Add(7'100'000, "10 kHz");
-  QCOMPARE(m_pFixture->Row(0), (QStringList{"7.100.000", "10 kHz", "11/01/20 23:59:00z", "11/02/20 00:59:00z",
+  QCOMPARE(m_pFixture->Row(0), (QStringList{"7.100.000", "10 kHz", test::DateText(2020, 11, 1) + " 23:59:00z",
+                                            test::DateText(2020, 11, 2) + " 00:59:00z",
                                             "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz.wav", ""}));
 }
 
@@ -125,8 +125,10 @@ void DialogEntriesTest::ShowsLocalTimesAndNamesWithoutUtc() {
   m_pFixture->OpenReady();
   m_pFixture->Click(1034);
   Add(7'100'000, "10 kHz");
-  QCOMPARE(m_pFixture->Row(0), (QStringList{"7.100.000", "10 kHz", "11/02/20 02:59:00", "11/02/20 03:59:00",
-                                            "2020-11-02 0259, f=7.100 MHz, bw=10 kHz.wav", ""}));
+  QCOMPARE(m_pFixture->Row(0),
+           (QStringList{"7.100.000", "10 kHz", test::DateText(2020, 11, 2) + " " + test::TimeText(2, 59, 0),
+                        test::DateText(2020, 11, 2) + " " + test::TimeText(3, 59, 0),
+                        "2020-11-02 0259, f=7.100 MHz, bw=10 kHz.wav", ""}));
 }
 
 void DialogEntriesTest::ColumnsAreAsWideAsTheirContents() {
@@ -234,7 +236,7 @@ void DialogEntriesTest::AnEndAtTheRecordingsEndIsAccepted() {
   m_pFixture->Click(1087);
   m_pFixture->Pick(1106, 1104, Utc(0, 59, 0, 2));
   Add(7'100'000, "10 kHz");
-  QCOMPARE(m_pFixture->Row(0)[3], QString("11/02/20 00:59:00z"));
+  QCOMPARE(m_pFixture->Row(0)[3], test::DateText(2020, 11, 2) + " 00:59:00z");
 }
 
 void DialogEntriesTest::AnEndBehindTheRecordingIsOutOfRange() {
@@ -308,8 +310,8 @@ void DialogEntriesTest::ADurationIsShownFromTheRecordingsStart() {
   m_pFixture->Click(1084);
   m_pFixture->Choose(1029, "30");
   Add(7'100'000, "10 kHz");
-  QCOMPARE(m_pFixture->Row(0)[2], QString("11/02/20 00:09:00z"));
-  QCOMPARE(m_pFixture->Row(0)[3], QString("11/02/20 00:29:00z"));
+  QCOMPARE(m_pFixture->Row(0)[2], test::DateText(2020, 11, 2) + " 00:09:00z");
+  QCOMPARE(m_pFixture->Row(0)[3], test::DateText(2020, 11, 2) + " 00:29:00z");
 }
 
 void DialogEntriesTest::PickersWorkInLocalTimeWithoutUtc() {
@@ -318,7 +320,7 @@ void DialogEntriesTest::PickersWorkInLocalTimeWithoutUtc() {
   m_pFixture->Click(1086);
   m_pFixture->Pick(1105, 1103, Utc(3, 9, 0, 2));  // local time
   Add(7'100'000, "10 kHz");
-  QCOMPARE(m_pFixture->Row(0)[2], QString("11/02/20 03:09:00"));
+  QCOMPARE(m_pFixture->Row(0)[2], test::DateText(2020, 11, 2) + " " + test::TimeText(3, 9, 0));
   QCOMPARE(m_pFixture->Row(0)[4], QString("2020-11-02 0309, f=7.100 MHz, bw=10 kHz.wav"));
 }
 

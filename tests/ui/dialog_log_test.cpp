@@ -68,8 +68,8 @@ void DialogLogTest::ALineWithoutAThreadShowsTimeAndText() {
 
 void DialogLogTest::ABurstOf100000LinesLosesNoneAndKeepsTheDialogAnswering() {
   constexpr int kLines = 100'000;
-  constexpr double kBound = 100.0;                                                      // ms
-  const double bound = kBound * (qEnvironmentVariableIsSet("CARVELLO_SLOW") ? 20 : 1);  // with sanitizers
+  constexpr int kBound = 100;                                                        // ms
+  const int bound = kBound * (qEnvironmentVariableIsSet("CARVELLO_SLOW") ? 20 : 1);  // with sanitizers
   auto& log = m_pFixture->Control<CLogList>(1022);
   constexpr int kBefore = 2;
   QTRY_COMPARE(log.model()->rowCount(), kBefore);
@@ -87,7 +87,8 @@ void DialogLogTest::ABurstOf100000LinesLosesNoneAndKeepsTheDialogAnswering() {
   }).join();
   test::CLongestTurn turn;
   QTRY_COMPARE_WITH_TIMEOUT(log.model()->rowCount(), kBefore + kLines, 120'000);
-  qInfo("longest turn %.1f ms of processor time, %d turns, %d clicks", turn.Milliseconds(), turn.Turns(), clicks);
+  qInfo("longest turn %lld ms of processor time, %d turns, %d clicks", static_cast<long long>(turn.Milliseconds()),
+        turn.Turns(), clicks);
   QVERIFY(clicks > 0);
   QVERIFY2(turn.Milliseconds() < bound, qPrintable(QString("%1 ms").arg(turn.Milliseconds())));
 
@@ -193,7 +194,9 @@ void DialogLogTest::ViewAsTextTellsWhenNoProgramOpensIt() {
   QVERIFY(m_pFixture->Answers().AllUsed());
   const test::SShownBox& box = m_pFixture->Answers().Shown().back();
   QCOMPARE(box.caption, QString("Open File"));
-  QCOMPARE(box.text, QString("Error processing \"%1\" -\n \n%2").arg(m_strFile.c_str(), test::CNoOpener::Reason()));
+  const QString begin = QString("Error processing \"%1\" -\n \n").arg(m_strFile.c_str());
+  QCOMPARE(box.text.left(begin.size()), begin);
+  QVERIFY2(test::CNoOpener::Reasons().contains(box.text.mid(begin.size())), qPrintable(box.text));
   QCOMPARE(box.icon, QMessageBox::Critical);
   QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
 }

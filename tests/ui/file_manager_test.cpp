@@ -131,7 +131,7 @@ void FileManagerTest::AFolderThatNoProgramOpensIsTold() {
   const test::SShownBox& box = m_pFixture->Answers().Shown().front();
   QCOMPARE(box.caption, QString("Open Folder"));
   QCOMPARE(box.text, QString("Error processing \"%1\" -\n \n%2")
-                         .arg(QString::fromStdString(m_pFixture->OutputFolder()), test::CNoOpener::Reason()));
+                         .arg(QString::fromStdString(m_pFixture->OutputFolder()), test::CNoOpener::Reasons().first()));
   QCOMPARE(box.icon, QMessageBox::Critical);
   QCOMPARE(box.buttons, QMessageBox::Ok);
 }

@@ -36,8 +36,7 @@ class InputTextsTest : public QObject {
 };
 
 void InputTextsTest::initTestCase() {
-  qputenv("TZ", "XXX-3");  // three hours ahead of UTC
-  tzset();
+  test::SetTimeZone("XXX-3");  // three hours ahead of UTC
 }
 
 void InputTextsTest::ShowsEachFieldInItsFormat() {
@@ -53,14 +52,14 @@ void InputTextsTest::ShowsEachFieldInItsFormat() {
 void InputTextsTest::ShowsTimesOfDayInUtcWithAZ() {
   // The C locale's short date.
   const SInputTexts texts = InputTexts(Recording(), true);
-  QCOMPARE(texts.strStart, std::string("11/01/20 23:59:00z"));
-  QCOMPARE(texts.strFinish, std::string("11/03/20 02:00:01z"));
+  QCOMPARE(texts.strStart, (test::DateText(2020, 11, 1) + " 23:59:00z").toStdString());
+  QCOMPARE(texts.strFinish, (test::DateText(2020, 11, 3) + " 02:00:01z").toStdString());
 }
 
 void InputTextsTest::ShowsLocalTimesInTheUsersFormat() {
   const SInputTexts texts = InputTexts(Recording(), false);
-  QCOMPARE(texts.strStart, std::string("11/02/20 02:59:00"));
-  QCOMPARE(texts.strFinish, std::string("11/03/20 05:00:01"));
+  QCOMPARE(texts.strStart, (test::DateText(2020, 11, 2) + " " + test::TimeText(2, 59, 0)).toStdString());
+  QCOMPARE(texts.strFinish, (test::DateText(2020, 11, 3) + " " + test::TimeText(5, 0, 1)).toStdString());
 }
 
 void InputTextsTest::ShowsDashesWithoutARecording() {

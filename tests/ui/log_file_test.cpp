@@ -1,5 +1,7 @@
 #include "ui/log_file.h"
 
+#include "support/file.h"
+#include "support/formatting.h"
 #include "support/temp_folder.h"
 #include "ui/ui_test.h"
 
@@ -45,7 +47,9 @@ void LogFileTest::NothingIsAnEmptyFile() {
 void LogFileTest::TellsWhyItCannotBeWritten() {
   std::string error;
   QVERIFY(!WriteTextFile(m_folder / "none/d.txt", {"line"}, error));
-  QCOMPARE(error, std::string("No such file or directory"));
+  CFile file;
+  QVERIFY(!file.Open(m_folder / "none/d.txt", platform::EOpenMode::WriteNew));
+  QCOMPARE(error, SystemErrorText());
 }
 
 }  // namespace carvello

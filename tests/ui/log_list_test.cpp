@@ -43,9 +43,8 @@ class LogListTest : public QObject {
 };
 
 void LogListTest::init() {
-  qputenv("TZ", "Europe/Berlin");
-  tzset();
-  m_now = 1'604'275'140;  // 2020-11-02 00:59:00 in Berlin
+  test::SetTimeZone("XXX-1");  // an hour ahead of UTC
+  m_now = 1'604'275'140;       // 2020-11-02 00:59:00 there
   m_pLog = std::make_unique<CLogList>();
   m_pLog->SetClock([this] { return m_now; });
   m_pLog->resize(400, 200);

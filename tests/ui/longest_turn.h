@@ -1,19 +1,21 @@
-// CLongestTurn: how long the event loop was busy without a chance for a click, at most. Counted in processor time, so
-// that other programs on the machine change nothing.
+// CLongestTurn: how long the event loop was busy without a chance for a click, at most. Counted in processor time of
+// the whole process, so that other programs on the machine change nothing.
 #pragma once
 
 #include <QObject>
 #include <QTimer>
 #include <algorithm>
-#include <ctime>
+#include <cstdint>
+
+#include "support/platform.h"
 
 namespace carvello::test {
 
 class CLongestTurn : public QObject {
  public:
-  CLongestTurn() : m_tLast(std::clock()) {
+  CLongestTurn() : m_tLast(platform::ProcessCpuMilliseconds()) {
     connect(&m_timer, &QTimer::timeout, this, [this] {
-      const std::clock_t now = std::clock();
+      const std::int64_t now = platform::ProcessCpuMilliseconds();
       m_tLongest = std::max(m_tLongest, now - m_tLast);
       m_tLast = now;
       ++m_nTurns;
@@ -21,13 +23,13 @@ class CLongestTurn : public QObject {
     m_timer.start(0);
   }
 
-  double Milliseconds() const { return 1000.0 * static_cast<double>(m_tLongest) / CLOCKS_PER_SEC; }
+  std::int64_t Milliseconds() const { return m_tLongest; }
   int Turns() const { return m_nTurns; }
 
  private:
   QTimer m_timer;
-  std::clock_t m_tLast;
-  std::clock_t m_tLongest = 0;
+  std::int64_t m_tLast;
+  std::int64_t m_tLongest = 0;
   int m_nTurns = 0;
 };
 

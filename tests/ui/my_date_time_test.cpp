@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "support/platform.h"
 #include "ui/ui_test.h"
 
 namespace carvello {
@@ -40,8 +41,7 @@ constexpr std::int64_t kHour = 3600;
 }  // namespace
 
 void MyDateTimeTest::init() {
-  qputenv("TZ", "Europe/Berlin");
-  tzset();
+  test::UseBerlinTime();
   m_pDate = std::make_unique<CMyDatePicker>();
   m_pTime = std::make_unique<CMyTimePicker>();
   m_pPickers = std::make_unique<CMyDateTime>(m_pDate.get(), m_pTime.get());
@@ -69,7 +69,10 @@ void MyDateTimeTest::ReadsBackWhatItShows_data() {
   QTest::newRow("winter, local") << qint64{kWinter} << false;
   QTest::newRow("summer, UTC") << qint64{kSummer} << true;
   QTest::newRow("summer, local") << qint64{kSummer} << false;
-  QTest::newRow("before 1970") << qint64{-86'400 * 365} << true;
+  std::tm ignored{};
+  if (platform::LocalTime(-86'400 * 365, ignored)) {  // not every system has local times so early
+    QTest::newRow("before 1970") << qint64{-86'400 * 365} << true;
+  }
   QTest::newRow("behind 2038") << qint64{4'102'444'799} << true;
 }
 

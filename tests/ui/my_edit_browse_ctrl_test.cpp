@@ -1,6 +1,7 @@
 #include "ui/my_edit_browse_ctrl.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QDropEvent>
 #include <QFile>
 #include <QHelpEvent>
@@ -148,7 +149,7 @@ void MyEditBrowseCtrlTest::BrowsesForAFileFromThePresentPathOn() {
   QVERIFY(!asked.bFolder);
   QCOMPARE(asked.nameFilters, NameFilters("WAV recording files (*.WAV)|*.WAV||", !platform::FileNamesEqual("a", "A")));
   QCOMPARE(from, "/from/here.wav");
-  QCOMPARE(m_pField->Path(), "/chosen/one.wav");
+  QCOMPARE(m_pField->Path(), QDir::toNativeSeparators("/chosen/one.wav"));
 }
 
 void MyEditBrowseCtrlTest::BrowsesForAFolder() {
@@ -161,7 +162,7 @@ void MyEditBrowseCtrlTest::BrowsesForAFolder() {
   QTest::mouseClick(m_pField->BrowseButton(), Qt::LeftButton);
   QVERIFY(asked.bFolder);
   QCOMPARE(asked.title, "Select the folder where the output files are created");
-  QCOMPARE(m_pField->Path(), "/out");
+  QCOMPARE(m_pField->Path(), QDir::toNativeSeparators("/out"));
 }
 
 void MyEditBrowseCtrlTest::AnEmptyAnswerLeavesThePath() {
@@ -229,7 +230,7 @@ void MyEditBrowseCtrlTest::TakesADroppedFile() {
   QFile file(path);
   QVERIFY(file.open(QIODevice::WriteOnly));
   QVERIFY(Drop(QUrl::fromLocalFile(path)));
-  QCOMPARE(m_pField->Path(), path);
+  QCOMPARE(m_pField->Path(), QDir::toNativeSeparators(path));
 }
 
 void MyEditBrowseCtrlTest::RefusesADroppedFolderWhereAFileIsAskedFor() {
@@ -243,7 +244,7 @@ void MyEditBrowseCtrlTest::RefusesADroppedFolderWhereAFileIsAskedFor() {
 void MyEditBrowseCtrlTest::TakesADroppedFolder() {
   m_pField->SetFolderBrowse("Title");
   QVERIFY(Drop(QUrl::fromLocalFile(m_pFolder->path())));
-  QCOMPARE(m_pField->Path(), m_pFolder->path());
+  QCOMPARE(m_pField->Path(), QDir::toNativeSeparators(m_pFolder->path()));
 }
 
 void MyEditBrowseCtrlTest::TakesTheFolderOfADroppedFile() {
@@ -251,7 +252,7 @@ void MyEditBrowseCtrlTest::TakesTheFolderOfADroppedFile() {
   QFile file(m_pFolder->filePath("a.wav"));
   QVERIFY(file.open(QIODevice::WriteOnly));
   QVERIFY(Drop(QUrl::fromLocalFile(file.fileName())));
-  QCOMPARE(m_pField->Path(), m_pFolder->path());
+  QCOMPARE(m_pField->Path(), QDir::toNativeSeparators(m_pFolder->path()));
 }
 
 void MyEditBrowseCtrlTest::TakesADroppedText() {

@@ -34,7 +34,8 @@ class MyRichEditCtrlTest : public QObject {
  private:
   QDialog* Window() const { return m_pHolder->findChild<QDialog*>("CMyRichEditCtrl_window"); }
   std::string File(int number) const {
-    return m_pFolder->filePath(QStringLiteral("Halvarn_%1.rtf").arg(number, 3, 10, QLatin1Char('0'))).toStdString();
+    const QString name = QStringLiteral("Halvarn_%1.rtf").arg(number, 3, 10, QLatin1Char('0'));
+    return platform::JoinPath(m_pFolder->path().toStdString(), name.toStdString());
   }
 
   std::unique_ptr<QTemporaryDir> m_pFolder;

@@ -25,6 +25,8 @@ class TaskbarLauncherTest : public QObject {
   void TellsTheLauncherTheProgress();
   void TakesTheBarAwayAtTheEnd();
   void StaysQuietWhenTheBusGoesAway();
+  void ThereIsNoTaskbarWithoutASessionBus();
+  void ABusThatCannotBeReachedIsNoTaskbar();
   void cleanupTestCase();
 
  private:
@@ -82,6 +84,20 @@ void TaskbarLauncherTest::StaysQuietWhenTheBusGoesAway() {
   timer.start();
   pProgress->SetValue(100, 1000);
   QVERIFY(timer.elapsed() < 5000);
+}
+
+void TaskbarLauncherTest::ThereIsNoTaskbarWithoutASessionBus() {
+  const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+  qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+  QVERIFY(CreateTaskbarProgress(nullptr) == nullptr);
+  qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+}
+
+void TaskbarLauncherTest::ABusThatCannotBeReachedIsNoTaskbar() {
+  const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+  qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/no/such/bus");
+  QVERIFY(CreateTaskbarProgress(nullptr) == nullptr);
+  qputenv("DBUS_SESSION_BUS_ADDRESS", address);
 }
 
 void TaskbarLauncherTest::cleanupTestCase() {

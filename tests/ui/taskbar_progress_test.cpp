@@ -13,8 +13,6 @@ class TaskbarProgressTest : public QObject {
   void UpdatesWhenTheClockGoesBack();
   void BeginsAt0WithinTheSameSecond();
   void DoesNothingWithoutATaskbar();
-  void ThereIsNoTaskbarWithoutASessionBus();
-  void ABusThatCannotBeReachedIsNoTaskbar();
 };
 
 namespace {
@@ -77,17 +75,6 @@ void TaskbarProgressTest::DoesNothingWithoutATaskbar() {
   updates.Begin();
   updates.Update(1000, 10'000, 10'000);
   QCOMPARE(asked, 0);
-}
-
-void TaskbarProgressTest::ThereIsNoTaskbarWithoutASessionBus() {
-  QVERIFY(!qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"));
-  QVERIFY(CreateTaskbarProgress(nullptr) == nullptr);
-}
-
-void TaskbarProgressTest::ABusThatCannotBeReachedIsNoTaskbar() {
-  qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/no/such/bus");
-  QVERIFY(CreateTaskbarProgress(nullptr) == nullptr);
-  qunsetenv("DBUS_SESSION_BUS_ADDRESS");
 }
 
 }  // namespace carvello

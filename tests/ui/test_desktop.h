@@ -28,6 +28,18 @@ QString DataHome();
 
 void ForgetSettings();
 
+// Local time from here on: in the form of POSIX, without seasons ("XXX-3": three hours ahead of UTC).
+void SetTimeZone(const char* zone);
+// Local time with seasons: that of central Europe. Where the whole machine has one zone, it must be set to this before.
+void UseBerlinTime();
+
+// A date and a time of day as the user's locale shows them.
+QString DateText(int year, int month, int day);
+QString TimeText(int hours, int minutes, int seconds);
+
+// What the system says of a file that does not exist.
+QString MissingReason();
+
 // For as long as it lives, no program opens any file.
 class CNoOpener {
  public:
@@ -36,8 +48,8 @@ class CNoOpener {
   CNoOpener(const CNoOpener&) = delete;
   CNoOpener& operator=(const CNoOpener&) = delete;
 
-  // What the system then says of a file.
-  static QString Reason();
+  // What systems then may say of a file.
+  static QStringList Reasons();
 
  private:
   QString m_kept;

@@ -1,6 +1,8 @@
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QSettings>
+#include <ctime>
 
 #include "ui/test_desktop.h"
 
@@ -52,6 +54,27 @@ void ForgetSettings() {
   QSettings(QSettings::IniFormat, QSettings::UserScope, "Carvello", "Carvello").clear();
 }
 
+void SetTimeZone(const char* zone) {
+  qputenv("TZ", zone);
+  tzset();
+}
+
+void UseBerlinTime() {
+  SetTimeZone("Europe/Berlin");
+}
+
+QString DateText(int year, int month, int day) {
+  return QDate(year, month, day).toString("MM/dd/yy");
+}
+
+QString TimeText(int hours, int minutes, int seconds) {
+  return QTime(hours, minutes, seconds).toString("HH:mm:ss");
+}
+
+QString MissingReason() {
+  return "No such file or directory";
+}
+
 // Nothing that could open a file is found in such a folder, but the shell that asks for it.
 CNoOpener::CNoOpener() : m_kept(qEnvironmentVariable("PATH")) {
   const QString programs = qEnvironmentVariable("HOME") + "/programs";
@@ -64,8 +87,8 @@ CNoOpener::~CNoOpener() {
   qputenv("PATH", m_kept.toUtf8());
 }
 
-QString CNoOpener::Reason() {
-  return "No such file or directory";
+QStringList CNoOpener::Reasons() {
+  return {MissingReason()};
 }
 
 }  // namespace carvello::test

@@ -2,9 +2,9 @@
 #include <windows.h>
 // clang-format on
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QLocale>
 
 #include "support/formatting.h"
 #include "support/platform.h"
@@ -47,6 +47,9 @@ void AssociateFiles() {
 }  // namespace
 
 CTestDesktop::CTestDesktop(const QString& home) {
+  qputenv("QT_FORCE_STDERR_LOGGING", "1");  // results for who runs the test, not for a debugger
+  // Wine keeps variables of Qt's to itself, hence the other name.
+  qputenv("QT_QPA_FONTDIR", qEnvironmentVariable("CARVELLO_FONTS", "C:/Windows/Fonts").toLocal8Bit());
   qputenv("TEMP", QDir::toNativeSeparators(home).toLocal8Bit());
   const HKEY classes = MakeKey(Branch() + L"\\classes");
   const HKEY user = MakeKey(Branch() + L"\\user");
@@ -56,6 +59,8 @@ CTestDesktop::CTestDesktop(const QString& home) {
   RegCloseKey(user);
   const std::string command = Format("\"%s\" %s \"%%1\"", platform::ProgramPath().c_str(), kOpenerOption);
   SetDefaultValue(std::wstring(kOpener) + L"\\shell\\open\\command", Wide(command));
+  SetDefaultValue(L"Folder\\shell\\open\\command", Wide(command));
+  SetDefaultValue(L"Folder\\shell\\explore\\command", Wide(command));
   AssociateFiles();
 }
 
@@ -85,7 +90,31 @@ QString DataHome() {
 }
 
 void ForgetSettings() {
-  RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Halvarn (V3)");
+  RegDeleteTreeW(HKEY_CURRENT_USER, L"Software");
+}
+
+void SetTimeZone(const char* zone) {
+  qputenv("TZ", zone);
+  _tzset();
+}
+
+void UseBerlinTime() {
+  SetTimeZone("");
+  TIME_ZONE_INFORMATION zone{};
+  GetTimeZoneInformation(&zone);
+  if (zone.Bias != -60 || zone.DaylightDate.wMonth != 3) qFatal("the machine's time zone is not that of Berlin");
+}
+
+QString DateText(int year, int month, int day) {
+  return QLocale::system().toString(QDate(year, month, day), QLocale::ShortFormat);
+}
+
+QString TimeText(int hours, int minutes, int seconds) {
+  return QLocale::system().toString(QTime(hours, minutes, seconds), QLocale::LongFormat);
+}
+
+QString MissingReason() {
+  return QString::fromStdString(SystemErrorText(ERROR_FILE_NOT_FOUND));
 }
 
 CNoOpener::CNoOpener() {
@@ -96,8 +125,10 @@ CNoOpener::~CNoOpener() {
   AssociateFiles();
 }
 
-QString CNoOpener::Reason() {
-  return QString::fromStdString(SystemErrorText(ERROR_NO_ASSOCIATION));
+// Windows misses the program; Wine then tries to start the file itself.
+QStringList CNoOpener::Reasons() {
+  return {QString::fromStdString(SystemErrorText(ERROR_NO_ASSOCIATION)),
+          QString::fromStdString(SystemErrorText(ERROR_BAD_EXE_FORMAT))};
 }
 
 }  // namespace carvello::test

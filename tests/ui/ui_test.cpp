@@ -21,6 +21,7 @@ int RunUiTest(int argc, char** argv, const std::function<std::unique_ptr<QObject
   const CTestDesktop desktop(home.path());
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
 
+  QCoreApplication::setOrganizationName("Carvello test");  // what is kept needs one; programs name their own
   const auto app = makeApp ? makeApp(argc, argv) : std::make_unique<QApplication>(argc, argv);
   const std::unique_ptr<QObject> test = makeTest();
   return QTest::qExec(test.get(), argc, argv);
