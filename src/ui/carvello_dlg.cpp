@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QSettings>
 
 #include "support/text.h"
@@ -81,19 +82,21 @@ void CCarvelloDlg::PrepareControls() {
   m_ui->IDC_1008->SetColumns({"Centre", "Bw", "Start", "Finish", "Filename", ""});
   m_ui->IDC_1026->Load();
   MakeMnemonicsImmediate(*this);
-  // The left half as wide as its fields need, the log all the rest; from there on, both grow alike.
-  const int left = m_ui->leftHalf->sizeHint().width();
-  m_ui->splitter->setSizes({left, width() - left});
 
   bool utc = true;
   m_settings.Read("UTC", utc);
   m_ui->IDC_1034->setChecked(utc);
   m_ui->IDC_1027->setText(QString::fromStdString(Format("Maximum entries: %d", static_cast<int>(m_job.MaxEntries()))));
-  // The template's text only gives the label its width; there is nothing to tell before the first job.
+  // There is nothing to tell before the first job, but the longest text has its place from the beginning.
+  m_ui->IDC_1021->setMinimumWidth(QLabel("100.00%", this).sizeHint().width());
   QSizePolicy policy = m_ui->IDC_1021->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
   m_ui->IDC_1021->setSizePolicy(policy);
   m_ui->IDC_1021->hide();
+
+  // The left half as wide as its fields need, the log all the rest; from there on, both grow alike.
+  const int left = m_ui->leftHalf->sizeHint().width();
+  m_ui->splitter->setSizes({left, width() - left});
 }
 
 void CCarvelloDlg::ConnectControls() {

@@ -27,6 +27,7 @@ class DialogLogTest : public QObject {
   void ANewInputClearsTheLog();
   void ProgressShowsPositionAndPercentage_data();
   void ProgressShowsPositionAndPercentage();
+  void NothingMovesWhenTheProgressGetsAnotherDigit();
   void ProgressOfNothingIsIgnored();
   void ViewAsTextWritesEveryLineAndOpensTheFile();
   void ViewAsTextOfAnEmptyLogWritesAnEmptyFile();
@@ -142,6 +143,15 @@ void DialogLogTest::ProgressShowsPositionAndPercentage() {
   QCOMPARE(bar.value(), position);
   QCOMPARE(m_pFixture->Text(1021), text);
   QVERIFY(m_pFixture->Control(1021).isVisible());
+}
+
+void DialogLogTest::NothingMovesWhenTheProgressGetsAnotherDigit() {
+  PostProgress(10'000, 1);
+  QCoreApplication::processEvents();
+  const QRect before = m_pFixture->Control(1020).geometry();
+  PostProgress(10'000, 10'000);
+  QCoreApplication::processEvents();
+  QCOMPARE(m_pFixture->Control(1020).geometry(), before);
 }
 
 void DialogLogTest::ProgressOfNothingIsIgnored() {
