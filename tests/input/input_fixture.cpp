@@ -3,6 +3,7 @@
 #include <fstream>
 #include <random>
 
+#include "support/sparse_file.h"
 #include "support/text.h"
 
 namespace carvello::test {
@@ -146,7 +147,7 @@ std::string InputTest::Write(const std::string& name, std::string_view bytes) co
 }
 
 void InputTest::Extend(const std::string& name, std::uint64_t length) const {
-  std::filesystem::resize_file(m_folder / FileSystemPath(name), length);
+  ExtendFile(Path(name), length);
 }
 
 void InputTest::Append(const std::string& name, std::string_view bytes) const {

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "recording/layout.h"
+#include "support/sparse_file.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
 
@@ -31,7 +32,7 @@ void WriteRecording(const std::string& path, const SRecordingSpec& spec) {
                                                Le16(frameBytes) + Le16(spec.nBitsPerSample)) +
                              Chunk("auxi", Utf16Bytes(xml) + std::string(2, '\0')) + "data" + Le32(dataBytes);
   WriteWholeFile(path, "RIFF" + Le32(4 + chunks.size() + dataBytes) + "WAVE" + chunks);
-  std::filesystem::resize_file(PathOf(path), 12 + chunks.size() + dataBytes);
+  ExtendFile(path, 12 + chunks.size() + dataBytes);
 }
 
 }  // namespace carvello::test
