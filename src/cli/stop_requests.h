@@ -1,9 +1,9 @@
-// Ctrl-C and the request to terminate, as a count that the program looks at when it suits.
+// Ctrl-C and other requests to end, as a count that the program looks at when it suits.
 #pragma once
 
 namespace carvello {
 
-// From here on the two signals no longer end the program.
+// From here on they no longer end the program.
 void CatchStopRequests();
 // How often one of them came.
 int StopRequests();

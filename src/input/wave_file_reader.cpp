@@ -31,8 +31,7 @@ bool CWaveFileReader::Open(const std::string& fileName) {
   ZeroCounters();
   const bool opened = m_file.Open(fileName, platform::EOpenMode::ReadShared);
   const std::uint32_t error = opened ? 0 : platform::LastError();
-  // Some systems end their texts with a line break.
-  const std::string status = TrimRight(platform::ErrorText(error).value_or("<unknown>"));
+  const std::string status = platform::RuntimeErrorText(error).value_or("<unknown>");
   m_log.Add(
       carvello::Format("Opening %s, Handle = %08X, Status = %s", fileName.c_str(), m_file.LogId(), status.c_str()));
   if (opened) m_strFileName = fileName;

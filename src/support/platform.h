@@ -70,6 +70,8 @@ bool FileNamesEqual(std::string_view a, std::string_view b);  // without case on
 
 std::uint32_t LastError();                                 // errno, or GetLastError()
 std::optional<std::string> ErrorText(std::uint32_t code);  // the system's text; nothing when it has none
+// The C runtime's text for an error of that code; nothing when it has none. The system's own, where both are one.
+std::optional<std::string> RuntimeErrorText(std::uint32_t code);
 // Whether the code is the one by which the system refuses what another program holds open: 5 ("access denied") on
 // Windows. POSIX systems have none, there 5 is an input/output error and a refusal is about permissions.
 bool MeansHeldOpen(std::uint32_t code);
@@ -101,6 +103,11 @@ bool SetCurrentThreadPriority(int priority);
 // Whether a thread that was set to a lower priority can be set back to a higher one. Not so on Linux without the
 // privilege to lower a nice value.
 bool CanRaiseThreadPriority();
+// From here on Ctrl-C, the request to terminate and what else ends a program in good time (the end of its terminal or
+// console, of the user's session, of the system) call `handler` instead. It may be called at any moment, in the middle
+// of any other call, and must do with what a signal handler may. Windows ends the program a few seconds after the last
+// three.
+void HandleStopRequests(void (*handler)());
 void SetCurrentThreadName(const std::string& name);
 // A line for a developer's debugger: its output window on Windows; stderr on POSIX, and there only when the environment
 // variable CARVELLO_DEBUG_OUTPUT is set.
@@ -143,8 +150,10 @@ std::string SystemCodePageToUtf8(std::string_view bytes);
 // ---- desktop and console ---------------------------------------------------------------------------------------
 
 std::string TempFolder();
+// A window as the system names it, for what it shows on behalf of that window; 0 is none. Used on Windows only.
+using WindowId = std::uintptr_t;
 // Opens a file or folder with the desktop's own program. On false LastError() holds the reason.
-bool OpenWithDesktop(const std::string& path, const std::string& verb);
+bool OpenWithDesktop(WindowId parent, const std::string& path, const std::string& verb);
 // Whether the desktop has a program for an existing file, which is of one of the media types, for example
 // "application/rtf". (The name tells the system on Windows, the types tell it elsewhere.)
 bool HasProgramFor(const std::string& path, const std::vector<std::string>& mediaTypes);

@@ -188,6 +188,10 @@ std::optional<std::string> ErrorText(std::uint32_t code) {
   return text;
 }
 
+std::optional<std::string> RuntimeErrorText(std::uint32_t code) {
+  return ErrorText(code);
+}
+
 bool MeansHeldOpen(std::uint32_t /*code*/) {
   return false;
 }
@@ -241,6 +245,24 @@ void PrepareProcess() {
   std::signal(SIGXFSZ, SIG_IGN);
   // A reader of our messages that goes away must not take unfinished files with it.
   std::signal(SIGPIPE, SIG_IGN);
+}
+
+namespace {
+void (*g_stopHandler)() = nullptr;
+}
+
+void HandleStopRequests(void (*handler)()) {
+  g_stopHandler = handler;
+  struct sigaction action {};
+  action.sa_handler = [](int) { g_stopHandler(); };
+  action.sa_flags = SA_RESTART;
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction present {};
+    sigaction(signal, nullptr, &present);
+    // Who starts a program with nohup wants it to outlive the terminal.
+    if (signal == SIGHUP && present.sa_handler == SIG_IGN) continue;
+    sigaction(signal, &action, nullptr);
+  }
 }
 
 bool SetCurrentThreadPriority(int priority) {
@@ -353,7 +375,7 @@ int RunShell(const char* script, const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-bool OpenWithDesktop(const std::string& path, const std::string& /*verb*/) {
+bool OpenWithDesktop(WindowId /*parent*/, const std::string& path, const std::string& /*verb*/) {
   if (access(path.c_str(), F_OK) != 0) return false;
   // The shell ends at once and leaves the opener, which can live as long as what it opens, to the system.
   const int code =

@@ -7,6 +7,9 @@
 // clang-format on
 
 #include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstring>
 #include <memory>
 #include <utility>
 
@@ -211,6 +214,31 @@ std::optional<std::string> ErrorText(std::uint32_t code) {
   return Narrow({text.data(), length});
 }
 
+std::optional<std::string> RuntimeErrorText(std::uint32_t code) {
+  // The runtime counts what can happen to a file in kinds of its own.
+  switch (code) {
+    case ERROR_SUCCESS:
+      return std::strerror(0);
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+      return std::strerror(ENOENT);
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+      return std::strerror(EACCES);
+    case ERROR_TOO_MANY_OPEN_FILES:
+      return std::strerror(EMFILE);
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+      return std::strerror(ENOMEM);
+    default:
+      return std::strerror(EINVAL);
+  }
+}
+
 bool MeansHeldOpen(std::uint32_t code) {
   return code == ERROR_ACCESS_DENIED;
 }
@@ -286,6 +314,23 @@ bool SetCurrentThreadPriority(int priority) {
 
 bool CanRaiseThreadPriority() {
   return true;
+}
+
+namespace {
+std::atomic<void (*)()> g_stopHandler{nullptr};
+}
+
+void HandleStopRequests(void (*handler)()) {
+  g_stopHandler = handler;
+  SetConsoleCtrlHandler(
+      [](DWORD event) -> BOOL {
+        g_stopHandler.load()();
+        // The system ends the program when this function returns, or else after some seconds, which it needs to come
+        // to its own end.
+        if (event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT) Sleep(INFINITE);
+        return TRUE;
+      },
+      TRUE);
 }
 
 void SetCurrentThreadName(const std::string& name) {

@@ -5,6 +5,7 @@
 // clang-format on
 
 #include <array>
+#include <cstdlib>
 
 #include "support/platform.h"
 #include "support/platform_windows_text.h"
@@ -23,15 +24,16 @@ std::string TempFolder() {
   return folder;
 }
 
-bool OpenWithDesktop(const std::string& path, const std::string& verb) {
+bool OpenWithDesktop(WindowId parent, const std::string& path, const std::string& verb) {
   const std::wstring widePath = Wide(path);
   const std::wstring wideVerb = Wide(verb);
   SHELLEXECUTEINFOW request{};
   request.cbSize = sizeof(request);
-  request.fMask = SEE_MASK_FLAG_NO_UI;
+  request.fMask = SEE_MASK_FLAG_NO_UI;  // the caller tells the user
+  request.hwnd = reinterpret_cast<HWND>(parent);
   request.lpVerb = wideVerb.c_str();
   request.lpFile = widePath.c_str();
-  request.nShow = SW_SHOWNORMAL;
+  request.nShow = SW_SHOW;
   // Some programs take the file without the call telling so; the instance code then does.
   return ShellExecuteExW(&request) != 0 || reinterpret_cast<INT_PTR>(request.hInstApp) > kLastErrorCode;
 }
@@ -61,7 +63,11 @@ unsigned TerminalColumns() {
 }
 
 void UseUtf8Console() {
+  // The code page belongs to the console, which outlives the program.
+  static const UINT before = GetConsoleOutputCP();
+  if (before == 0) return;  // there is no console
   SetConsoleOutputCP(CP_UTF8);
+  std::atexit([] { SetConsoleOutputCP(before); });
 }
 
 }  // namespace carvello::platform

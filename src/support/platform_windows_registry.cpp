@@ -20,22 +20,22 @@ bool WriteValue(void* key, std::string_view name, DWORD type, const void* data, 
                                           static_cast<const BYTE*>(data), static_cast<DWORD>(bytes)) == ERROR_SUCCESS;
 }
 
-// The value's bytes; nothing when it is missing or of another type than `types` (RRF_RT_…) allows.
-std::optional<std::vector<std::uint8_t>> ReadValue(void* key, std::string_view name, DWORD types) {
+// The value's bytes as they are stored; nothing when it is missing or of another type.
+std::optional<std::vector<std::uint8_t>> ReadValue(void* key, std::string_view name, DWORD type) {
   if (key == nullptr) return std::nullopt;
   const std::wstring wideName = Wide(name);
   std::vector<std::uint8_t> bytes;
   for (;;) {  // until nobody has made the value longer between asking for its size and for itself
     DWORD size = 0;
-    if (RegGetValueW(static_cast<HKEY>(key), nullptr, wideName.c_str(), types, nullptr, nullptr, &size) !=
-        ERROR_SUCCESS) {
+    DWORD stored = REG_NONE;
+    if (RegQueryValueExW(static_cast<HKEY>(key), wideName.c_str(), nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) {
       return std::nullopt;
     }
     bytes.resize(size);
     const LSTATUS status =
-        RegGetValueW(static_cast<HKEY>(key), nullptr, wideName.c_str(), types, nullptr, bytes.data(), &size);
+        RegQueryValueExW(static_cast<HKEY>(key), wideName.c_str(), nullptr, &stored, bytes.data(), &size);
     if (status == ERROR_MORE_DATA) continue;
-    if (status != ERROR_SUCCESS) return std::nullopt;
+    if (status != ERROR_SUCCESS || stored != type) return std::nullopt;
     bytes.resize(size);
     return bytes;
   }
@@ -69,23 +69,25 @@ bool CRegistrySettings::WriteBytes(std::string_view name, const std::vector<std:
 }
 
 std::optional<std::uint32_t> CRegistrySettings::ReadInt(std::string_view name) const {
-  const auto bytes = ReadValue(m_hKey.get(), name, RRF_RT_REG_DWORD);
+  const auto bytes = ReadValue(m_hKey.get(), name, REG_DWORD);
   std::uint32_t value = 0;
-  // Not every system looks at the size that another program may have given to a number.
+  // Another program may have given any size to the number.
   if (!bytes || bytes->size() != sizeof(value)) return std::nullopt;
   std::memcpy(&value, bytes->data(), sizeof(value));
   return value;
 }
 
 std::optional<std::string> CRegistrySettings::ReadText(std::string_view name) const {
-  const auto bytes = ReadValue(m_hKey.get(), name, RRF_RT_REG_SZ);
+  const auto bytes = ReadValue(m_hKey.get(), name, REG_SZ);
   if (!bytes) return std::nullopt;
-  // The system ends the text with a zero even where the writer forgot it.
-  return Narrow(reinterpret_cast<const wchar_t*>(bytes->data()));
+  // Up to the terminating zero, which the writer may have forgotten.
+  std::wstring text(bytes->size() / sizeof(wchar_t), L'\0');
+  if (!text.empty()) std::memcpy(text.data(), bytes->data(), text.size() * sizeof(wchar_t));
+  return Narrow(text.substr(0, text.find(L'\0')));
 }
 
 std::optional<std::vector<std::uint8_t>> CRegistrySettings::ReadBytes(std::string_view name) const {
-  return ReadValue(m_hKey.get(), name, RRF_RT_REG_BINARY);
+  return ReadValue(m_hKey.get(), name, REG_BINARY);
 }
 
 }  // namespace carvello

@@ -1,7 +1,6 @@
 #include "support/shell_open.h"
 
 #include "support/formatting.h"
-#include "support/platform.h"
 #include "support/text.h"
 
 namespace carvello {
@@ -10,8 +9,8 @@ std::string ShellOpenErrorText(const std::string& path, const std::string& reaso
   return Format("Error processing \"%s\" -\n \n%s", path.c_str(), reason.c_str());
 }
 
-bool ShellOpen(const std::string& path, const std::string& verb, std::string& errorText) {
-  if (platform::OpenWithDesktop(path, verb)) return true;
+bool ShellOpen(platform::WindowId parent, const std::string& path, const std::string& verb, std::string& errorText) {
+  if (platform::OpenWithDesktop(parent, path, verb)) return true;
   errorText = ShellOpenErrorText(path, SystemErrorText());
   return false;
 }

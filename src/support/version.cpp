@@ -1,5 +1,6 @@
 #include "support/version.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <optional>
@@ -17,7 +18,7 @@ namespace {
 struct RecordValue {
   std::string_view key;
   std::string_view displayName;
-  std::string_view value;  // of the program itself; empty when its record has no such entry
+  std::string_view value;  // of the program itself, where its file holds none; empty when there is no such entry
 };
 
 constexpr std::array<RecordValue, 9> kRecord{{
@@ -35,7 +36,19 @@ constexpr std::array<RecordValue, 9> kRecord{{
 constexpr std::array<std::string_view, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
-// Another module's record is read from the module; the program's own stands above on every system.
+// The program's own record, read from its file once. On systems whose files carry none it is the one above.
+const std::array<std::string, kRecord.size()>& OwnValues() {
+  static const auto values = [] {
+    const std::string program = platform::ProgramPath();
+    std::array<std::string, kRecord.size()> found;
+    std::transform(kRecord.begin(), kRecord.end(), found.begin(), [&](const RecordValue& entry) {
+      return platform::ModuleVersionValue(program, std::string(entry.key)).value_or(std::string(entry.value));
+    });
+    return found;
+  }();
+  return values;
+}
+
 std::string ValueOf(const std::string& modulePath, const std::string& key) {
   return modulePath.empty() ? VersionValue(key) : platform::ModuleVersionValue(modulePath, key).value_or("");
 }
@@ -43,10 +56,9 @@ std::string ValueOf(const std::string& modulePath, const std::string& key) {
 }  // namespace
 
 std::string VersionValue(const std::string& key) {
-  for (const RecordValue& entry : kRecord) {
-    if (entry.key == key) return std::string(entry.value);
-  }
-  return {};
+  const auto* entry =
+      std::find_if(kRecord.begin(), kRecord.end(), [&](const RecordValue& each) { return each.key == key; });
+  return entry == kRecord.end() ? std::string() : OwnValues()[static_cast<std::size_t>(entry - kRecord.begin())];
 }
 
 std::uint32_t BuildNumberOf(const char* compilerDate) {

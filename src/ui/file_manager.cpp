@@ -1,5 +1,7 @@
 #include "ui/file_manager.h"
 
+#include <QWidget>
+
 #include "support/shell_open.h"
 #include "ui/message_boxes.h"
 #include "ui/wait_cursor.h"
@@ -10,7 +12,7 @@ bool OpenOrTell(QWidget* pParent, const std::string& path, const std::string& ca
   std::string error;
   {
     const CWaitCursor wait;
-    if (ShellOpen(path, verb, error)) return true;
+    if (ShellOpen(pParent->effectiveWinId(), path, verb, error)) return true;
   }
   ShowMessageBox(pParent, {caption, error, EButtons::Ok, EIcon::Stop});
   return false;

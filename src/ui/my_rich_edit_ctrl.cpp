@@ -26,8 +26,8 @@ std::string DataFolder() {
 }
 
 // The desktop's opener says yes even when it then finds no program, so the program is asked about first.
-bool OpenRtf(const std::string& path, const std::string& verb, std::string& errorText) {
-  return platform::HasProgramFor(path, {"application/rtf", "text/rtf"}) && ShellOpen(path, verb, errorText);
+bool OpenRtf(platform::WindowId parent, const std::string& path, const std::string& verb, std::string& errorText) {
+  return platform::HasProgramFor(path, {"application/rtf", "text/rtf"}) && ShellOpen(parent, path, verb, errorText);
 }
 
 std::vector<std::string> SplitLines(std::string_view text) {
@@ -42,7 +42,10 @@ std::vector<std::string> SplitLines(std::string_view text) {
 
 }  // namespace
 
-CMyRichEditCtrl::CMyRichEditCtrl(QWidget* parent) : QTextBrowser(parent), m_strFolder(DataFolder()), m_opener(OpenRtf) {
+CMyRichEditCtrl::CMyRichEditCtrl(QWidget* parent) : QTextBrowser(parent), m_strFolder(DataFolder()) {
+  m_opener = [this](const std::string& path, const std::string& verb, std::string& errorText) {
+    return OpenRtf(effectiveWinId(), path, verb, errorText);
+  };
   setOpenExternalLinks(true);
 }
 

@@ -112,6 +112,20 @@ class TestStopped(InterruptionTest):
     def test_request_to_terminate_finishes_every_file(self):
         self.stopped_by(signals.SIGTERM)
 
+    def test_end_of_the_terminal_finishes_every_file(self):
+        self.stopped_by(signals.SIGHUP)
+
+    def test_started_with_nohup_it_outlives_the_terminal(self):
+        process = self.start_cut("--entry", "f=7.15M,bw=1M,bits=32,size=RF64", "--quiet", stderr=subprocess.PIPE,
+                                 preexec_fn=lambda: signals.signal(signals.SIGHUP, signals.SIG_IGN))
+        path = self.output / "2020-11-01 2359z, f=7.150 MHz, bw=1 MHz.wav"
+        self.wait_for_growth(process, path, BUFFER)
+        process.send_signal(signals.SIGHUP)
+        self.wait_for_growth(process, path, path.stat().st_size + 10 * BUFFER)
+        process.send_signal(signals.SIGTERM)
+        process.communicate(timeout=TIMEOUT)
+        self.assertEqual(process.returncode, 130)
+
     def test_ctrl_c_between_batches_starts_no_further_one(self):
         count = 4 * os.cpu_count() + 1
         process = self.start_cut("--sequence", f"7.1M:{7_100_000 + count - 1}:1", "--bw", "1k",

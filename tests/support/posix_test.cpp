@@ -177,7 +177,7 @@ TEST(PosixFolder, TheReasonOfARefusalIsToldApart) {
 
 TEST(PosixDesktop, AMissingPathIsNotOpened) {
   const test::CTempFolder folder;
-  EXPECT_FALSE(platform::OpenWithDesktop(folder / "none", "open"));
+  EXPECT_FALSE(platform::OpenWithDesktop(0, folder / "none", "open"));
   EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(ENOENT));
 }
 
@@ -196,7 +196,7 @@ TEST(PosixDesktop, AProgramForAFileIsAskedForByAllItsMediaTypes) {
 
 TEST(ShellOpen, AMissingFileIsToldWithTheSystemsReason) {
   std::string text;
-  EXPECT_FALSE(ShellOpen("/no such folder/x.txt", "open", text));
+  EXPECT_FALSE(ShellOpen(0, "/no such folder/x.txt", "open", text));
   EXPECT_EQ(text, "Error processing \"/no such folder/x.txt\" -\n \nNo such file or directory");
 }
 

@@ -122,6 +122,8 @@ TEST_F(RegistrySettings, ValuesOfAnotherTypeCountAsMissing) {
   EXPECT_EQ(settings.ReadText("Bytes"), std::nullopt);
   EXPECT_EQ(settings.ReadBytes("Int"), std::nullopt);
   EXPECT_EQ(settings.ReadBytes("none"), std::nullopt);
+  Store(L"Expandable", {REG_EXPAND_SZ, {'a', 0, 0, 0}});
+  EXPECT_EQ(settings.ReadText("Expandable"), std::nullopt);
   Store(L"Odd", {REG_DWORD, {1, 2}});
   EXPECT_EQ(settings.ReadInt("Odd"), std::nullopt);
 }
@@ -130,6 +132,14 @@ TEST_F(RegistrySettings, ATextThatAnotherProgramLeftWithoutItsZeroIsReadWhole) {
   CRegistrySettings settings(Key());
   Store(L"Text", {REG_SZ, {'a', 0, 'b', 0}});
   EXPECT_EQ(settings.ReadText("Text"), "ab");
+}
+
+TEST_F(RegistrySettings, ATextThatAnotherProgramLeftWithoutAnyCharacterIsEmpty) {
+  CRegistrySettings settings(Key());
+  Store(L"None", {REG_SZ, {}});
+  EXPECT_EQ(settings.ReadText("None"), "");
+  Store(L"Half", {REG_SZ, {'a'}});
+  EXPECT_EQ(settings.ReadText("Half"), "");
 }
 
 TEST_F(RegistrySettings, AKeyThatCannotBeMadeKeepsNothing) {

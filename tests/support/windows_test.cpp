@@ -245,7 +245,7 @@ TEST(WindowsDesktop, TheProgramOfAFilesTypeIsStarted) {
   const std::string script = folder / "l\xC3\xA4uft.cmd";
   WriteWholeFile(script, "@echo done> \"%~dp0made.txt\"\r\n");
   std::string error;
-  ASSERT_TRUE(ShellOpen(script, "open", error)) << error;
+  ASSERT_TRUE(ShellOpen(0, script, "open", error)) << error;
   // The script runs on its own; the time limit of the test ends a wait in vain.
   while (!platform::IsReadable(folder / "made.txt")) Sleep(20);
   SUCCEED();
@@ -254,7 +254,7 @@ TEST(WindowsDesktop, TheProgramOfAFilesTypeIsStarted) {
 TEST(WindowsDesktop, AMissingFileIsToldWithTheSystemsReason) {
   const CTempFolder folder;
   std::string error;
-  EXPECT_FALSE(ShellOpen(folder / "none.txt", "open", error));
+  EXPECT_FALSE(ShellOpen(0, folder / "none.txt", "open", error));
   EXPECT_THAT(error, testing::StartsWith("Error processing \"" + (folder / "none.txt") + "\" -\n \n"));
   EXPECT_THAT(error, testing::EndsWith(SystemErrorText(ERROR_FILE_NOT_FOUND)));
 }
