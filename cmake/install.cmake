@@ -9,9 +9,19 @@ endif()
 
 if(WIN32)
   install(TARGETS ${programs} Vantrel RUNTIME DESTINATION .)
-  install(FILES README.md LICENSE DESTINATION .)
-  install(FILES resources/help.rtf DESTINATION . RENAME Help.rtf)
-  install(DIRECTORY docs/ DESTINATION docs FILES_MATCHING PATTERN "*.md" PATTERN man EXCLUDE PATTERN pictures EXCLUDE)
+  install(FILES packaging/windows/README.md LICENSE DESTINATION .)
+  # The marker behind the text is for the program, which reads the text up to it.
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS resources/help.rtf)
+  file(READ resources/help.rtf help)
+  string(REGEX REPLACE "[\r\n]*-#-EOF-#-.*$" "" help "${help}")
+  file(WRITE ${PROJECT_BINARY_DIR}/Help.rtf "${help}")
+  install(FILES ${PROJECT_BINARY_DIR}/Help.rtf DESTINATION .)
+  install(DIRECTORY docs/ DESTINATION docs FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN man EXCLUDE)
+  if(DEFINED VCPKG_INSTALLED_DIR)
+    # The licences of what is linked in, as vcpkg collects them.
+    install(DIRECTORY ${VCPKG_INSTALLED_DIR}/${VCPKG_TARGET_TRIPLET}/share/ DESTINATION licences
+      FILES_MATCHING PATTERN copyright)
+  endif()
 else()
   set(folder ${CMAKE_INSTALL_LIBDIR}/carvello)
   install(TARGETS ${programs} Vantrel RUNTIME DESTINATION ${folder} LIBRARY DESTINATION ${folder})
@@ -33,5 +43,6 @@ else()
 
   install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
-  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md" PATTERN man EXCLUDE)
+  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN man EXCLUDE)
 endif()

@@ -40,6 +40,8 @@ add_licence CLI11 /usr/share/doc/libcli11-dev/copyright
 add_licence nlohmann-json /usr/share/doc/nlohmann-json3-dev/copyright
 add_licence mingw-w64 /usr/share/doc/mingw-w64-common/copyright
 add_licence GCC /usr/share/doc/gcc-mingw-w64-base/copyright
+dpkg-query -W -f '${source:Package} ${source:Version}\n' qt6-base-dev libpugixml-dev libcli11-dev nlohmann-json3-dev \
+  mingw-w64-common gcc-mingw-w64-base > "$folder/licences/libraries.txt"
 # The texts that those refer to.
 for text in Apache-2.0 GPL-2 GPL-3 LGPL-2.1 LGPL-3; do add_licence "$text" "/usr/share/common-licenses/$text"; done
 

@@ -5,6 +5,7 @@
 // clang-format on
 
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 
 #include "support/platform.h"
@@ -68,6 +69,10 @@ void UseUtf8Console() {
   if (before == 0) return;  // there is no console
   SetConsoleOutputCP(CP_UTF8);
   std::atexit([] { SetConsoleOutputCP(before); });
+  // Whole texts in one piece: the runtime would tear characters of several bytes apart on their way to the console.
+  for (const int stream : {1, 2}) {
+    if (IsTerminal(stream)) std::setvbuf(stream == 1 ? stdout : stderr, nullptr, _IOFBF, BUFSIZ);
+  }
 }
 
 }  // namespace carvello::platform

@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Packs the sources of what is handed out for Windows: this project as it was last committed, and Debian's source packages
+# of the libraries that are linked in. The licences want the archive to go wherever the folder goes.
+#   sources.sh           puts it into build/windows-package
+#   sources.sh FOLDER    puts it into FOLDER
+set -euo pipefail
+folder=$(realpath -m "${1:-$(dirname "${BASH_SOURCE[0]}")/../../build/windows-package}")
+cd "$(dirname "${BASH_SOURCE[0]}")/../.."
+. packaging/debian/packages.sh
+. packaging/debian/source_packages.sh
+install_packages dpkg-dev git
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+version=$(sed -n 's/^#define CARVELLO_PRODUCT_VERSION "\(.*\)"$/\1/p' src/support/version_record.h)
+name=Carvello-$version-sources
+mkdir -p "$folder" "$work/$name"
+git archive --prefix=carvello/ --output "$work/$name/carvello.tar.gz" HEAD
+for package in qt6-base pugixml cli11 nlohmann-json3; do
+  download_source "$package"
+  mv "$work/${package}_"* "$work/$name/"
+done
+tar -C "$work" -cf "$folder/$name.tar" "$name"
+echo "$folder/$name.tar"
