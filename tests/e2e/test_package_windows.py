@@ -1,5 +1,6 @@
 """The folder that is handed out for Windows: what it holds, what it needs, and that it runs from anywhere."""
 import os
+import re
 import shutil
 import subprocess
 import zipfile
@@ -45,12 +46,41 @@ class TestPackage(EndToEndTest):
         for path in [*self.programs, self.package / "README.md", self.package / "Help.rtf",
                      self.package / "docs" / "cli.md", self.package / "docs" / "windows.md"]:
             self.assertTrue(path.is_file(), path)
-        self.assertTrue((self.package / "Help.rtf").read_bytes().startswith(b"{\\rtf1"))
+        help_text = (self.package / "Help.rtf").read_bytes().strip()
+        self.assertTrue(help_text.startswith(b"{\\rtf1"))
+        self.assertTrue(help_text.endswith(b"}"), help_text[-40:])
         licences = {path.stem: path.read_text(errors="replace") for path in (self.package / "licences").iterdir()}
         for library in ("Carvello", "Qt", "pugixml", "CLI11", "nlohmann-json", "mingw-w64", "GCC", "LGPL-3", "GPL-3"):
             self.assertIn(library, licences)
         self.assertIn("GNU GENERAL PUBLIC LICENSE", licences["Carvello"])
         self.assertIn("LGPL-3", licences["Qt"])
+
+    def test_names_the_libraries_that_are_linked_in_with_their_versions(self):
+        lines = (self.package / "licences" / "libraries.txt").read_text().splitlines()
+        libraries = dict(line.split() for line in lines)
+        self.assertGreaterEqual(libraries.keys(), {"qt6-base", "pugixml", "cli11", "nlohmann-json3"})
+        self.assertRegex(libraries["qt6-base"], r"^6\.\d+\.\d+")
+
+    def test_every_link_of_its_documents_leads_somewhere(self):
+        links = 0
+        for path in self.package.rglob("*.md"):
+            for target in re.findall(r"\]\(([^)#:]+)\)", path.read_text()):
+                # What is told to developers may lead into the sources.
+                if path.name in ("windows.md", "architecture.md") and target.startswith("../"):
+                    continue
+                self.assertTrue((path.parent / target).exists(), f"{path.name}: {target}")
+                links += 1
+        self.assertGreater(links, 10)
+
+    def test_the_version_that_it_tells_is_that_of_the_file(self):
+        program = self.folder / "carvello-cli.exe"
+        content = (self.package / "carvello-cli.exe").read_bytes()
+        key = "ProductVersion\0".encode("utf-16-le")
+        self.assertEqual(content.count(key), 1)
+        at = content.index(key) + len(key)
+        at = content.index("1.0\0".encode("utf-16-le"), at, at + 16)
+        program.write_bytes(content[:at] + "7.3".encode("utf-16-le") + content[at + 6:])
+        self.assertRegex(run_ok("--version", program=program).out.strip(), r"^Carvello version 7\.3 build \d+$")
 
     def test_holds_no_other_program(self):
         binaries = {path.name for path in self.package.rglob("*") if path.suffix in (".exe", ".dll")}
