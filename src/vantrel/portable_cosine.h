@@ -1,5 +1,5 @@
-// A cosine that is the same to the last bit on every system. Those of C libraries differ there; where equations make much
-// of little differences, the same filter would come out with other taps, and outputs would differ between systems.
+// A cosine that is the same to the last bit on every system. Those of C libraries differ there; where equations make
+// much of little differences, the same filter would come out with other taps, and outputs would differ between systems.
 #pragma once
 
 #include <numbers>
