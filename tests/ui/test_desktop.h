@@ -2,6 +2,7 @@
 // files that only notes what it is asked to open.
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -30,8 +31,12 @@ void ForgetSettings();
 
 // Local time from here on: in the form of POSIX, without seasons ("XXX-3": three hours ahead of UTC).
 void SetTimeZone(const char* zone);
-// Local time with seasons: that of central Europe. Where the whole machine has one zone, it must be set to this before.
-void UseBerlinTime();
+// Local time with seasons, from here on: that of Berlin. Where programs cannot choose it, local time is the machine's,
+// and the result is false unless that is the same.
+bool UseBerlinTime();
+// What a clock on the wall shows at a moment of that local time, told by other means than the program's. The result's
+// own zone, UTC, means nothing.
+QDateTime WallClock(qint64 moment);
 
 // A date and a time of day as the user's locale shows them.
 QString DateText(int year, int month, int day);

@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSettings>
+#include <QTimeZone>
 #include <ctime>
 
 #include "ui/test_desktop.h"
@@ -9,6 +10,8 @@
 namespace carvello::test {
 
 namespace {
+
+constexpr const char* kBerlin = "Europe/Berlin";
 
 void WriteScript(const QString& path, const QByteArray& commands) {
   QFile script(path);
@@ -59,8 +62,14 @@ void SetTimeZone(const char* zone) {
   tzset();
 }
 
-void UseBerlinTime() {
-  SetTimeZone("Europe/Berlin");
+bool UseBerlinTime() {
+  SetTimeZone(kBerlin);
+  return true;
+}
+
+QDateTime WallClock(qint64 moment) {
+  const QDateTime local = QDateTime::fromSecsSinceEpoch(moment, QTimeZone(kBerlin));
+  return QDateTime(local.date(), local.time(), Qt::UTC);
 }
 
 QString DateText(int year, int month, int day) {

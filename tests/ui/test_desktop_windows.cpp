@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFile>
 #include <QLocale>
+#include <array>
+#include <memory>
 
 #include "support/formatting.h"
 #include "support/platform.h"
@@ -20,28 +22,78 @@ namespace {
 
 constexpr const wchar_t* kOpener = L"Carvello test opener";
 constexpr const char* kOpenerOption = "--note-opened";
+constexpr std::array kExtensions{L".txt", L".rtf"};
 
-// Of the registry as it is; what the test sees instead lies below.
-std::wstring Branch() {
-  return L"Software\\Carvello test " + std::to_wstring(GetCurrentProcessId());
+void Check(LSTATUS status) {
+  if (status != ERROR_SUCCESS) qFatal("no registry: %s", SystemErrorText(static_cast<std::uint32_t>(status)).c_str());
 }
 
-HKEY MakeKey(const std::wstring& path) {
-  HKEY key = nullptr;
-  if (RegCreateKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr) != 0) {
-    qFatal("no registry");
+// The part of the registry that the system takes for the user's settings and for those of all programs, for as long as
+// this lives. The test changes nothing but through these keys: the user's own are safe whatever goes wrong.
+class CTestBranch {
+ public:
+  CTestBranch() {
+    Check(RegOpenKeyExW(HKEY_CURRENT_USER, L"Software", 0, KEY_ALL_ACCESS, &m_hSoftware));
+    m_hUser = Make(L"user");
+    m_hClasses = Make(L"classes");
+    Check(RegOverridePredefKey(HKEY_CLASSES_ROOT, m_hClasses));
+    Check(RegOverridePredefKey(HKEY_CURRENT_USER, m_hUser));
   }
-  return key;
+  ~CTestBranch() {
+    RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+    RegCloseKey(m_hUser);
+    RegCloseKey(m_hClasses);
+    RegDeleteTreeW(m_hSoftware, m_name.c_str());
+    RegCloseKey(m_hSoftware);
+  }
+  CTestBranch(const CTestBranch&) = delete;
+  CTestBranch& operator=(const CTestBranch&) = delete;
+
+  void ForgetUser() const { Delete(m_hUser, L"Software"); }
+  void ForgetClass(const wchar_t* name) const { Delete(m_hClasses, name); }
+  void SetClass(const std::wstring& name, const std::wstring& value) const {
+    const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+    Check(RegSetKeyValueW(m_hClasses, name.c_str(), nullptr, REG_SZ, value.c_str(), bytes));
+  }
+
+ private:
+  HKEY Make(const wchar_t* name) const {
+    HKEY key = nullptr;
+    Check(RegCreateKeyExW(m_hSoftware, (m_name + L"\\" + name).c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key,
+                          nullptr));
+    return key;
+  }
+  static void Delete(HKEY parent, const wchar_t* name) {
+    const LSTATUS status = RegDeleteTreeW(parent, name);
+    if (status != ERROR_FILE_NOT_FOUND) Check(status);
+  }
+
+  const std::wstring m_name = L"Carvello test " + std::to_wstring(GetCurrentProcessId());
+  HKEY m_hSoftware = nullptr;
+  HKEY m_hUser = nullptr;
+  HKEY m_hClasses = nullptr;
+};
+
+std::unique_ptr<CTestBranch> g_pBranch;
+
+CTestBranch& Branch() {
+  if (g_pBranch == nullptr) qFatal("no desktop of the test's own");
+  return *g_pBranch;
 }
 
-void SetDefaultValue(const std::wstring& key, const std::wstring& value) {
-  const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-  if (RegSetKeyValueW(HKEY_CLASSES_ROOT, key.c_str(), nullptr, REG_SZ, value.c_str(), bytes) != 0)
-    qFatal("no registry");
+TIME_ZONE_INFORMATION MachineZone() {
+  TIME_ZONE_INFORMATION zone{};
+  if (GetTimeZoneInformation(&zone) == TIME_ZONE_ID_INVALID) qFatal("no time zone");
+  return zone;
+}
+
+WORD Word(int value) {
+  return static_cast<WORD>(value);
 }
 
 void AssociateFiles() {
-  for (const wchar_t* extension : {L".txt", L".rtf"}) SetDefaultValue(extension, kOpener);
+  for (const wchar_t* extension : kExtensions) Branch().SetClass(extension, kOpener);
 }
 
 }  // namespace
@@ -51,24 +103,16 @@ CTestDesktop::CTestDesktop(const QString& home) {
   // Wine keeps variables of Qt's to itself, hence the other name.
   qputenv("QT_QPA_FONTDIR", qEnvironmentVariable("CARVELLO_FONTS", "C:/Windows/Fonts").toLocal8Bit());
   qputenv("TEMP", QDir::toNativeSeparators(home).toLocal8Bit());
-  const HKEY classes = MakeKey(Branch() + L"\\classes");
-  const HKEY user = MakeKey(Branch() + L"\\user");
-  RegOverridePredefKey(HKEY_CLASSES_ROOT, classes);
-  RegOverridePredefKey(HKEY_CURRENT_USER, user);
-  RegCloseKey(classes);
-  RegCloseKey(user);
+  g_pBranch = std::make_unique<CTestBranch>();
   const std::string command = Format("\"%s\" %s \"%%1\"", platform::ProgramPath().c_str(), kOpenerOption);
-  SetDefaultValue(std::wstring(kOpener) + L"\\shell\\open\\command", Wide(command));
-  SetDefaultValue(L"Folder\\shell\\open\\command", Wide(command));
-  SetDefaultValue(L"Folder\\shell\\explore\\command", Wide(command));
+  Branch().SetClass(std::wstring(kOpener) + L"\\shell\\open\\command", Wide(command));
+  Branch().SetClass(L"Folder\\shell\\open\\command", Wide(command));
+  Branch().SetClass(L"Folder\\shell\\explore\\command", Wide(command));
   AssociateFiles();
 }
 
 CTestDesktop::~CTestDesktop() {
-  RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-  RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
-  RegDeleteTreeW(HKEY_CURRENT_USER, Branch().c_str());
-  RegDeleteKeyW(HKEY_CURRENT_USER, Branch().c_str());
+  g_pBranch.reset();
 }
 
 std::optional<int> RunAsOpener(int argc, char** argv) {
@@ -90,7 +134,7 @@ QString DataHome() {
 }
 
 void ForgetSettings() {
-  RegDeleteTreeW(HKEY_CURRENT_USER, L"Software");
+  Branch().ForgetUser();
 }
 
 void SetTimeZone(const char* zone) {
@@ -98,11 +142,25 @@ void SetTimeZone(const char* zone) {
   _tzset();
 }
 
-void UseBerlinTime() {
+bool UseBerlinTime() {
   SetTimeZone("");
-  TIME_ZONE_INFORMATION zone{};
-  GetTimeZoneInformation(&zone);
-  if (zone.Bias != -60 || zone.DaylightDate.wMonth != 3) qFatal("the machine's time zone is not that of Berlin");
+  const TIME_ZONE_INFORMATION zone = MachineZone();
+  const SYSTEMTIME& forward = zone.DaylightDate;
+  const SYSTEMTIME& back = zone.StandardDate;
+  return zone.Bias == -60 && forward.wMonth == 3 && forward.wDay == 5 && back.wMonth == 10 && back.wDay == 5;
+}
+
+// By the rules of this year for every year, as in the C runtime.
+QDateTime WallClock(qint64 moment) {
+  const QDateTime utc = QDateTime::fromSecsSinceEpoch(moment, Qt::UTC);
+  const SYSTEMTIME asked{
+      Word(utc.date().year()),   Word(utc.date().month()),  0, Word(utc.date().day()), Word(utc.time().hour()),
+      Word(utc.time().minute()), Word(utc.time().second()), 0};
+  const TIME_ZONE_INFORMATION zone = MachineZone();
+  SYSTEMTIME local{};
+  if (SystemTimeToTzSpecificLocalTime(&zone, &asked, &local) == 0) qFatal("no local time");
+  return QDateTime(QDate(local.wYear, local.wMonth, local.wDay), QTime(local.wHour, local.wMinute, local.wSecond),
+                   Qt::UTC);
 }
 
 QString DateText(int year, int month, int day) {
@@ -118,7 +176,7 @@ QString MissingReason() {
 }
 
 CNoOpener::CNoOpener() {
-  for (const wchar_t* extension : {L".txt", L".rtf"}) RegDeleteTreeW(HKEY_CLASSES_ROOT, extension);
+  for (const wchar_t* extension : kExtensions) Branch().ForgetClass(extension);
 }
 
 CNoOpener::~CNoOpener() {
