@@ -5,25 +5,12 @@
 
 #include <QWidget>
 
+#include "ui/com_use.h"
 #include "ui/taskbar_progress.h"
 
 namespace carvello {
 
 namespace {
-
-// COM for the thread, for as long as the object lives.
-class CComUse {
- public:
-  CComUse() : m_bStarted(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {}
-  ~CComUse() {
-    if (m_bStarted) CoUninitialize();
-  }
-  CComUse(const CComUse&) = delete;
-  CComUse& operator=(const CComUse&) = delete;
-
- private:
-  bool m_bStarted;
-};
 
 struct ReleaseObject {
   void operator()(IUnknown* object) const { object->Release(); }
