@@ -20,11 +20,31 @@ SYSTEM_LIBRARIES = {
     "shell32.dll", "shlwapi.dll", "user32.dll", "userenv.dll", "uxtheme.dll", "version.dll", "winmm.dll", "ws2_32.dll",
     "wtsapi32.dll"}
 
+ENTRY_POINTS = {
+    "Advanced", "AllocInstance", "Closedown", "Diagnostics", "DisableFractionalResampler", "DownconvertInit",
+    "DownconvertRateIn", "DownconvertRateOut", "DownconvertRun", "FirstStageExclude", "FirstStageOnly", "FractionalInit",
+    "FractionalProcess", "IsAdvanced", "NCO", "PartionedFFTInit", "PartionedFFTProcess", "ReleaseInstance"}
+
 
 def imports(path):
     """Names of the libraries without which the system does not start the program."""
     text = subprocess.run([OBJDUMP, "--private-headers", path], check=True, capture_output=True, text=True).stdout
     return {line.split()[-1].lower() for line in text.splitlines() if "DLL Name:" in line}
+
+
+def exports(path):
+    """Names that a library gives out, each as often as it does."""
+    text = subprocess.run([OBJDUMP, "--private-headers", path], check=True, capture_output=True, text=True).stdout
+    lines = iter(text.splitlines())
+    names = []
+    for line in lines:
+        if line.startswith("[Ordinal/Name Pointer] Table"):
+            break
+    for line in lines:
+        if not line.strip().startswith("["):
+            break
+        names.append(line.split()[-1])
+    return names
 
 
 def section_names(path):
@@ -92,6 +112,9 @@ class TestPackage(EndToEndTest):
                 needed = {name for name in imports(path) if not name.startswith("api-ms-win-core-")}
                 self.assertIn("kernel32.dll", needed)
                 self.assertEqual(needed - SYSTEM_LIBRARIES, set())
+
+    def test_the_library_exports_its_entry_points_only(self):
+        self.assertEqual(sorted(exports(self.package / "Vantrel.dll")), sorted(ENTRY_POINTS))
 
     def test_programs_are_stripped(self):
         for path in self.programs:

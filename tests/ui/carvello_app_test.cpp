@@ -1,7 +1,5 @@
 #include "ui/carvello_app.h"
 
-#include <dlfcn.h>
-
 #include <clocale>
 
 #include "support/temp_folder.h"
@@ -25,15 +23,9 @@ CCarvelloApp& App() {
   return *qobject_cast<CCarvelloApp*>(QCoreApplication::instance());
 }
 
-bool IsLoaded(const std::string& library) {
-  void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD);
-  if (handle != nullptr) dlclose(handle);
-  return handle != nullptr;
-}
-
 }  // namespace
 
-// The user's locale is taken over when the program starts; in many of them a comma would stand for the point.
+// Where the user's locale is taken over when the program starts, a comma may stand for the point.
 void CarvelloAppTest::NumbersHaveAPointInEveryLocale() {
   QVERIFY(std::string(std::setlocale(LC_CTYPE, nullptr)) != "C");
   QCOMPARE(std::string(std::setlocale(LC_NUMERIC, nullptr)), std::string("C"));
@@ -43,13 +35,13 @@ void CarvelloAppTest::ClosingTheDialogEndsTheRunAndUnloadsTheLibrary() {
   bool loaded = false;
   test::CAnswers answers;
   answers.Do([&](QDialog& dialog) {
-    loaded = IsLoaded(DspLibraryPath());
+    loaded = test::IsLoaded(DspLibraryPath());
     dialog.close();
   });
   QCOMPARE(App().Run({}), 0);
   QVERIFY(answers.AllUsed());
   QVERIFY(loaded);
-  QVERIFY(!IsLoaded(DspLibraryPath()));
+  QVERIFY(!test::IsLoaded(DspLibraryPath()));
 }
 
 void CarvelloAppTest::AMissingLibraryIsToldAndEndsTheRun() {
@@ -68,6 +60,9 @@ void CarvelloAppTest::AMissingLibraryIsToldAndEndsTheRun() {
 int main(int argc, char** argv) {
   return carvello::test::RunUiTest(
       argc, argv, [] { return std::make_unique<carvello::CarvelloAppTest>(); },
-      [](int& count, char** arguments) { return std::make_unique<carvello::CCarvelloApp>(count, arguments); });
+      [](int& count, char** arguments) {
+        std::setlocale(LC_ALL, "");  // as the toolkit does on some systems
+        return std::make_unique<carvello::CCarvelloApp>(count, arguments);
+      });
 }
 #include "carvello_app_test.moc"

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
+#include <string>
 
 namespace carvello::test {
 
@@ -41,6 +42,9 @@ QDateTime WallClock(qint64 moment);
 // A date and a time of day as the user's locale shows them.
 QString DateText(int year, int month, int day);
 QString TimeText(int hours, int minutes, int seconds);
+
+// Whether the program has loaded the shared library.
+bool IsLoaded(const std::string& library);
 
 // What the system says of a file that does not exist.
 QString MissingReason();

@@ -1,3 +1,5 @@
+#include <dlfcn.h>
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -78,6 +80,12 @@ QString DateText(int year, int month, int day) {
 
 QString TimeText(int hours, int minutes, int seconds) {
   return QTime(hours, minutes, seconds).toString("HH:mm:ss");
+}
+
+bool IsLoaded(const std::string& library) {
+  void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD);
+  if (handle != nullptr) dlclose(handle);
+  return handle != nullptr;
 }
 
 QString MissingReason() {

@@ -171,6 +171,10 @@ QString TimeText(int hours, int minutes, int seconds) {
   return QLocale::system().toString(QTime(hours, minutes, seconds), QLocale::LongFormat);
 }
 
+bool IsLoaded(const std::string& library) {
+  return GetModuleHandleW(Wide(library).c_str()) != nullptr;
+}
+
 QString MissingReason() {
   return QString::fromStdString(SystemErrorText(ERROR_FILE_NOT_FOUND));
 }
