@@ -26,14 +26,14 @@ std::string TempFolder() {
 }
 
 bool OpenWithDesktop(WindowId parent, const std::string& path, const std::string& verb) {
-  const std::wstring widePath = Wide(path);
+  const std::wstring shellPath = ShellPath(path);
   const std::wstring wideVerb = Wide(verb);
   SHELLEXECUTEINFOW request{};
   request.cbSize = sizeof(request);
   request.fMask = SEE_MASK_FLAG_NO_UI;  // the caller tells the user
   request.hwnd = reinterpret_cast<HWND>(parent);
   request.lpVerb = wideVerb.c_str();
-  request.lpFile = widePath.c_str();
+  request.lpFile = shellPath.c_str();
   request.nShow = SW_SHOW;
   // Some programs take the file without the call telling so; the instance code then does.
   return ShellExecuteExW(&request) != 0 || reinterpret_cast<INT_PTR>(request.hInstApp) > kLastErrorCode;
@@ -41,7 +41,7 @@ bool OpenWithDesktop(WindowId parent, const std::string& path, const std::string
 
 bool HasProgramFor(const std::string& path, const std::vector<std::string>& /*mediaTypes*/) {
   std::array<wchar_t, MAX_PATH> program{};
-  return reinterpret_cast<INT_PTR>(FindExecutableW(Wide(path).c_str(), nullptr, program.data())) > kLastErrorCode;
+  return reinterpret_cast<INT_PTR>(FindExecutableW(ShellPath(path).c_str(), nullptr, program.data())) > kLastErrorCode;
 }
 
 namespace {

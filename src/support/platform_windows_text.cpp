@@ -54,6 +54,24 @@ std::wstring WidePath(const std::string& path) {
   return L"\\\\?\\" + full;
 }
 
+namespace {
+
+std::wstring WithoutPrefix(const std::wstring& path) {
+  if (path.starts_with(L"\\\\?\\UNC\\")) return L"\\" + path.substr(7);
+  return path.starts_with(L"\\\\?\\") ? path.substr(4) : path;
+}
+
+}  // namespace
+
+std::wstring ShellPath(const std::string& path) {
+  const std::wstring full = WidePath(path);
+  std::wstring plain = WithoutPrefix(full);
+  if (plain.size() < MAX_PATH) return plain;
+  const std::wstring shortNames =
+      GrowingText([&](wchar_t* buffer, DWORD size) { return GetShortPathNameW(full.c_str(), buffer, size); });
+  return shortNames.empty() ? plain : WithoutPrefix(shortNames);
+}
+
 std::string Utf8ToSystemCodePage(std::string_view text) {
   return FromWide(CP_ACP, Wide(text));
 }

@@ -12,7 +12,7 @@ bool OpenOrTell(QWidget* pParent, const std::string& path, const std::string& ca
   std::string error;
   {
     const CWaitCursor wait;
-    if (ShellOpen(pParent->effectiveWinId(), path, verb, error)) return true;
+    if (ShellOpen(pParent != nullptr ? pParent->effectiveWinId() : 0, path, verb, error)) return true;
   }
   ShowMessageBox(pParent, {caption, error, EButtons::Ok, EIcon::Stop});
   return false;

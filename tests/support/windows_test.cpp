@@ -140,6 +140,39 @@ TEST(WindowsPaths, LongOnesGetThePrefixThatLiftsTheLimit) {
   EXPECT_EQ(platform::WidePath("\\\\?\\UNC\\server\\share\\" + narrow), L"\\\\?\\UNC\\server\\share\\" + longName);
 }
 
+TEST(WindowsPaths, TheShellGetsThemWithoutThePrefix) {
+  EXPECT_EQ(platform::ShellPath("C:\\a\\b.wav"), L"C:\\a\\b.wav");
+  EXPECT_EQ(platform::ShellPath("C:/a/./b.wav"), L"C:\\a\\b.wav");
+  EXPECT_EQ(platform::ShellPath("\\\\?\\C:\\a\\b.wav"), L"C:\\a\\b.wav");
+  EXPECT_EQ(platform::ShellPath("\\\\?\\UNC\\server\\share\\b.wav"), L"\\\\server\\share\\b.wav");
+  // Of such a length that the file functions get the prefix and the shell needs no short names.
+  const std::wstring longName(250, L'x');
+  EXPECT_EQ(platform::ShellPath("C:\\a\\" + std::string(250, 'x')), L"C:\\a\\" + longName);
+  // No file of that name has a shorter one.
+  const std::wstring longerName(300, L'x');
+  EXPECT_EQ(platform::ShellPath("C:\\a\\" + std::string(300, 'x')), L"C:\\a\\" + longerName);
+}
+
+TEST(WindowsPaths, TheShellGetsShortNamesBeyond260Characters) {
+  const CTempFolder folder;
+  const std::string deep = platform::JoinPath(folder.Path(), std::string(100, 'd'));
+  ASSERT_TRUE(CreateDirectoryW(platform::WidePath(deep).c_str(), nullptr));
+  const std::string path = platform::JoinPath(deep, std::string(200, 'n') + ".wav");
+  CFile file;
+  ASSERT_TRUE(file.Open(path, EOpenMode::WriteNew));
+  EXPECT_TRUE(file.Close());
+  const std::wstring given = platform::ShellPath(path);
+  if (GetShortPathNameW(platform::WidePath(path).c_str(), nullptr, 0) < MAX_PATH) {
+    EXPECT_LT(given.size(), std::size_t{MAX_PATH});
+    const auto status = platform::GetFileStatus(platform::Narrow(given));
+    ASSERT_TRUE(status);
+    EXPECT_EQ(status->nFileNumber, platform::GetFileStatus(path).value().nFileNumber);
+  } else {  // a volume that gives none
+    EXPECT_EQ(given, Wide(path));
+  }
+  EXPECT_TRUE(platform::RemoveFile(path));
+}
+
 TEST(WindowsPaths, FilesBeyond260CharactersAreMadeFoundReadAndRemoved) {
   const CTempFolder folder;
   std::string deep = folder.Path();
