@@ -303,6 +303,7 @@ void CBackgroundThreadReader::CloseWriters() {
     m_results.push_back(writer->Result());
     if (!m_strInputError.empty() && m_results.back().bOk && !writer->ReachedEnd()) {
       m_results.back().bOk = false;
+      m_results.back().state = EOutputState::Failed;
       m_results.back().strError = m_strInputError;
     }
   }

@@ -312,6 +312,7 @@ SOutputResult CBackgroundThreadWriter::Result() const {
   SOutputResult result;
   result.bOk = m_strError.empty();
   result.strError = m_strError;
+  result.state = result.bOk ? EOutputState::Done : EOutputState::Failed;
   if (m_pEntry == nullptr) return result;
   result.strFileName = m_pEntry->strFileName;
   result.files = m_output.Files();

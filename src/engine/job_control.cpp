@@ -182,6 +182,12 @@ void CJobControl::FinishJob() {
   m_nInputBytesRead = m_pReader->BytesRead();
 }
 
+std::vector<SEntryState> CJobControl::EntryStates() const {
+  std::vector<SEntryState> states;
+  for (const SOutputResult& result : m_results) states.push_back({result.state, 0, result.strError});
+  return states;
+}
+
 bool CJobControl::ContinueBatch(CEntryList& entries) {
   if (!MoreThanOneBatch(entries)) return false;
   const SMessageBox box{"Continue",

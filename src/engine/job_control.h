@@ -79,6 +79,8 @@ class CJobControl {
 
   // Of the last job, in the order of its entries; valid when no job is running.
   const std::vector<SOutputResult>& Results() const { return m_results; }
+  // Of the running job or the last one, in the order of its entries. May be called at any moment.
+  std::vector<SEntryState> EntryStates() const;
   std::int64_t InputBytesRead() const { return m_nInputBytesRead; }  // of the last job
 
  private:

@@ -7,6 +7,21 @@
 
 namespace carvello {
 
+enum class EOutputState {
+  Waiting,  // not begun
+  Running,
+  Done,     // everything that is due stands on disk
+  Stopped,  // by the user, before everything was there
+  Failed,
+};
+
+// One entry of the running job, or of the last one, for a window to show.
+struct SEntryState {
+  EOutputState state = EOutputState::Waiting;
+  std::uint32_t nProgress = 0;  // of its span, in ten-thousandths
+  std::string strReason;        // of a failure
+};
+
 struct SOutputResult {
   std::string strFileName;            // as the entry names it
   std::vector<std::string> files;     // full paths of the files written, in order
@@ -16,7 +31,9 @@ struct SOutputResult {
   std::uint32_t nBitsPerSample = 0;
   std::int64_t nFrames = 0;  // complex samples written over all files
   std::uint64_t nBytes = 0;  // sample bytes written over all files
-  bool bOk = false;
+  std::int64_t nFramesDue = 0;  // complex samples that the whole entry takes; 0 when it is not known
+  EOutputState state = EOutputState::Waiting;
+  bool bOk = false;  // state is Done
   std::string strError;  // empty when bOk
 };
 

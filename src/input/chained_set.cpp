@@ -156,7 +156,8 @@ bool CChainedSet::Describe() {
   const std::vector<const SLink*> chain = Chain();
   DescribeBy(*chain.front());
   for (const SLink* link : chain) {
-    m_set.AddFile({link->strPath, link->facts.source.nDataBytes, static_cast<std::uint32_t>(link->start.nSeconds)});
+    m_set.AddFile({link->strPath, link->facts.source.nDataBytes, static_cast<std::uint32_t>(link->start.nSeconds),
+                   link->facts.nSampleBytes, link->facts.stamp});
     if (!link->facts.source.strNote.empty()) Warn(link->strPath, link->facts.source.strNote);
   }
   // The end that was written down does not hold for a file cut short.

@@ -8,12 +8,14 @@
 namespace carvello {
 
 struct SFileStamp {
-  std::int64_t nSize = 0;
-  std::int64_t tModified = 0;
+  std::int64_t nSize = 0;      // bytes
+  std::int64_t nModified = 0;  // nanoseconds since 1970 UTC
+  std::uint64_t nVolume = 0;
   std::uint64_t nFileNumber = 0;
 
+  SFileStamp() = default;
   explicit SFileStamp(const platform::FileStatus& status)
-      : nSize(status.nSize), tModified(status.tModified), nFileNumber(status.nFileNumber) {}
+      : nSize(status.nSize), nModified(status.nModified), nVolume(status.nVolume), nFileNumber(status.nFileNumber) {}
   bool operator==(const SFileStamp&) const = default;
 };
 

@@ -85,7 +85,7 @@ struct SWalked {
   std::int64_t nDataBytes = 0;
 };
 
-SWalked Walk(const std::string& fileName, std::int64_t fileSize) {
+SWalked Walk(const std::string& fileName, const SFileStamp& stamp) {
   ++s_nWalks;
   CWaveFileReader reader;
   SScanResult scan;
@@ -101,13 +101,15 @@ SWalked Walk(const std::string& fileName, std::int64_t fileSize) {
   facts.format = scan.format;
   facts.bRF64 = scan.bRF64;
   facts.bCutShort = scan.bCutShort;
-  facts.nFileSize = fileSize;
-  walked.nDataBytes = facts.bRecording ? scan.nDataBytes : 0;
+  facts.nFileSize = stamp.nSize;
+  facts.stamp = stamp;
+  facts.nSampleBytes = facts.bRecording ? scan.nDataBytes : 0;
+  walked.nDataBytes = facts.nSampleBytes;
   return walked;
 }
 
 SWalked WalkAndStore(const std::string& fileName, const SFileStamp& stamp) {
-  SWalked walked = Walk(fileName, stamp.nSize);
+  SWalked walked = Walk(fileName, stamp);
   MetadataMap().Store(fileName, stamp, walked.facts);
   DataSizeMap().Store(fileName, stamp, walked.nDataBytes);
   return walked;

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "input/file_stamp.h"
 #include "input/recording_source_info.h"
 #include "recording/wave_format.h"
 #include "support/platform.h"
@@ -23,7 +24,9 @@ struct SFileFacts {
   WAVEFORMATEXTENSIBLE format;
   bool bRF64 = false;
   bool bCutShort = false;      // the data chunk claims more than the file holds
-  std::int64_t nFileSize = 0;  // bytes on disk
+  std::int64_t nFileSize = 0;     // bytes on disk
+  std::int64_t nSampleBytes = 0;  // of the data chunk, as far as the file holds it
+  SFileStamp stamp;               // of the file when it was walked
   std::string strError;        // why it is no recording, or why its source stayed unknown
 };
 

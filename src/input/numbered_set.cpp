@@ -74,7 +74,7 @@ class CNumberedSet {
   bool AddNext(const CMemberNames& names, unsigned number);
   std::string FirstName(const std::string& told) const;
   bool DescribeBy(const std::string& path, const SFileFacts& first);
-  void Add(const std::string& path, std::int64_t fileSize, std::int64_t dataBytes);
+  void Add(const SRecordingFile& file);
   std::int64_t DataBytes(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata);
   // The number under the key of the first member's metadata, where it can be one; otherwise `instead`, with a warning
   // that calls it by its name.
@@ -165,7 +165,8 @@ bool CNumberedSet::AddNext(const CMemberNames& names, unsigned number) {
   }
   if (status->nSize == m_nPreviousSize) {
     RememberMember(path, SFileStamp(*status), m_strRead);
-    Add(path, status->nSize, m_set.files.back().nDataBytes);
+    const SRecordingFile& previous = m_set.files.back();
+    Add({path, previous.nDataBytes, 0, previous.nSampleBytes, SFileStamp(*status)});
     return true;
   }
   const SFileFacts facts = LookupMetadata(path);
@@ -182,7 +183,7 @@ bool CNumberedSet::AddNext(const CMemberNames& names, unsigned number) {
   SMetadataLists metadata;
   ParseMetadataXml(facts.strXml, metadata);
   m_strRead = path;
-  Add(path, status->nSize, DataBytes(path, facts, metadata));
+  Add({path, DataBytes(path, facts, metadata), 0, facts.nSampleBytes, facts.stamp});
   return true;
 }
 
@@ -220,13 +221,13 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   if (level == "XMLLevel002") m_set.strSourceName = kSourceHalvarn2;
   m_set.bFloatScale =
       m_set.bFloat && format.wBitsPerSample == 32 && m_set.metadata.Find("SoftwareName") == VersionValue("ProductName");
-  Add(path, first.nFileSize, DataBytes(path, first, m_set.metadata));
+  Add({path, DataBytes(path, first, m_set.metadata), 0, first.nSampleBytes, first.stamp});
   return true;
 }
 
-void CNumberedSet::Add(const std::string& path, std::int64_t fileSize, std::int64_t dataBytes) {
-  m_set.AddFile({path, dataBytes, 0});
-  m_nPreviousSize = fileSize;
+void CNumberedSet::Add(const SRecordingFile& file) {
+  m_set.AddFile(file);
+  m_nPreviousSize = file.stamp.nSize;
 }
 
 std::int64_t CNumberedSet::DataBytes(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "input/file_stamp.h"
 #include "recording/metadata_xml.h"
 #include "recording/wave_format.h"
 #include "support/my_string_array.h"
@@ -15,6 +16,9 @@ struct SRecordingFile {
   std::string strPath;
   std::int64_t nDataBytes = 0;
   std::uint32_t tStart = 0;  // seconds since 1970; 0 for recordings with XML metadata
+  // What a job must find again, or it does not read what was described here. The sample format is that of the set.
+  std::int64_t nSampleBytes = 0;  // of its data chunk; nDataBytes can be what its metadata tells instead
+  SFileStamp stamp{};
 };
 
 struct CRecordingSet {

@@ -61,7 +61,7 @@ std::int64_t CRiffFileWriter::Open(const std::string& path, const WAVEFORMATEX& 
   header += "data";
   AppendLittleEndian(header, unknownSize);
 
-  if (!m_file.Open(path, platform::EOpenMode::WriteNew) || !WriteAll(header)) {
+  if (!m_file.Open(path, platform::EOpenMode::Replace) || !WriteAll(header)) {
     NoteError();
     m_file.Close();
     return 0;

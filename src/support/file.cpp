@@ -31,7 +31,7 @@ bool CFile::Close() {
 
 std::size_t CFile::Read(void* buffer, std::size_t bytes) {
   if (!IsOpen()) return 0;
-  const std::size_t done = platform::ReadFile(m_hFile, buffer, bytes);
+  const std::size_t done = platform::ReadFile(m_hFile, buffer, bytes, m_nReadError);
   m_nPosition += static_cast<std::int64_t>(done);
   return done;
 }
@@ -55,6 +55,15 @@ bool CFile::Truncate(std::int64_t length) {
 
 std::int64_t CFile::Length() const {
   return IsOpen() ? platform::FileLength(m_hFile) : -1;
+}
+
+bool CFile::Sync() {
+  return IsOpen() && platform::SyncFile(m_hFile);
+}
+
+std::optional<platform::FileStatus> CFile::Status() const {
+  if (!IsOpen()) return std::nullopt;
+  return platform::GetFileStatus(m_hFile);
 }
 
 }  // namespace carvello

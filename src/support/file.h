@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "support/platform.h"
@@ -25,8 +26,10 @@ class CFile {
   bool Close();
   bool IsOpen() const { return m_hFile != platform::kNoFile; }
 
-  // Bytes read; less than asked for at the end of the file or on a read error.
+  // Bytes read; less than asked for at the end of the file or on a read error, which ReadError() tells apart.
   std::size_t Read(void* buffer, std::size_t bytes);
+  // The system's code when the last Read failed, 0 when it did not.
+  std::uint32_t ReadError() const { return m_nReadError; }
   // True when all bytes were read.
   bool ReadExactly(void* buffer, std::size_t bytes) { return Read(buffer, bytes) == bytes; }
   // Bytes written; less than asked for on failure.
@@ -36,6 +39,10 @@ class CFile {
   bool Seek(std::int64_t position);    // absolute; false for a negative position
   bool Truncate(std::int64_t length);  // cuts the file's end off; the position stays
   std::int64_t Length() const;         // bytes, -1 when it cannot be had
+  // Waits until all that was written stands on the medium. False when some of it is lost.
+  bool Sync();
+  // Of the open file, whatever its name leads to by now; nothing when it cannot be had.
+  std::optional<platform::FileStatus> Status() const;
 
   // A number to tell handles apart in a log; 0 when closed.
   std::uint32_t LogId() const { return static_cast<std::uint32_t>(m_hFile); }
@@ -43,6 +50,7 @@ class CFile {
  private:
   platform::FileHandle m_hFile = platform::kNoFile;
   std::int64_t m_nPosition = 0;
+  std::uint32_t m_nReadError = 0;
 };
 
 }  // namespace carvello

@@ -22,16 +22,20 @@ inline constexpr FileHandle kNoFile = 0;
 
 enum class EOpenMode {
   ReadShared,  // existing file, sequential access hint, denies nobody anything
-  WriteNew,    // created or emptied, sequential access hint, others may read
+  CreateNew,   // for writing; refused when anything stands under the name, also a link that leads nowhere
+  Replace,     // for writing; what stands under the name is emptied
 };
+// A file that is open for writing is locked: whoever opens it for writing as well is refused (MeansHeldOpen). Others may
+// read it.
 
 // kNoFile on failure; LastError() then holds the reason. A directory is refused.
 FileHandle OpenFile(const std::string& path, EOpenMode mode);
 // False when the system tells only now that something written is lost, as network file systems do.
 bool CloseFile(FileHandle file);
 // Bytes read or written, short at the end of the file or on failure; interrupted calls go on, and large requests are
-// split as the system needs. On a short write LastError() holds the reason.
-std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes);
+// split as the system needs. `error` becomes the system's code, 0 for a read that is only short because the file ends.
+// On a short write LastError() holds the reason.
+std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes, std::uint32_t& error);
 std::size_t WriteFile(FileHandle file, const void* buffer, std::size_t bytes);
 // 64-bit absolute seek. False on failure.
 bool SeekFile(FileHandle file, std::int64_t position);
@@ -39,6 +43,10 @@ bool SeekFile(FileHandle file, std::int64_t position);
 bool TruncateFile(FileHandle file, std::int64_t length);
 // Current length of the open file in bytes, or -1.
 std::int64_t FileLength(FileHandle file);
+// Waits until what was written to the file, or the names in the folder, stand on the medium. False when the system says
+// that something is lost. True for folders where the system keeps names safe by itself, and where it cannot sync them.
+bool SyncFile(FileHandle file);
+bool SyncFolder(const std::string& folder);
 
 struct FileStatus {
   std::int64_t nSize = 0;  // bytes
@@ -46,11 +54,13 @@ struct FileStatus {
   bool bRegular = false;       // an ordinary file: no folder, pipe, socket or device
   std::int64_t tCreated = 0;   // seconds since 1970 UTC; the change time where the file system has no birth time
   std::int64_t tModified = 0;  // seconds since 1970 UTC
+  std::int64_t nModified = 0;  // the same in nanoseconds, as exact as the file system keeps it
   std::uint64_t nVolume = 0;   // volume and file number together identify the file whatever its path
   std::uint64_t nFileNumber = 0;
 };
 // Nothing when the status cannot be had.
 std::optional<FileStatus> GetFileStatus(const std::string& path);
+std::optional<FileStatus> GetFileStatus(FileHandle file);  // of an open file, whatever its name leads to now
 bool IsReadable(const std::string& path);
 // Whether new files can be created in the folder. On false LastError() holds the reason.
 bool IsWritableFolder(const std::string& folder);

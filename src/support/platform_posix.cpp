@@ -5,6 +5,7 @@
 #include <linux/capability.h>
 #include <pwd.h>
 #include <spawn.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -52,6 +53,7 @@ std::size_t TransferAll(Call call, int descriptor, Buffer* buffer, std::size_t b
   while (done < bytes) {
     const std::size_t part = std::min(bytes - done, kLargestTransfer);
     const ssize_t count = Uninterrupted([&] { return call(descriptor, buffer + done, part); });
+    if (count == 0) errno = 0;  // an interruption before it is no reason
     if (count <= 0) break;
     done += static_cast<std::size_t>(count);
   }
@@ -64,13 +66,24 @@ std::size_t TransferAll(Call call, int descriptor, Buffer* buffer, std::size_t b
 
 FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   // Without O_NONBLOCK a pipe with nobody at its other end would hold the caller for ever; on files it has no effect.
-  const int access = mode == EOpenMode::ReadShared ? O_RDONLY : O_WRONLY | O_CREAT | O_TRUNC;
+  int access = O_RDONLY;
+  if (mode == EOpenMode::CreateNew) access = O_WRONLY | O_CREAT | O_EXCL;
+  if (mode == EOpenMode::Replace) access = O_WRONLY | O_CREAT;
   const int descriptor = Uninterrupted([&] { return open(path.c_str(), access | O_CLOEXEC | O_NONBLOCK, 0666); });
   if (descriptor < 0) return kNoFile;
   struct stat status {};
   int refusal = fstat(descriptor, &status) != 0 ? errno : 0;
   if (S_ISDIR(status.st_mode)) refusal = EISDIR;
   if (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode)) refusal = ESPIPE;
+  // Emptied only behind the lock: a file that another job is writing stays as it is. File systems that know no locks
+  // do without.
+  if (refusal == 0 && mode != EOpenMode::ReadShared && flock(descriptor, LOCK_EX | LOCK_NB) != 0 &&
+      errno == EWOULDBLOCK) {
+    refusal = ETXTBSY;
+  }
+  if (refusal == 0 && mode == EOpenMode::Replace && S_ISREG(status.st_mode) && ftruncate(descriptor, 0) != 0) {
+    refusal = errno;
+  }
   if (refusal != 0) {
     close(descriptor);
     errno = refusal;
@@ -88,8 +101,11 @@ bool CloseFile(FileHandle file) {
   return true;
 }
 
-std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes) {
-  return TransferAll(read, Descriptor(file), static_cast<char*>(buffer), bytes);
+std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes, std::uint32_t& error) {
+  errno = 0;
+  const std::size_t done = TransferAll(read, Descriptor(file), static_cast<char*>(buffer), bytes);
+  error = done < bytes ? LastError() : 0;
+  return done;
 }
 
 std::size_t WriteFile(FileHandle file, const void* buffer, std::size_t bytes) {
@@ -109,9 +125,26 @@ std::int64_t FileLength(FileHandle file) {
   return fstat(Descriptor(file), &status) == 0 ? status.st_size : -1;
 }
 
-std::optional<FileStatus> GetFileStatus(const std::string& path) {
+bool SyncFile(FileHandle file) {
+  // Devices and pipes have nothing to sync.
+  return Uninterrupted([&] { return fsync(Descriptor(file)); }) == 0 || errno == EINVAL || errno == ENOTSUP;
+}
+
+bool SyncFolder(const std::string& folder) {
+  const int descriptor = Uninterrupted([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  if (descriptor < 0) return errno == EACCES;  // a folder that may be written to and not listed
+  const bool synced = SyncFile(static_cast<FileHandle>(descriptor) + 1);
+  const int reason = errno;
+  close(descriptor);
+  errno = reason;
+  return synced;
+}
+
+namespace {
+
+std::optional<FileStatus> StatusOf(int folder, const char* path, int flags) {
   struct statx status {};
-  if (statx(AT_FDCWD, path.c_str(), 0, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return std::nullopt;
+  if (statx(folder, path, flags, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return std::nullopt;
   const bool hasBirth = (status.stx_mask & STATX_BTIME) != 0;
   FileStatus result;
   result.nSize = static_cast<std::int64_t>(status.stx_size);
@@ -119,9 +152,20 @@ std::optional<FileStatus> GetFileStatus(const std::string& path) {
   result.bRegular = S_ISREG(status.stx_mode);
   result.tCreated = hasBirth ? status.stx_btime.tv_sec : status.stx_ctime.tv_sec;
   result.tModified = status.stx_mtime.tv_sec;
+  result.nModified = status.stx_mtime.tv_sec * 1'000'000'000LL + status.stx_mtime.tv_nsec;
   result.nVolume = makedev(status.stx_dev_major, status.stx_dev_minor);
   result.nFileNumber = status.stx_ino;
   return result;
+}
+
+}  // namespace
+
+std::optional<FileStatus> GetFileStatus(const std::string& path) {
+  return StatusOf(AT_FDCWD, path.c_str(), 0);
+}
+
+std::optional<FileStatus> GetFileStatus(FileHandle file) {
+  return StatusOf(Descriptor(file), "", AT_EMPTY_PATH);
 }
 
 bool IsReadable(const std::string& path) {
@@ -192,8 +236,8 @@ std::optional<std::string> RuntimeErrorText(std::uint32_t code) {
   return ErrorText(code);
 }
 
-bool MeansHeldOpen(std::uint32_t /*code*/) {
-  return false;
+bool MeansHeldOpen(std::uint32_t code) {
+  return code == ETXTBSY;
 }
 
 bool MeansMissing(std::uint32_t code) {

@@ -43,6 +43,12 @@ std::int64_t SecondsOf(const FILETIME& time) {
          kSecondsFrom1601To1970;
 }
 
+std::int64_t NanosecondsOf(const FILETIME& time) {
+  constexpr std::int64_t kNanosecondsPerTick = 100;
+  const auto ticks = static_cast<std::int64_t>(Join(time.dwHighDateTime, time.dwLowDateTime));
+  return (ticks - kSecondsFrom1601To1970 * static_cast<std::int64_t>(kTicksPerSecond)) * kNanosecondsPerTick;
+}
+
 bool IsFolder(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -69,7 +75,10 @@ FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   const bool read = mode == EOpenMode::ReadShared;
   const DWORD access = read ? GENERIC_READ : GENERIC_WRITE;
   const DWORD share = read ? FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE : FILE_SHARE_READ;
-  const HANDLE file = CreateFileW(WidePath(path).c_str(), access, share, nullptr, read ? OPEN_EXISTING : CREATE_ALWAYS,
+  DWORD disposition = OPEN_EXISTING;
+  if (mode == EOpenMode::CreateNew) disposition = CREATE_NEW;
+  if (mode == EOpenMode::Replace) disposition = CREATE_ALWAYS;
+  const HANDLE file = CreateFileW(WidePath(path).c_str(), access, share, nullptr, disposition,
                                   FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
   return file == INVALID_HANDLE_VALUE ? kNoFile : reinterpret_cast<FileHandle>(file);
 }
@@ -81,10 +90,14 @@ bool CloseFile(FileHandle file) {
   return true;
 }
 
-std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes) {
-  return TransferAll(
-      [&](char* part, DWORD size, DWORD* count) { return ::ReadFile(AsHandle(file), part, size, count, nullptr) != 0; },
-      static_cast<char*>(buffer), bytes);
+std::size_t ReadFile(FileHandle file, void* buffer, std::size_t bytes, std::uint32_t& error) {
+  error = 0;
+  const auto read = [&](char* part, DWORD size, DWORD* count) {
+    const bool done = ::ReadFile(AsHandle(file), part, size, count, nullptr) != 0;
+    error = done ? 0 : GetLastError();
+    return done;
+  };
+  return TransferAll(read, static_cast<char*>(buffer), bytes);
 }
 
 std::size_t WriteFile(FileHandle file, const void* buffer, std::size_t bytes) {
@@ -110,6 +123,30 @@ std::int64_t FileLength(FileHandle file) {
   return GetFileSizeEx(AsHandle(file), &length) != 0 ? length.QuadPart : -1;
 }
 
+bool SyncFile(FileHandle file) {
+  // Devices have nothing to sync.
+  return FlushFileBuffers(AsHandle(file)) != 0 || GetLastError() == ERROR_INVALID_FUNCTION;
+}
+
+bool SyncFolder(const std::string& /*folder*/) {
+  return true;  // the file system's journal keeps names safe, and no call waits for it
+}
+
+std::optional<FileStatus> GetFileStatus(FileHandle file) {
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (GetFileInformationByHandle(AsHandle(file), &information) == 0) return std::nullopt;
+  FileStatus status;
+  status.nSize = static_cast<std::int64_t>(Join(information.nFileSizeHigh, information.nFileSizeLow));
+  status.bDirectory = (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  status.bRegular = !status.bDirectory && GetFileType(AsHandle(file)) == FILE_TYPE_DISK;
+  status.tCreated = SecondsOf(information.ftCreationTime);
+  status.tModified = SecondsOf(information.ftLastWriteTime);
+  status.nModified = NanosecondsOf(information.ftLastWriteTime);
+  status.nVolume = information.dwVolumeSerialNumber;
+  status.nFileNumber = Join(information.nFileIndexHigh, information.nFileIndexLow);
+  return status;
+}
+
 std::optional<FileStatus> GetFileStatus(const std::string& path) {
   constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   // Attributes only, which even a file that others hold open gives; the flag lets folders be opened too.
@@ -117,17 +154,7 @@ std::optional<FileStatus> GetFileStatus(const std::string& path) {
                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (raw == INVALID_HANDLE_VALUE) return std::nullopt;
   const OwnedHandle handle(raw);
-  BY_HANDLE_FILE_INFORMATION information{};
-  if (GetFileInformationByHandle(handle.get(), &information) == 0) return std::nullopt;
-  FileStatus status;
-  status.nSize = static_cast<std::int64_t>(Join(information.nFileSizeHigh, information.nFileSizeLow));
-  status.bDirectory = (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-  status.bRegular = !status.bDirectory && GetFileType(handle.get()) == FILE_TYPE_DISK;
-  status.tCreated = SecondsOf(information.ftCreationTime);
-  status.tModified = SecondsOf(information.ftLastWriteTime);
-  status.nVolume = information.dwVolumeSerialNumber;
-  status.nFileNumber = Join(information.nFileIndexHigh, information.nFileIndexLow);
-  return status;
+  return GetFileStatus(reinterpret_cast<FileHandle>(handle.get()));
 }
 
 bool IsReadable(const std::string& path) {

@@ -16,7 +16,7 @@ bool WriteTextFile(const std::string& path, const std::vector<std::string>& line
   std::string text;
   for (const std::string& line : lines) text += line + "\n";
   CFile file;
-  if (file.Open(path, platform::EOpenMode::WriteNew) && file.Write(text.data(), text.size()) == text.size() &&
+  if (file.Open(path, platform::EOpenMode::Replace) && file.Write(text.data(), text.size()) == text.size() &&
       file.Close()) {
     return true;
   }

@@ -75,7 +75,7 @@ std::string CMyRichEditCtrl::WriteFile() const {
   for (const std::string& line : m_lines) text += line + "\n";
   for (int number = 0; number < kMaxFiles; ++number) {
     std::string path = platform::JoinPath(m_strFolder, Format("%s_%03d%s", "Halvarn", number, ".rtf"));
-    const platform::FileHandle file = platform::OpenFile(path, platform::EOpenMode::WriteNew);
+    const platform::FileHandle file = platform::OpenFile(path, platform::EOpenMode::Replace);
     if (file == platform::kNoFile) continue;
     const bool bWritten = platform::WriteFile(file, text.data(), text.size()) == text.size();
     if (platform::CloseFile(file) && bWritten) return path;

@@ -47,7 +47,7 @@ TEST(File, NegativePositionsAreRefused) {
 TEST(File, TakesAnyUnicodeName) {
   const CTempFolder folder;
   CFile file;
-  ASSERT_TRUE(file.Open(folder / kUnicodeName, EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(folder / kUnicodeName, EOpenMode::Replace));
   EXPECT_EQ(file.Write("abc", 3), 3U);
   file.Close();
   EXPECT_EQ(ReadWholeFile(folder / kUnicodeName), "abc");
@@ -65,7 +65,7 @@ TEST(File, TakesPathsAbove260Characters) {
   }
   const std::string name = platform::JoinPath(path, "file.wav");
   CFile file;
-  ASSERT_TRUE(file.Open(name, EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(name, EOpenMode::Replace));
   EXPECT_EQ(file.Write("abc", 3), 3U);
   file.Close();
   EXPECT_TRUE(platform::IsReadable(name));
@@ -78,7 +78,7 @@ TEST(File, SeeksAndMeasuresAbove4GiB) {
   const CTempFolder folder;
   constexpr std::int64_t kFar = 5'000'000'000;
   CFile file;
-  ASSERT_TRUE(file.Open(folder / "sparse", EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(folder / "sparse", EOpenMode::Replace));
   ASSERT_TRUE(file.Seek(kFar));
   EXPECT_EQ(file.Write("end", 3), 3U);
   EXPECT_EQ(file.Position(), kFar + 3);
@@ -92,11 +92,11 @@ TEST(File, SeeksAndMeasuresAbove4GiB) {
   EXPECT_EQ(std::string(buffer.data(), 3), "end");
 }
 
-TEST(File, WriteNewEmptiesAnExistingFile) {
+TEST(File, ReplaceEmptiesAnExistingFile) {
   const CTempFolder folder;
   WriteWholeFile(folder / "a", "old contents");
   CFile file;
-  ASSERT_TRUE(file.Open(folder / "a", EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(folder / "a", EOpenMode::Replace));
   EXPECT_EQ(file.Length(), 0);
   file.Close();
   EXPECT_EQ(ReadWholeFile(folder / "a"), "");
@@ -105,7 +105,7 @@ TEST(File, WriteNewEmptiesAnExistingFile) {
 TEST(File, WhatWriteAcceptedIsInTheFileAtOnce) {
   const CTempFolder folder;
   CFile file;
-  ASSERT_TRUE(file.Open(folder / "a", EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(folder / "a", EOpenMode::Replace));
   ASSERT_EQ(file.Write("abc", 3), 3U);
   EXPECT_EQ(ReadWholeFile(folder / "a"), "abc");
 }
@@ -113,7 +113,7 @@ TEST(File, WhatWriteAcceptedIsInTheFileAtOnce) {
 TEST(File, TruncateCutsTheEndAndKeepsThePosition) {
   const CTempFolder folder;
   CFile file;
-  ASSERT_TRUE(file.Open(folder / "a", EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(folder / "a", EOpenMode::Replace));
   ASSERT_EQ(file.Write("0123456789", 10), 10U);
   ASSERT_TRUE(file.Seek(2));
   EXPECT_TRUE(file.Truncate(5));
@@ -131,7 +131,7 @@ TEST(File, SharedReadersSeeAFileThatIsBeingWritten) {
   ASSERT_TRUE(first.Open(folder / "a", EOpenMode::ReadShared));
   ASSERT_TRUE(second.Open(folder / "a", EOpenMode::ReadShared));
   CFile writer;
-  EXPECT_TRUE(writer.Open(folder / "a", EOpenMode::WriteNew));
+  EXPECT_TRUE(writer.Open(folder / "a", EOpenMode::Replace));
 }
 
 TEST(File, MissingFilesAndFoldersAreRefusedWithAReason) {
@@ -141,7 +141,7 @@ TEST(File, MissingFilesAndFoldersAreRefusedWithAReason) {
   EXPECT_NE(platform::LastError(), 0U);
   EXPECT_FALSE(file.Open(folder.Path(), EOpenMode::ReadShared));
   EXPECT_NE(platform::LastError(), 0U);
-  EXPECT_FALSE(file.Open(folder.Path(), EOpenMode::WriteNew));
+  EXPECT_FALSE(file.Open(folder.Path(), EOpenMode::Replace));
   EXPECT_FALSE(file.IsOpen());
 }
 
@@ -159,12 +159,12 @@ TEST(File, AClosedFileRefusesEverything) {
 TEST(File, MovingHandsTheOpenFileOver) {
   const CTempFolder folder;
   CFile first;
-  ASSERT_TRUE(first.Open(folder / "a", EOpenMode::WriteNew));
+  ASSERT_TRUE(first.Open(folder / "a", EOpenMode::Replace));
   ASSERT_EQ(first.Write("ab", 2), 2U);
   CFile second(std::move(first));
   EXPECT_EQ(second.Position(), 2);
   CFile third;
-  ASSERT_TRUE(third.Open(folder / "b", EOpenMode::WriteNew));
+  ASSERT_TRUE(third.Open(folder / "b", EOpenMode::Replace));
   third = std::move(second);
   EXPECT_EQ(third.Write("c", 1), 1U);
   EXPECT_EQ(ReadWholeFile(folder / "a"), "abc");

@@ -146,7 +146,7 @@ TEST(PosixErrors, TextsNeedNoLocale) {
 
 TEST(PosixFile, AFullDeviceTakesNothing) {
   CFile file;
-  ASSERT_TRUE(file.Open("/dev/full", EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open("/dev/full", EOpenMode::Replace));
   EXPECT_EQ(file.Write("abc", 3), 0U);
   EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(ENOSPC));
 }
@@ -156,7 +156,7 @@ TEST(PosixFile, APipeIsRefusedInsteadOfWaitedFor) {
   ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
   CFile file;
   EXPECT_FALSE(file.Open(folder / "pipe", EOpenMode::ReadShared));
-  EXPECT_FALSE(file.Open(folder / "pipe", EOpenMode::WriteNew));
+  EXPECT_FALSE(file.Open(folder / "pipe", EOpenMode::Replace));
 }
 
 TEST(PosixFile, AFolderIsRefusedByName) {

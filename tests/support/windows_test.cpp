@@ -90,7 +90,7 @@ TEST(WindowsSharing, AFileBeingReadDeniesOthersNothing) {
 TEST(WindowsSharing, AFileBeingWrittenCanBeReadButNotWrittenByOthers) {
   const CTempFolder folder;
   CFile file;
-  ASSERT_TRUE(file.Open(folder / "out.wav", EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(folder / "out.wav", EOpenMode::Replace));
   EXPECT_TRUE(CForeignHandle(folder / "out.wav", GENERIC_READ, kShareAll).IsOpen());
   EXPECT_FALSE(CForeignHandle(folder / "out.wav", GENERIC_WRITE, kShareAll).IsOpen());
 }
@@ -159,7 +159,7 @@ TEST(WindowsPaths, TheShellGetsShortNamesBeyond260Characters) {
   ASSERT_TRUE(CreateDirectoryW(platform::WidePath(deep).c_str(), nullptr));
   const std::string path = platform::JoinPath(deep, std::string(200, 'n') + ".wav");
   CFile file;
-  ASSERT_TRUE(file.Open(path, EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(path, EOpenMode::Replace));
   EXPECT_TRUE(file.Close());
   const std::wstring given = platform::ShellPath(path);
   if (GetShortPathNameW(platform::WidePath(path).c_str(), nullptr, 0) < MAX_PATH) {
@@ -183,7 +183,7 @@ TEST(WindowsPaths, FilesBeyond260CharactersAreMadeFoundReadAndRemoved) {
   ASSERT_GT(deep.size(), 480U);
   const std::string path = platform::JoinPath(deep, "\xC3\xA4 \xE6\x97\xA5 \xF0\x9F\x93\xBB.wav");
   CFile file;
-  ASSERT_TRUE(file.Open(path, EOpenMode::WriteNew));
+  ASSERT_TRUE(file.Open(path, EOpenMode::Replace));
   EXPECT_EQ(file.Write("abc", 3), 3U);
   EXPECT_TRUE(file.Close());
   EXPECT_TRUE(platform::IsReadable(path));
@@ -209,7 +209,7 @@ TEST(WindowsPaths, ARelativePathMayBeginInADeepFolder) {
   const std::string name(200, 'n');
   ASSERT_GT(deep.size() + name.size(), 260U);
   CFile file;
-  EXPECT_TRUE(file.Open(name, EOpenMode::WriteNew)) << platform::LastError();
+  EXPECT_TRUE(file.Open(name, EOpenMode::Replace)) << platform::LastError();
   file.Close();
   EXPECT_TRUE(platform::IsReadable(name));
   EXPECT_TRUE(platform::RemoveFile(name));

@@ -190,7 +190,7 @@ void DialogLogTest::ViewAsTextTellsWhenTheFileCannotBeWritten() {
   const test::SShownBox& box = m_pFixture->Answers().Shown().back();
   QCOMPARE(box.caption, QString("Open File"));
   CFile file;
-  QVERIFY(!file.Open(m_strFile, platform::EOpenMode::WriteNew));
+  QVERIFY(!file.Open(m_strFile, platform::EOpenMode::Replace));
   QCOMPARE(box.text, QString::fromStdString(m_strFile + ": " + SystemErrorText()));
   QCOMPARE(box.icon, QMessageBox::Critical);
   QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));

@@ -139,7 +139,7 @@ void FileManagerTest::AFileBeyond260CharactersIsSelectedByItsShortName() {
   std::filesystem::create_directory(test::PathOf(folder));
   const std::string path = platform::JoinPath(folder, std::string(200, 'n') + ".wav");
   CFile file;
-  QVERIFY(file.Open(path, platform::EOpenMode::WriteNew));
+  QVERIFY(file.Open(path, platform::EOpenMode::Replace));
   QVERIFY(file.Close());
   g_named.clear();
   g_item = ILCreateFromPathW(platform::Wide(m_folder / "item").c_str());

@@ -48,7 +48,7 @@ void LogFileTest::TellsWhyItCannotBeWritten() {
   std::string error;
   QVERIFY(!WriteTextFile(m_folder / "none/d.txt", {"line"}, error));
   CFile file;
-  QVERIFY(!file.Open(m_folder / "none/d.txt", platform::EOpenMode::WriteNew));
+  QVERIFY(!file.Open(m_folder / "none/d.txt", platform::EOpenMode::Replace));
   QCOMPARE(error, SystemErrorText());
 }
 
