@@ -101,7 +101,7 @@ bool CWaveFileData::Open(const std::string& basePath, std::uint32_t sequence, co
   return true;
 }
 
-bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint32_t bits) {
+bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint32_t bits, bool bMaySplit) {
   if (!m_pWriter) {
     m_strLastError = "File not open";
     return false;
@@ -113,7 +113,7 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
     return Close();
   }
   m_nBackdateSeconds = 0;
-  if (IsSplitDue()) {
+  if (bMaySplit && IsSplitDue()) {
     // Closed for good when the end of this part could not be written: a full disk must not pass for a finished part.
     if (!FinishFile() || !Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
       // Closed for good: going on with a later file would leave a gap that no start time tells of.

@@ -28,9 +28,10 @@ class CWaveFileData {
   // Names the file (with " %03d" before the extension when the output is split), builds its metadata and writes its
   // header. False when the file cannot be created; m_strLastError then holds the system's text.
   bool Open(const std::string& basePath, std::uint32_t sequence, const std::string& internalTag);
-  // Appends values of `bits` bits, two values a frame, and goes on with the next file when the size limit is reached.
-  // False leaves the output closed, the reason in m_strLastError.
-  bool Write(const void* block, std::uint32_t valueCount, std::uint32_t bits);
+  // Appends values of `bits` bits, two values a frame, and goes on with the next file when the size limit is reached:
+  // unless bMaySplit is false, which says that the values belong to the block before them. False leaves the output
+  // closed, the reason in m_strLastError.
+  bool Write(const void* block, std::uint32_t valueCount, std::uint32_t bits, bool bMaySplit = true);
   // Appends the INFO trailer, makes the sizes final and closes. True, also when nothing was open; a trailer or size
   // that could not be written is told in m_strLastError.
   bool Close();

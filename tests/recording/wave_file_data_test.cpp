@@ -407,6 +407,18 @@ TEST_F(WaveFileData, TheSplitSizeIsReachedByTheLastStartedThousand) {
   EXPECT_EQ(m_data.Files().size(), 2U);
 }
 
+TEST_F(WaveFileData, APieceOfTheBlockBeforeItStaysInItsFileWhateverTheSize) {
+  m_data.m_nSplitMB = 1;
+  ASSERT_TRUE(Open());
+  ASSERT_TRUE(Write(std::string(1'200'000, 's')));
+  ASSERT_TRUE(m_data.Write("abcd", 2, 16, false));
+  EXPECT_EQ(m_data.Files().size(), 1U);
+  ASSERT_TRUE(Write("efgh"));
+  m_data.Close();
+  EXPECT_EQ(Samples("Out 000.wav"), std::string(1'200'000, 's') + "abcd");
+  EXPECT_EQ(Samples("Out 001.wav"), "efgh");
+}
+
 TEST_F(WaveFileData, SplitBytesInOrderAreTheBytesOfTheWholeOutput) {
   m_data.m_nSplitMB = 1;
   ASSERT_TRUE(Open());
