@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "cli/readable.h"
+#include "engine/output_rate.h"
 #include "support/formatting.h"
 #include "support/text.h"
 
@@ -111,11 +112,8 @@ void WarnOutsideBand(const OutputEntry& entry, const CRecordingSet& recording, S
 
 // Above 1 MHz the downconverter decimates by whole numbers only.
 void WarnOtherRate(const OutputEntry& entry, SPlanNotes& notes) {
-  constexpr std::uint32_t kMaxFractionalRate = 1'000'000;
-  const std::uint64_t asked = entry.nOutputSampleRate;
-  if (asked <= kMaxFractionalRate || entry.nInputSampleRate % asked == 0) return;
-  const std::uint64_t decimation = (entry.nInputSampleRate + asked / 2) / asked;
-  const auto rate = static_cast<std::uint32_t>((entry.nInputSampleRate + decimation / 2) / decimation);
+  const std::uint32_t rate = TrueOutputRate(entry.nInputSampleRate, entry.nOutputSampleRate);
+  if (rate == entry.nOutputSampleRate) return;
   notes.surprises.push_back(
       Format("%s: above 1 MHz only whole fractions of the input's rate can be had, the sample rate "
              "will be %s",

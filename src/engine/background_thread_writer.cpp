@@ -5,6 +5,7 @@
 #include <exception>
 #include <new>
 
+#include "engine/output_rate.h"
 #include "recording/metadata_xml.h"
 #include "support/formatting.h"
 #include "support/system_time.h"
@@ -14,8 +15,6 @@ namespace carvello {
 namespace {
 
 constexpr std::uint32_t kOutputBytes = 16'777'216;
-// Above this output rate the library decimates by whole numbers only.
-constexpr std::uint32_t kMaxFractionalRate = 1'000'000;
 // Samples that are shifted and decimated at a time: few enough to stay in the processor's cache in between.
 constexpr std::int32_t kPieceFrames = 4'096;
 // Output samples by which the filters are late, at most.
@@ -88,7 +87,7 @@ void CBackgroundThreadWriter::HandleRequest(CBackgroundRequest& request, std::ui
 void CBackgroundThreadWriter::StartEntry(const OutputEntry& entry) {
   m_pEntry = &entry;
   m_dsp.DownconvertInit(m_hDsp, entry.nInputSampleRate, entry.nOutputSampleRate);
-  if (entry.nOutputSampleRate > kMaxFractionalRate) m_dsp.DisableFractionalResampler(m_hDsp);
+  if (DecimatesByWholeNumber(entry.nOutputSampleRate)) m_dsp.DisableFractionalResampler(m_hDsp);
   m_nOutputFill = 0;
   m_bFinished = m_bStarted = false;
   m_llSkip = entry.nStartSample;
@@ -241,18 +240,7 @@ void CBackgroundThreadWriter::CompleteOutput() {
 
 // Output samples whose time lies within the input given so far.
 std::int64_t CBackgroundThreadWriter::OutputSamplesDue() const {
-  const std::uint64_t inputRate = m_pEntry->nInputSampleRate;
-  const std::uint64_t outputRate = m_output.m_nSampleRate;
-  if (inputRate == 0 || outputRate == 0) return 0;
-  const auto input = static_cast<std::uint64_t>(m_llInputSamples);
-  if (m_pEntry->nOutputSampleRate > kMaxFractionalRate) {
-    // By the number itself: the rate that the library tells is rounded, and would lead away from it in time.
-    const std::uint64_t decimation = (inputRate + outputRate / 2) / outputRate;
-    return static_cast<std::int64_t>((input + decimation - 1) / decimation);
-  }
-  // Seconds and rest apart: the product of all frames and a rate could pass 64 bits.
-  const std::uint64_t rest = input % inputRate;
-  return static_cast<std::int64_t>(input / inputRate * outputRate + (rest * outputRate + inputRate - 1) / inputRate);
+  return OutputFramesDue(m_llInputSamples, m_pEntry->nInputSampleRate, m_pEntry->nOutputSampleRate);
 }
 
 void CBackgroundThreadWriter::StoreOutput(std::uint32_t outputCount) {
