@@ -4,6 +4,7 @@
 #include <cstring>
 #include <exception>
 #include <new>
+#include <utility>
 
 #include "engine/output_rate.h"
 #include "recording/metadata_xml.h"
@@ -96,10 +97,10 @@ void CBackgroundThreadWriter::StartEntry(const OutputEntry& entry) {
   if (!m_pPiece || !m_pOutput) throw std::bad_alloc();
 
   DescribeOutput();
-  m_bFileOpen = m_output.Open(entry.strFileName, 0, m_output.m_strInternalTag);
+  m_bFileOpen = m_output.Open(entry.strFileName, 0, RecordingTag());
   if (!m_bFileOpen) {
-    Log("Error creating %s - %s", entry.strFileName.c_str(), m_output.m_strLastError.c_str());
-    m_strError = m_output.m_strLastError;
+    Log("Error creating %s - %s", entry.strFileName.c_str(), m_output.LastError().c_str());
+    m_strError = m_output.LastError();
     Finish();
     return;
   }
@@ -130,27 +131,25 @@ void CBackgroundThreadWriter::DescribeOutput() {
   SMetadataLists metadata;
   ParseMetadataXml(entry.strMetadata, metadata);
 
-  m_output.Reset();
-  if (metadata.Has("RadioModel")) m_output.m_strRadioModel = metadata.Find("RadioModel");
-  if (metadata.Has("RadioSerial")) m_output.m_strRadioSerial = metadata.Find("RadioSerial");
+  SRecordingDescription description;
+  if (metadata.Has("RadioModel")) description.strRadioModel = metadata.Find("RadioModel");
+  if (metadata.Has("RadioSerial")) description.strRadioSerial = metadata.Find("RadioSerial");
   if (metadata.Has("ADFrequency")) {
-    m_output.m_nADFrequency = static_cast<std::uint32_t>(metadata.FindNumber("ADFrequency"));
+    description.nADFrequency = static_cast<std::uint32_t>(metadata.FindNumber("ADFrequency"));
   }
-  m_output.m_nRadioCenterFreq = entry.nOutputFrequency;
+  description.nRadioCenterFreq = entry.nOutputFrequency;
   // The file tells the rate that its samples really have: with whole-number decimation that can differ from the one
   // asked for (1.5 MHz out of 2.4 MHz gives 1.2 MHz).
-  m_output.m_nSampleRate = m_dsp.DownconvertRateOut(m_hDsp);
-  if (m_output.m_nSampleRate != entry.nOutputSampleRate) {
-    Log("True sample rate ....: %u", m_output.m_nSampleRate);
-  }
-  m_output.m_tStart = entry.tStart;
-  m_output.m_bStartValid = true;
-  m_output.m_nBitsPerSample = entry.nBitsPerSample;
-  m_output.m_bRF64 = IsSingleRf64(entry);
-  m_output.m_nSplitMB = m_output.m_bRF64 ? 0 : entry.nFileSizeMB;
-  m_output.m_strBaseFileName = entry.strFileName;
-  m_output.m_strTitle = entry.strTitle;
-  m_output.m_strInternalTag = RecordingTag();
+  description.nSampleRate = m_dsp.DownconvertRateOut(m_hDsp);
+  if (description.nSampleRate != entry.nOutputSampleRate) Log("True sample rate ....: %u", description.nSampleRate);
+  description.tStart = entry.tStart;
+  description.bStartValid = true;
+  description.nBitsPerSample = entry.nBitsPerSample;
+  description.bRF64 = IsSingleRf64(entry);
+  description.nSplitMB = description.bRF64 ? 0 : entry.nFileSizeMB;
+  description.strTitle = entry.strTitle;
+  m_output.Reset();
+  m_output.Describe(std::move(description));
 }
 
 void CBackgroundThreadWriter::InputSkipped(std::int64_t samples) {
@@ -266,7 +265,7 @@ bool CBackgroundThreadWriter::FlushOutput() {
   const std::uint32_t fill = m_nOutputFill;
   m_nOutputFill = 0;
   if (fill == 0 || m_output.Write(m_pOutput.get(), fill / (bits / 8), bits)) return true;
-  Fail(m_output.m_strLastError);
+  Fail(m_output.LastError());
   return false;
 }
 
@@ -275,9 +274,8 @@ void CBackgroundThreadWriter::CloseOutput() {
   Log("Closing");
   if (m_strError.empty()) CompleteOutput();
   if (m_strError.empty()) FlushOutput();
-  m_output.m_strLastError.clear();
   m_output.Close();
-  if (!m_output.m_strLastError.empty()) Fail(m_output.m_strLastError);
+  if (!m_output.LastError().empty()) Fail(m_output.LastError());
 }
 
 void CBackgroundThreadWriter::Finish() {
@@ -290,7 +288,7 @@ void CBackgroundThreadWriter::Finish() {
 void CBackgroundThreadWriter::Fail(const std::string& reason) {
   if (m_strError.empty()) {
     m_strError = reason.empty() ? "Unknown error" : reason;
-    const std::string& name = m_output.m_strFileName.empty() ? m_pEntry->strFileName : m_output.m_strFileName;
+    const std::string& name = m_output.FileName().empty() ? m_pEntry->strFileName : m_output.FileName();
     Log("[ERROR] %s: %s", name.c_str(), m_strError.c_str());
   }
   Finish();
@@ -306,7 +304,7 @@ SOutputResult CBackgroundThreadWriter::Result() const {
   result.files = m_output.Files();
   result.nOutputFrequency = m_pEntry->nOutputFrequency;
   result.nBandwidth = m_pEntry->nOutputSampleRate;
-  result.nSampleRate = m_output.m_nSampleRate;
+  result.nSampleRate = m_output.Description().nSampleRate;
   result.nBitsPerSample = m_pEntry->nBitsPerSample;
   result.nBytes = static_cast<std::uint64_t>(m_output.TotalDataBytes());
   const std::uint32_t bytesPerFrame = 2 * (m_pEntry->nBitsPerSample / 8);

@@ -1,6 +1,7 @@
 #include "recording/wave_file_data.h"
 
 #include <cstddef>
+#include <utility>
 
 #include "recording/metadata_xml.h"
 #include "recording/riff_file_writer.h"
@@ -42,23 +43,21 @@ std::string WithSequence(const std::string& basePath, std::uint32_t sequence) {
 
 }  // namespace
 
-CWaveFileData::CWaveFileData() {
-  Reset();
-}
+CWaveFileData::CWaveFileData() : m_tOpened(CurrentTime()) {}
 
 CWaveFileData::~CWaveFileData() = default;
 
 void CWaveFileData::Reset() {
-  m_nDualMode = 0;
+  m_description.nDualMode = 0;
   m_dwLastError = 0;
   m_nFileDataBytes = 0;
   m_nFileBytes = 0;
   m_nTotalBytes = 0;
   m_nTotalDataBytes = 0;
-  m_nSplitMB = 0;
-  m_nMaxSeconds = 0;
+  m_description.nSplitMB = 0;
+  m_description.nMaxSeconds = 0;
   m_nSequence = 0;
-  m_tOpened = CurrentTime();
+  m_tOpened = Now();
   m_strFirstFile.clear();
   m_strFileName.clear();
   m_strBaseFileName.clear();
@@ -67,28 +66,41 @@ void CWaveFileData::Reset() {
   m_files.clear();
 }
 
+void CWaveFileData::Describe(SRecordingDescription description) {
+  m_description = std::move(description);
+}
+
+bool CWaveFileData::IsOpen() const {
+  return m_pWriter && m_pWriter->IsOpen();
+}
+
+std::int64_t CWaveFileData::Now() const {
+  return CurrentTime();
+}
+
 bool CWaveFileData::Open(const std::string& basePath, std::uint32_t sequence, const std::string& internalTag) {
-  const std::int64_t now = CurrentTime();
+  const std::int64_t now = Now();
   m_strBaseFileName = basePath;
   m_strInternalTag = internalTag;
   m_nSequence = sequence;
 
-  const bool split = m_nSplitMB != 0;
+  const bool split = m_description.nSplitMB != 0;
   const std::string previousFile = split && sequence != 0 ? m_strFileName : "";
   m_strFileName = split ? WithSequence(m_strBaseFileName, sequence) : m_strBaseFileName;
   if (sequence == 0) m_strFirstFile = m_strFileName;
 
-  std::int64_t start = m_bStartValid ? m_tStart + static_cast<std::int64_t>(m_dStartOffset) : now;
-  start -= m_nBackdateSeconds;
-  m_nBackdateSeconds = 0;
+  std::int64_t start =
+      m_description.bStartValid ? m_description.tStart + static_cast<std::int64_t>(m_dStartOffset) : now;
+  start -= m_description.nBackdateSeconds;
+  m_description.nBackdateSeconds = 0;
 
   FillFormat();
   const std::string xml = MetadataXml(now, start, previousFile);
   FillInfoTexts(now);
 
   if (!m_pWriter) m_pWriter = std::make_unique<CRiffFileWriter>();
-  const SSignalFacts signal{now, m_nRadioCenterFreq, m_nSampleRate, m_nSampleRate};
-  const std::int64_t headerBytes = m_pWriter->Open(m_strFileName, m_wfx, xml, m_infoTexts, m_bRF64, signal);
+  const SSignalFacts signal{now, m_description.nRadioCenterFreq, m_description.nSampleRate, m_description.nSampleRate};
+  const std::int64_t headerBytes = m_pWriter->Open(m_strFileName, m_wfx, xml, m_infoTexts, m_description.bRF64, signal);
   if (headerBytes == 0) {
     m_dwLastError = m_pWriter->ErrorCode();
     m_strLastError = SystemErrorText(m_dwLastError);
@@ -107,12 +119,12 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
     return false;
   }
   const std::uint32_t bytes = bits / 8 * valueCount;
-  const std::int64_t now = CurrentTime();
-  if (m_nMaxSeconds != 0 && now - m_tOpened > std::int64_t{m_nMaxSeconds}) {
+  const std::int64_t now = Now();
+  if (m_description.nMaxSeconds != 0 && now - m_tOpened > std::int64_t{m_description.nMaxSeconds}) {
     // The limit ends the recording without a fault, so the block goes without a message.
     return Close();
   }
-  m_nBackdateSeconds = 0;
+  m_description.nBackdateSeconds = 0;
   if (bMaySplit && IsSplitDue()) {
     // Closed for good when the end of this part could not be written: a full disk must not pass for a finished part.
     if (!FinishFile() || !Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
@@ -127,7 +139,7 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
     m_dwLastError = knownWidth ? m_pWriter->ErrorCode() : platform::LastError();
     m_strLastError =
         Format("Error writing %d bytes - %s", static_cast<int>(bytes), SystemErrorText(m_dwLastError).c_str());
-    Close();
+    FinishFile();
     return false;
   }
   m_nFileBytes += bytes;
@@ -138,13 +150,14 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
 }
 
 bool CWaveFileData::Close() {
+  if (m_pWriter) m_strLastError.clear();
   FinishFile();
   return true;
 }
 
 bool CWaveFileData::FinishFile() {
   if (!m_pWriter) return true;
-  const double bytesPerSecond = m_nBitsPerSample * 2.0 / 8.0 * m_nSampleRate;
+  const double bytesPerSecond = m_description.nBitsPerSample * 2.0 / 8.0 * m_description.nSampleRate;
   // A writer that never got its file open has nothing to count, although the bytes of the file before still stand here.
   if (m_pWriter->HasOpened() && bytesPerSecond > 0) {
     m_dStartOffset += static_cast<double>(m_nFileDataBytes) / bytesPerSecond;
@@ -161,16 +174,16 @@ bool CWaveFileData::FinishFile() {
 // Tested before a block is written: a file ends at the first block border at or beyond the limit, and an output that
 // ends there gets no empty file behind it.
 bool CWaveFileData::IsSplitDue() const {
-  return m_nSplitMB != 0 && (m_nFileBytes + 999) / 1000 >= std::uint64_t{m_nSplitMB} * 1000;
+  return m_description.nSplitMB != 0 && (m_nFileBytes + 999) / 1000 >= std::uint64_t{m_description.nSplitMB} * 1000;
 }
 
 void CWaveFileData::FillFormat() {
-  m_wfx.wFormatTag = m_nBitsPerSample == 32 ? kFormatTagFloat : kFormatTagPcm;
+  m_wfx.wFormatTag = m_description.nBitsPerSample == 32 ? kFormatTagFloat : kFormatTagPcm;
   m_wfx.nChannels = kChannels;
-  m_wfx.nSamplesPerSec = m_nSampleRate;
-  m_wfx.nBlockAlign = static_cast<std::uint16_t>(m_nBitsPerSample / 8 * kChannels);
-  m_wfx.nAvgBytesPerSec = m_wfx.nBlockAlign * m_nSampleRate;
-  m_wfx.wBitsPerSample = static_cast<std::uint16_t>(m_nBitsPerSample);
+  m_wfx.nSamplesPerSec = m_description.nSampleRate;
+  m_wfx.nBlockAlign = static_cast<std::uint16_t>(m_description.nBitsPerSample / 8 * kChannels);
+  m_wfx.nAvgBytesPerSec = m_wfx.nBlockAlign * m_description.nSampleRate;
+  m_wfx.wBitsPerSample = static_cast<std::uint16_t>(m_description.nBitsPerSample);
   m_wfx.cbSize = 0;
 }
 
@@ -182,22 +195,22 @@ std::string CWaveFileData::MetadataXml(std::int64_t now, std::int64_t start, con
   facts.strFirstFile = m_strFirstFile;
   facts.strPreviousFile = previousFile;
   facts.strInternalTag = m_strInternalTag;
-  facts.strRadioModel = m_strRadioModel;
-  facts.strRadioSerial = m_strRadioSerial;
-  facts.nDualMode = m_nDualMode;
+  facts.strRadioModel = m_description.strRadioModel;
+  facts.strRadioSerial = m_description.strRadioSerial;
+  facts.nDualMode = m_description.nDualMode;
   facts.nSequence = static_cast<std::int32_t>(m_nSequence);
-  facts.nADFrequency = m_nADFrequency;
+  facts.nADFrequency = m_description.nADFrequency;
   facts.nBitsPerSample = m_wfx.wBitsPerSample;
   facts.nBytesPerSecond = m_wfx.nAvgBytesPerSec;
-  facts.nRadioCenterFreq = m_nRadioCenterFreq;
-  facts.nSampleRate = m_nSampleRate;
+  facts.nRadioCenterFreq = m_description.nRadioCenterFreq;
+  facts.nSampleRate = m_description.nSampleRate;
   return BuildMetadataXml(facts);
 }
 
 void CWaveFileData::FillInfoTexts(std::int64_t now) {
-  m_infoTexts.strINAM = Format("%s, %s", m_strTitle.c_str(), FormatLocal("%Y-%m-%d %H:%M", now).c_str());
-  m_infoTexts.strIPRD = Format("SDR Data (IQ) Recordings, %s", m_bRF64 ? "WAV RF64" : "WAV");
-  m_infoTexts.strIART = Format("Halvarn, %s", WithoutPictographs(m_strRadioModel).c_str());
+  m_infoTexts.strINAM = Format("%s, %s", m_description.strTitle.c_str(), FormatLocal("%Y-%m-%d %H:%M", now).c_str());
+  m_infoTexts.strIPRD = Format("SDR Data (IQ) Recordings, %s", m_description.bRF64 ? "WAV RF64" : "WAV");
+  m_infoTexts.strIART = Format("Halvarn, %s", WithoutPictographs(m_description.strRadioModel).c_str());
   m_infoTexts.strICOP = Format("Software %s", VersionValue("LegalCopyright").c_str());
   m_infoTexts.strICMT =
       Format("Created by %s\\%s on %s, filename %s", platform::ComputerName().c_str(), platform::UserName().c_str(),

@@ -5,7 +5,6 @@
 #include <sys/resource.h>
 
 #include "recording/layout.h"
-#include "recording/riff_file_writer.h"
 #include "recording/wave_file_data.h"
 #include "support/platform.h"
 #include "support/temp_folder.h"
@@ -39,10 +38,14 @@ class CFileSizeLimit {
 class FullDisk : public testing::TestWithParam<bool> {
  protected:
   FullDisk() {
-    m_data.m_bRF64 = GetParam();
-    m_data.m_nSampleRate = 1000;
+    m_description.bRF64 = GetParam();
+    m_description.nSampleRate = 1000;
   }
   std::string Path() const { return m_folder / "Out.wav"; }
+  bool Open(const std::string& path) {
+    m_data.Describe(m_description);
+    return m_data.Open(path, 0, "tag");
+  }
   bool Write(std::uint32_t bytes) {
     const std::string block(bytes, 's');
     return m_data.Write(block.data(), bytes / 2, 16);
@@ -60,65 +63,66 @@ class FullDisk : public testing::TestWithParam<bool> {
   }
 
   CTempFolder m_folder;
+  SRecordingDescription m_description;
   CWaveFileData m_data;
 };
 
 TEST_P(FullDisk, APartThatCannotBeFinishedFailsTheWriteThatWouldOpenTheNext) {
-  m_data.m_nSplitMB = 1;
-  ASSERT_TRUE(m_data.Open(Path(), 0, "tag"));
-  const std::size_t header = m_data.m_nFileBytes;
+  m_description.nSplitMB = 1;
+  ASSERT_TRUE(Open(Path()));
+  const std::size_t header = m_data.FileBytes();
   {
     const CFileSizeLimit limit(header + 1'000'010);
     ASSERT_TRUE(Write(1'000'000));
     EXPECT_FALSE(Write(10'000));
   }
-  EXPECT_EQ(m_data.m_strLastError, "Error writing the end of the file - File too large");
+  EXPECT_EQ(m_data.LastError(), "Error writing the end of the file - File too large");
   EXPECT_THAT(m_data.Files(), testing::ElementsAre(m_folder / "Out 000.wav"));
   EXPECT_EQ(ReadWholeFile(m_folder / "Out 000.wav").size(), header + 1'000'000);
 }
 
 TEST_P(FullDisk, AShortWriteLeavesTheWholeBlocksBeforeIt) {
-  ASSERT_TRUE(m_data.Open(Path(), 0, "tag"));
-  const std::size_t header = m_data.m_nFileBytes;
+  ASSERT_TRUE(Open(Path()));
+  const std::size_t header = m_data.FileBytes();
   {
     const CFileSizeLimit limit(header + 25'000);
     ASSERT_TRUE(Write(10'000));
     ASSERT_TRUE(Write(10'000));
     EXPECT_FALSE(Write(10'000));
   }
-  EXPECT_EQ(m_data.m_strLastError, "Error writing 10000 bytes - File too large");
-  EXPECT_EQ(m_data.m_dwLastError, static_cast<std::uint32_t>(EFBIG));
-  EXPECT_EQ(m_data.m_pWriter, nullptr);
+  EXPECT_EQ(m_data.LastError(), "Error writing 10000 bytes - File too large");
+  EXPECT_EQ(m_data.LastErrorCode(), static_cast<std::uint32_t>(EFBIG));
+  EXPECT_FALSE(m_data.IsOpen());
   EXPECT_EQ(m_data.TotalDataBytes(), 20'000);
   ExpectWholeBlocks(header, 20'000);
 
   EXPECT_FALSE(Write(10));
-  EXPECT_EQ(m_data.m_strLastError, "File not open");
+  EXPECT_EQ(m_data.LastError(), "File not open");
 }
 
 TEST_P(FullDisk, ATrailerThatDoesNotFitIsToldAndLeavesTheSamples) {
-  ASSERT_TRUE(m_data.Open(Path(), 0, "tag"));
-  const std::size_t header = m_data.m_nFileBytes;
+  ASSERT_TRUE(Open(Path()));
+  const std::size_t header = m_data.FileBytes();
   {
     const CFileSizeLimit limit(header + 20'020);
     ASSERT_TRUE(Write(10'000));
     ASSERT_TRUE(Write(10'000));
     EXPECT_TRUE(m_data.Close());
   }
-  EXPECT_EQ(m_data.m_strLastError, "Error writing the end of the file - File too large");
+  EXPECT_EQ(m_data.LastError(), "Error writing the end of the file - File too large");
   ExpectWholeBlocks(header, 20'000);
 }
 
 TEST_P(FullDisk, AHeaderThatDoesNotFitFailsTheOpen) {
   const CFileSizeLimit limit(100);
-  EXPECT_FALSE(m_data.Open(Path(), 0, "tag"));
-  EXPECT_EQ(m_data.m_strLastError, "File too large");
-  EXPECT_EQ(m_data.m_nTotalBytes, 0U);
+  EXPECT_FALSE(Open(Path()));
+  EXPECT_EQ(m_data.LastError(), "File too large");
+  EXPECT_EQ(m_data.TotalBytes(), 0U);
 }
 
 TEST_P(FullDisk, AFullDeviceFailsTheOpenWithItsReason) {
-  EXPECT_FALSE(m_data.Open("/dev/full", 0, "tag"));
-  EXPECT_EQ(m_data.m_strLastError, "No space left on device");
+  EXPECT_FALSE(Open("/dev/full"));
+  EXPECT_EQ(m_data.LastError(), "No space left on device");
 }
 
 INSTANTIATE_TEST_SUITE_P(BothForms, FullDisk, testing::Bool(),

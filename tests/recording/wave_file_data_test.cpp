@@ -8,7 +8,6 @@
 
 #include "recording/layout.h"
 #include "recording/metadata_xml.h"
-#include "recording/riff_file_writer.h"
 #include "support/platform.h"
 #include "support/system_time.h"
 #include "support/temp_folder.h"
@@ -32,20 +31,33 @@ constexpr char kTag[] = "6A17-3C88-01F4";
 constexpr std::int64_t kStart = 1'795'264'496;  // 2026-11-21 12:34:56
 constexpr std::uint32_t kRate = 1000;
 
+// With a clock that the test can set on.
+class CClockedData final : public CWaveFileData {
+ public:
+  std::int64_t m_nSecondsOn = 0;
+
+ private:
+  std::int64_t Now() const override { return CurrentTime() + m_nSecondsOn; }
+};
+
 class WaveFileData : public testing::Test {
  protected:
   WaveFileData() {
-    m_data.m_nSampleRate = kRate;
-    m_data.m_nRadioCenterFreq = 7'100'000;
-    m_data.m_nADFrequency = 64'000'000;
-    m_data.m_tStart = kStart;
-    m_data.m_bStartValid = true;
-    m_data.m_strRadioModel = "Model";
-    m_data.m_strRadioSerial = "Serial";
-    m_data.m_strTitle = "Title";
+    m_description.nSampleRate = kRate;
+    m_description.nRadioCenterFreq = 7'100'000;
+    m_description.nADFrequency = 64'000'000;
+    m_description.tStart = kStart;
+    m_description.bStartValid = true;
+    m_description.strRadioModel = "Model";
+    m_description.strRadioSerial = "Serial";
+    m_description.strTitle = "Title";
   }
 
-  bool Open(const std::string& name = "Out.wav") { return m_data.Open(m_folder / name, 0, kTag); }
+  bool Open(const std::string& name = "Out.wav") { return OpenPath(m_folder / name); }
+  bool OpenPath(const std::string& path) {
+    m_data.Describe(m_description);
+    return m_data.Open(path, 0, kTag);
+  }
   // Writes bytes as 16-bit values.
   bool Write(const std::string& bytes) {
     return m_data.Write(bytes.data(), static_cast<std::uint32_t>(bytes.size() / 2), 16);
@@ -67,55 +79,53 @@ class WaveFileData : public testing::Test {
   bool Exists(const std::string& name) const { return std::filesystem::exists(test::PathOf(m_folder / name)); }
 
   CTempFolder m_folder;
-  CWaveFileData m_data;
+  SRecordingDescription m_description;
+  CClockedData m_data;
 };
 
 // ---- the description
 
 TEST_F(WaveFileData, IsConstructedForSixteenBitsAndClosed) {
   const CWaveFileData fresh;
-  EXPECT_EQ(fresh.m_nBitsPerSample, 16U);
-  EXPECT_EQ(fresh.m_pWriter, nullptr);
-  EXPECT_EQ(fresh.m_nSplitMB, 0U);
-  EXPECT_NEAR(static_cast<double>(fresh.m_tOpened), static_cast<double>(CurrentTime()), 60);
+  EXPECT_EQ(fresh.Description().nBitsPerSample, 16U);
+  EXPECT_EQ(fresh.Description().nSplitMB, 0U);
+  EXPECT_FALSE(fresh.IsOpen());
 }
 
 TEST_F(WaveFileData, ResetClearsCountersLimitsAndNamesOnly) {
   ASSERT_TRUE(Open());
   ASSERT_TRUE(Write("abcd"));
   m_data.Close();
-  m_data.m_nDualMode = 1;
-  m_data.m_dwLastError = 1;
-  m_data.m_nMaxSeconds = 1;
-  m_data.m_nSplitMB = 1;
-  m_data.m_tOpened = 1;
-  m_data.m_bRF64 = true;
-  m_data.m_nBitsPerSample = 32;
+  EXPECT_FALSE(Write("abcd"));
+  m_description.nDualMode = 1;
+  m_description.nMaxSeconds = 1;
+  m_description.nSplitMB = 1;
+  m_description.bRF64 = true;
+  m_description.nBitsPerSample = 32;
+  m_data.Describe(m_description);
   m_data.Reset();
 
-  EXPECT_EQ(m_data.m_nDualMode, 0);
-  EXPECT_EQ(m_data.m_dwLastError, 0U);
-  EXPECT_EQ(m_data.m_nMaxSeconds, 0U);
-  EXPECT_EQ(m_data.m_nSplitMB, 0U);
-  EXPECT_EQ(m_data.m_nSequence, 0U);
-  EXPECT_EQ(m_data.m_nFileBytes, 0U);
-  EXPECT_EQ(m_data.m_nFileDataBytes, 0);
-  EXPECT_EQ(m_data.m_nTotalBytes, 0U);
+  EXPECT_EQ(m_data.Description().nDualMode, 0);
+  EXPECT_EQ(m_data.Description().nMaxSeconds, 0U);
+  EXPECT_EQ(m_data.Description().nSplitMB, 0U);
+  EXPECT_EQ(m_data.LastErrorCode(), 0U);
+  EXPECT_EQ(m_data.FileBytes(), 0U);
+  EXPECT_EQ(m_data.FileDataBytes(), 0);
+  EXPECT_EQ(m_data.TotalBytes(), 0U);
   EXPECT_EQ(m_data.TotalDataBytes(), 0);
   EXPECT_TRUE(m_data.Files().empty());
-  EXPECT_EQ(m_data.m_strFileName + m_data.m_strBaseFileName + m_data.m_strFirstFile + m_data.m_strInternalTag, "");
-  EXPECT_GT(m_data.m_tOpened, 1);
+  EXPECT_EQ(m_data.FileName() + m_data.LastError(), "");
 
-  EXPECT_EQ(m_data.m_strRadioModel, "Model");
-  EXPECT_EQ(m_data.m_strRadioSerial, "Serial");
-  EXPECT_EQ(m_data.m_strTitle, "Title");
-  EXPECT_EQ(m_data.m_nRadioCenterFreq, 7'100'000);
-  EXPECT_EQ(m_data.m_nSampleRate, kRate);
-  EXPECT_EQ(m_data.m_nADFrequency, 64'000'000U);
-  EXPECT_EQ(m_data.m_nBitsPerSample, 32U);
-  EXPECT_TRUE(m_data.m_bRF64);
-  EXPECT_EQ(m_data.m_tStart, kStart);
-  EXPECT_TRUE(m_data.m_bStartValid);
+  EXPECT_EQ(m_data.Description().strRadioModel, "Model");
+  EXPECT_EQ(m_data.Description().strRadioSerial, "Serial");
+  EXPECT_EQ(m_data.Description().strTitle, "Title");
+  EXPECT_EQ(m_data.Description().nRadioCenterFreq, 7'100'000);
+  EXPECT_EQ(m_data.Description().nSampleRate, kRate);
+  EXPECT_EQ(m_data.Description().nADFrequency, 64'000'000U);
+  EXPECT_EQ(m_data.Description().nBitsPerSample, 32U);
+  EXPECT_TRUE(m_data.Description().bRF64);
+  EXPECT_EQ(m_data.Description().tStart, kStart);
+  EXPECT_TRUE(m_data.Description().bStartValid);
 }
 
 TEST_F(WaveFileData, SixteenBitsArePcm) {
@@ -131,7 +141,7 @@ TEST_F(WaveFileData, SixteenBitsArePcm) {
 }
 
 TEST_F(WaveFileData, ThirtyTwoBitsAreFloat) {
-  m_data.m_nBitsPerSample = 32;
+  m_description.nBitsPerSample = 32;
   ASSERT_TRUE(Open());
   const std::string file = Bytes("Out.wav");
   EXPECT_EQ(U16At(file, 20), 3U);
@@ -141,7 +151,7 @@ TEST_F(WaveFileData, ThirtyTwoBitsAreFloat) {
 }
 
 TEST_F(WaveFileData, TheMetadataTellsOfTheRecording) {
-  m_data.m_nDualMode = 2;
+  m_description.nDualMode = 2;
   ASSERT_TRUE(Open());
   m_data.Close();
   const SMetadataLists metadata = Metadata("Out.wav");
@@ -162,7 +172,7 @@ TEST_F(WaveFileData, TheMetadataTellsOfTheRecording) {
 }
 
 TEST_F(WaveFileData, WithoutAValidStartTheTimeIsThatOfOpening) {
-  m_data.m_bStartValid = false;
+  m_description.bStartValid = false;
   const std::int64_t before = CurrentTime();
   ASSERT_TRUE(Open());
   const std::int64_t after = CurrentTime();
@@ -174,46 +184,47 @@ TEST_F(WaveFileData, WithoutAValidStartTheTimeIsThatOfOpening) {
 }
 
 TEST_F(WaveFileData, BackdatingIsUsedOnce) {
-  m_data.m_nBackdateSeconds = 10;
+  m_description.nBackdateSeconds = 10;
   ASSERT_TRUE(Open());
-  EXPECT_EQ(m_data.m_nBackdateSeconds, 0);
+  EXPECT_EQ(m_data.Description().nBackdateSeconds, 0);
   m_data.Close();
   EXPECT_EQ(Metadata("Out.wav").FindNumber("UTCSeconds"), kStart - 10);
 }
 
 TEST_F(WaveFileData, EveryWriteClearsTheBackdating) {
   ASSERT_TRUE(Open());
-  m_data.m_nBackdateSeconds = 10;
+  m_description.nBackdateSeconds = 10;
+  m_data.Describe(m_description);
   ASSERT_TRUE(Write("abcd"));
-  EXPECT_EQ(m_data.m_nBackdateSeconds, 0);
+  EXPECT_EQ(m_data.Description().nBackdateSeconds, 0);
 }
 
 TEST_F(WaveFileData, InfoTextsAreMadeAtOpen) {
-  m_data.m_strRadioModel =
+  m_description.strRadioModel =
       " \xF0\x9F\x94\x92Mod\xF0\x9F\x93\xBB"
       "el \xF0\x9F\x8C\x80 ";
   ASSERT_TRUE(Open());
-  EXPECT_THAT(m_data.m_infoTexts.strINAM, MatchesRegex("Title, ....-..-.. ..:.."));
-  EXPECT_EQ(m_data.m_infoTexts.strIPRD, "SDR Data (IQ) Recordings, WAV");
+  EXPECT_THAT(m_data.InfoTexts().strINAM, MatchesRegex("Title, ....-..-.. ..:.."));
+  EXPECT_EQ(m_data.InfoTexts().strIPRD, "SDR Data (IQ) Recordings, WAV");
   // U+1F512 and U+1F4FB begin with the surrogate D83D and go; U+1F300 begins with D83C and stays.
-  EXPECT_EQ(m_data.m_infoTexts.strIART, "Halvarn, Model \xF0\x9F\x8C\x80");
-  EXPECT_EQ(m_data.m_infoTexts.strICOP, "Software Copyright (C) 2026 the Carvello developers");
-  EXPECT_THAT(m_data.m_infoTexts.strICMT,
+  EXPECT_EQ(m_data.InfoTexts().strIART, "Halvarn, Model \xF0\x9F\x8C\x80");
+  EXPECT_EQ(m_data.InfoTexts().strICOP, "Software Copyright (C) 2026 the Carvello developers");
+  EXPECT_THAT(m_data.InfoTexts().strICMT,
               StartsWith("Created by " + platform::ComputerName() + "\\" + platform::UserName() + " on "));
-  EXPECT_THAT(m_data.m_infoTexts.strICMT, testing::EndsWith(", filename " + (m_folder / "Out.wav")));
+  EXPECT_THAT(m_data.InfoTexts().strICMT, testing::EndsWith(", filename " + (m_folder / "Out.wav")));
 }
 
 TEST_F(WaveFileData, TheProductTextTellsTheForm) {
-  m_data.m_bRF64 = true;
+  m_description.bRF64 = true;
   ASSERT_TRUE(Open());
-  EXPECT_EQ(m_data.m_infoTexts.strIPRD, "SDR Data (IQ) Recordings, WAV RF64");
+  EXPECT_EQ(m_data.InfoTexts().strIPRD, "SDR Data (IQ) Recordings, WAV RF64");
 }
 
 // ---- one file
 
 TEST_F(WaveFileData, AClosedFileHoldsItsFourChunksOnly) {
   for (const bool rf64 : {false, true}) {
-    m_data.m_bRF64 = rf64;
+    m_description.bRF64 = rf64;
     ASSERT_TRUE(Open());
     ASSERT_TRUE(Write("abcd"));
     ASSERT_TRUE(m_data.Close());
@@ -231,12 +242,12 @@ TEST_F(WaveFileData, AClosedFileHoldsItsFourChunksOnly) {
 TEST_F(WaveFileData, CountersFollowHeaderAndSamples) {
   ASSERT_TRUE(Open());
   const std::uint64_t header = Bytes("Out.wav").size();
-  EXPECT_EQ(m_data.m_nFileBytes, header);
-  EXPECT_EQ(m_data.m_nTotalBytes, header);
+  EXPECT_EQ(m_data.FileBytes(), header);
+  EXPECT_EQ(m_data.TotalBytes(), header);
   ASSERT_TRUE(Write("abcdefgh"));
-  EXPECT_EQ(m_data.m_nFileBytes, header + 8);
-  EXPECT_EQ(m_data.m_nFileDataBytes, 8);
-  EXPECT_EQ(m_data.m_nTotalBytes, header + 8);
+  EXPECT_EQ(m_data.FileBytes(), header + 8);
+  EXPECT_EQ(m_data.FileDataBytes(), 8);
+  EXPECT_EQ(m_data.TotalBytes(), header + 8);
   EXPECT_EQ(m_data.TotalDataBytes(), 8);
 }
 
@@ -252,7 +263,7 @@ TEST_F(WaveFileData, AKilledOutputCoversEveryBlockOfAWavFile) {
 }
 
 TEST_F(WaveFileData, AFullSequenceOfRf64CountsSingleValues) {
-  m_data.m_bRF64 = true;
+  m_description.bRF64 = true;
   ASSERT_TRUE(Open());
   ASSERT_TRUE(Write(std::string(4000, 'x')));
   ASSERT_TRUE(m_data.Close());
@@ -265,7 +276,7 @@ TEST_F(WaveFileData, AFullSequenceOfRf64CountsSingleValues) {
 TEST_F(WaveFileData, AnUnsplitOutputHasNoNumberAndNoPreviousFile) {
   ASSERT_TRUE(Open());
   m_data.Close();
-  EXPECT_EQ(m_data.m_strFileName, m_folder / "Out.wav");
+  EXPECT_EQ(m_data.FileName(), m_folder / "Out.wav");
   EXPECT_EQ(Metadata("Out.wav").Find("PreviousFile"), "");
   EXPECT_EQ(Metadata("Out.wav").Find("Sequence"), "0");
   EXPECT_FALSE(Exists("Out 000.wav"));
@@ -274,16 +285,16 @@ TEST_F(WaveFileData, AnUnsplitOutputHasNoNumberAndNoPreviousFile) {
 TEST_F(WaveFileData, AfterCloseAWriteReportsFileNotOpen) {
   ASSERT_TRUE(Open());
   ASSERT_TRUE(m_data.Close());
-  EXPECT_EQ(m_data.m_pWriter, nullptr);
+  EXPECT_FALSE(m_data.IsOpen());
   EXPECT_FALSE(Write("abcd"));
-  EXPECT_EQ(m_data.m_strLastError, "File not open");
+  EXPECT_EQ(m_data.LastError(), "File not open");
   EXPECT_TRUE(m_data.Close());
 }
 
 TEST_F(WaveFileData, DestructionLeavesTheFileUnfinished) {
   {
     CWaveFileData data;
-    data.m_nSampleRate = kRate;
+    data.Describe(m_description);
     ASSERT_TRUE(data.Open(m_folder / "Out.wav", 0, kTag));
     ASSERT_TRUE(data.Write("abcd", 2, 16));
   }
@@ -291,46 +302,45 @@ TEST_F(WaveFileData, DestructionLeavesTheFileUnfinished) {
 }
 
 TEST_F(WaveFileData, TheDurationLimitClosesWithoutAMessage) {
+  m_description.nMaxSeconds = 600;
   ASSERT_TRUE(Open());
   ASSERT_TRUE(Write("abcd"));
-  m_data.m_nMaxSeconds = 60;
-  m_data.m_tOpened = CurrentTime() - 30;
+  m_data.m_nSecondsOn = 30;
   ASSERT_TRUE(Write("efgh"));
-  m_data.m_tOpened = CurrentTime() - 1000;
+  m_data.m_nSecondsOn = 1000;
   EXPECT_TRUE(Write("dropped!"));
-  EXPECT_EQ(m_data.m_strLastError, "");
-  EXPECT_EQ(m_data.m_pWriter, nullptr);
+  EXPECT_EQ(m_data.LastError(), "");
+  EXPECT_FALSE(m_data.IsOpen());
   EXPECT_EQ(Samples("Out.wav"), "abcdefgh");
   EXPECT_EQ(ChunksOf(Bytes("Out.wav")).back().identifier, "LIST");
 }
 
 TEST_F(WaveFileData, AnUnsupportedWidthFinishesTheFileAndFails) {
-  m_data.m_nBitsPerSample = 8;
+  m_description.nBitsPerSample = 8;
   ASSERT_TRUE(Open());
   EXPECT_FALSE(m_data.Write("abcd", 4, 8));
-  EXPECT_THAT(m_data.m_strLastError, StartsWith("Error writing 4 bytes - "));
-  EXPECT_EQ(m_data.m_pWriter, nullptr);
+  EXPECT_THAT(m_data.LastError(), StartsWith("Error writing 4 bytes - "));
+  EXPECT_FALSE(m_data.IsOpen());
   EXPECT_EQ(Samples("Out.wav"), "");
   EXPECT_EQ(ChunksOf(Bytes("Out.wav")).back().identifier, "LIST");
 }
 
 TEST_F(WaveFileData, AFileThatCannotBeCreatedChangesNoCounter) {
   EXPECT_FALSE(Open("none/Out.wav"));
-  EXPECT_NE(m_data.m_strLastError, "");
-  EXPECT_NE(m_data.m_dwLastError, 0U);
-  EXPECT_NE(m_data.m_pWriter, nullptr);
-  EXPECT_EQ(m_data.m_nTotalBytes, 0U);
+  EXPECT_NE(m_data.LastError(), "");
+  EXPECT_NE(m_data.LastErrorCode(), 0U);
+  EXPECT_EQ(m_data.TotalBytes(), 0U);
   EXPECT_TRUE(m_data.Files().empty());
   EXPECT_FALSE(Write("abcd"));
-  EXPECT_THAT(m_data.m_strLastError, StartsWith("Error writing 4 bytes - "));
-  EXPECT_EQ(m_data.m_pWriter, nullptr);
-  EXPECT_EQ(m_data.m_dStartOffset, 0.0);
+  EXPECT_THAT(m_data.LastError(), StartsWith("Error writing 4 bytes - "));
+  EXPECT_FALSE(m_data.IsOpen());
+  EXPECT_EQ(m_data.StartOffset(), 0.0);
 }
 
 // ---- split outputs
 
 TEST_F(WaveFileData, SplitFilesAreNumberedBeforeTheExtension) {
-  m_data.m_nSplitMB = 1;
+  m_description.nSplitMB = 1;
   ASSERT_TRUE(Open("Out 1.5 MHz.wav"));
   const std::string block(1'000'000, 's');
   for (int count = 0; count < 3; ++count) ASSERT_TRUE(Write(block));
@@ -339,12 +349,11 @@ TEST_F(WaveFileData, SplitFilesAreNumberedBeforeTheExtension) {
                                           m_folder / "Out 1.5 MHz 002.wav"));
   for (const std::string& path : m_data.Files()) EXPECT_EQ(Samples(platform::NameOf(path)), block);
   EXPECT_EQ(m_data.TotalDataBytes(), 3'000'000);
-  EXPECT_EQ(m_data.m_strFileName, m_folder / "Out 1.5 MHz 002.wav");
-  EXPECT_EQ(m_data.m_strBaseFileName, m_folder / "Out 1.5 MHz.wav");
+  EXPECT_EQ(m_data.FileName(), m_folder / "Out 1.5 MHz 002.wav");
 }
 
 TEST_F(WaveFileData, FileZeroHasNoPreviousFileAndFileOneNamesFileZero) {
-  m_data.m_nSplitMB = 1;
+  m_description.nSplitMB = 1;
   ASSERT_TRUE(Open());
   const std::string block(1'000'000, 's');
   for (int count = 0; count < 3; ++count) ASSERT_TRUE(Write(block));
@@ -361,7 +370,7 @@ TEST_F(WaveFileData, FileZeroHasNoPreviousFileAndFileOneNamesFileZero) {
 }
 
 TEST_F(WaveFileData, EveryFileCarriesTheTimeOfItsOwnFirstSample) {
-  m_data.m_nSplitMB = 1;
+  m_description.nSplitMB = 1;
   ASSERT_TRUE(Open());
   // 250,125 frames at 1000 frames/s are 250.125 s a file; whole seconds are written, fractions add up.
   const std::string block(1'000'500, 's');
@@ -371,15 +380,15 @@ TEST_F(WaveFileData, EveryFileCarriesTheTimeOfItsOwnFirstSample) {
   EXPECT_EQ(Metadata("Out 001.wav").FindNumber("UTCSeconds"), kStart + 250);
   EXPECT_EQ(Metadata("Out 007.wav").FindNumber("UTCSeconds"), kStart + 1750);
   EXPECT_EQ(Metadata("Out 008.wav").FindNumber("UTCSeconds"), kStart + 2001);
-  EXPECT_DOUBLE_EQ(m_data.m_dStartOffset, 9 * 250.125);
+  EXPECT_DOUBLE_EQ(m_data.StartOffset(), 9 * 250.125);
 }
 
 TEST_F(WaveFileData, AnOutputOfExactlyTheSplitSizeHasNoEmptyFileBehindIt) {
-  m_data.m_nSplitMB = 1;
+  m_description.nSplitMB = 1;
   ASSERT_TRUE(Open());
   const std::size_t header = Bytes("Out 000.wav").size();
   ASSERT_TRUE(Write(std::string(1'000'000 - header, 's')));
-  EXPECT_EQ(m_data.m_nFileBytes, 1'000'000U);
+  EXPECT_EQ(m_data.FileBytes(), 1'000'000U);
   EXPECT_THAT(m_data.Files(), ElementsAre(m_folder / "Out 000.wav"));
   ASSERT_TRUE(Write("abcd"));
   m_data.Close();
@@ -387,8 +396,7 @@ TEST_F(WaveFileData, AnOutputOfExactlyTheSplitSizeHasNoEmptyFileBehindIt) {
   EXPECT_EQ(Samples("Out 001.wav"), "abcd");
 
   CWaveFileData other;
-  other.m_nSampleRate = kRate;
-  other.m_nSplitMB = 1;
+  other.Describe(m_description);
   ASSERT_TRUE(other.Open(m_folder / "Other.wav", 0, kTag));
   const std::string rest(1'000'000 - Bytes("Other 000.wav").size(), 's');
   ASSERT_TRUE(other.Write(rest.data(), static_cast<std::uint32_t>(rest.size() / 2), 16));
@@ -397,7 +405,7 @@ TEST_F(WaveFileData, AnOutputOfExactlyTheSplitSizeHasNoEmptyFileBehindIt) {
 }
 
 TEST_F(WaveFileData, TheSplitSizeIsReachedByTheLastStartedThousand) {
-  m_data.m_nSplitMB = 1;
+  m_description.nSplitMB = 1;
   ASSERT_TRUE(Open());
   const std::size_t header = Bytes("Out 000.wav").size();
   ASSERT_TRUE(Write(std::string(999'000 - header, 's')));
@@ -408,7 +416,7 @@ TEST_F(WaveFileData, TheSplitSizeIsReachedByTheLastStartedThousand) {
 }
 
 TEST_F(WaveFileData, APieceOfTheBlockBeforeItStaysInItsFileWhateverTheSize) {
-  m_data.m_nSplitMB = 1;
+  m_description.nSplitMB = 1;
   ASSERT_TRUE(Open());
   ASSERT_TRUE(Write(std::string(1'200'000, 's')));
   ASSERT_TRUE(m_data.Write("abcd", 2, 16, false));
@@ -420,7 +428,7 @@ TEST_F(WaveFileData, APieceOfTheBlockBeforeItStaysInItsFileWhateverTheSize) {
 }
 
 TEST_F(WaveFileData, SplitBytesInOrderAreTheBytesOfTheWholeOutput) {
-  m_data.m_nSplitMB = 1;
+  m_description.nSplitMB = 1;
   ASSERT_TRUE(Open());
   std::string all;
   for (char letter = 'a'; letter < 'k'; ++letter) {
@@ -436,8 +444,8 @@ TEST_F(WaveFileData, SplitBytesInOrderAreTheBytesOfTheWholeOutput) {
 }
 
 TEST_F(WaveFileData, RF64OutputsAreSplitToo) {
-  m_data.m_bRF64 = true;
-  m_data.m_nSplitMB = 1;
+  m_description.bRF64 = true;
+  m_description.nSplitMB = 1;
   ASSERT_TRUE(Open());
   const std::string block(1'000'000, 's');
   ASSERT_TRUE(Write(block));
@@ -465,8 +473,8 @@ TEST_F(WaveFileData, ABasePathWithoutADotOrWithItsOnlyOneInFrontServesEveryFile)
   const CWorkingFolder working(m_folder.Path());
   for (const std::string base : {"Out", ".Out"}) {
     m_data.Reset();
-    m_data.m_nSplitMB = 1;
-    ASSERT_TRUE(m_data.Open(base, 0, kTag));
+    m_description.nSplitMB = 1;
+    ASSERT_TRUE(OpenPath(base));
     ASSERT_TRUE(Write(std::string(1'000'000, 's')));
     ASSERT_TRUE(Write("abcd"));
     m_data.Close();
@@ -476,18 +484,18 @@ TEST_F(WaveFileData, ABasePathWithoutADotOrWithItsOnlyOneInFrontServesEveryFile)
 }
 
 TEST_F(WaveFileData, ANextFileThatCannotBeCreatedClosesTheOutput) {
-  m_data.m_nSplitMB = 1;
+  m_description.nSplitMB = 1;
   std::filesystem::create_directory(test::PathOf(m_folder / "Out 001.wav"));
   ASSERT_TRUE(Open());
   const std::string block(1'000'000, 's');
   ASSERT_TRUE(Write(block));
   EXPECT_FALSE(Write("abcd"));
-  EXPECT_NE(m_data.m_strLastError, "");
+  EXPECT_NE(m_data.LastError(), "");
   EXPECT_EQ(Samples("Out 000.wav"), block);
   EXPECT_FALSE(Write("efgh"));
-  EXPECT_EQ(m_data.m_strLastError, "File not open");
+  EXPECT_EQ(m_data.LastError(), "File not open");
   EXPECT_TRUE(m_data.Close());
-  EXPECT_DOUBLE_EQ(m_data.m_dStartOffset, 250.0);
+  EXPECT_DOUBLE_EQ(m_data.StartOffset(), 250.0);
   EXPECT_FALSE(Exists("Out 002.wav"));
 }
 
