@@ -134,16 +134,14 @@ void CCutJob::Handle(const SMessage& message) {
 }
 
 SProgressSpan CCutJob::BatchSpan(const CEntryList& entries) const {
-  const std::size_t count = std::min<std::size_t>(entries.Size(), m_job.MaxEntries());
   const double frameBytes = 2.0 * m_recording.nBitsPerSample / 8.0;
   SProgressSpan span;
   span.dInputBytes = static_cast<double>(m_recording.TotalBytes());
   span.dBegin = span.dInputBytes;
-  for (std::size_t i = 0; i < count; ++i) {
-    const OutputEntry& entry = entries[i];
-    const double begin = static_cast<double>(entry.nStartSample) * frameBytes;
+  for (const OutputEntry* entry : m_job.Batch(entries)) {
+    const double begin = static_cast<double>(entry->nStartSample) * frameBytes;
     const double end =
-        entry.nTotalSamples == 0 ? span.dInputBytes : begin + static_cast<double>(entry.nTotalSamples) * frameBytes;
+        entry->nTotalSamples == 0 ? span.dInputBytes : begin + static_cast<double>(entry->nTotalSamples) * frameBytes;
     span.dBegin = std::min(span.dBegin, begin);
     span.dEnd = std::max(span.dEnd, end);
   }

@@ -173,12 +173,6 @@ void CEntryList::Remove(const std::vector<std::size_t>& indices) {
   IndexEntries();
 }
 
-void CEntryList::RemoveFirst(std::size_t count) {
-  const std::size_t removed = std::min(count, m_entries.size());
-  m_entries.erase(m_entries.begin(), m_entries.begin() + static_cast<std::ptrdiff_t>(removed));
-  IndexEntries();
-}
-
 std::vector<const OutputEntry*> CEntryList::Pointers() const {
   std::vector<const OutputEntry*> pointers;
   pointers.reserve(m_entries.size());

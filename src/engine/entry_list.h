@@ -59,7 +59,6 @@ class CEntryList {
 
   void Reset();                                          // removes all
   void Remove(const std::vector<std::size_t>& indices);  // any order; indices beyond the end are ignored
-  void RemoveFirst(std::size_t count);
 
   std::size_t Size() const { return m_entries.size(); }
   const OutputEntry& operator[](std::size_t index) const { return *m_entries[index]; }

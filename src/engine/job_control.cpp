@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "engine/background_thread_reader.h"
 #include "engine/block_reader.h"
@@ -32,15 +33,16 @@ CJobControl::~CJobControl() {
 }
 
 EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& recording) {
-  std::vector<const OutputEntry*> chosen = entries.Pointers();
-  if (chosen.size() > MaxEntries()) {
+  if (!std::exchange(m_bContinues, false)) m_failed.clear();
+  const bool tooMany = MoreThanOneBatch(entries);
+  std::vector<const OutputEntry*> chosen = Batch(entries);
+  if (tooMany) {
     // The numbers stand in this order although the wording suggests the reverse; users know the text as it is.
     const SMessageBox box{"Start",
                           Format("The maximum entries which can be processed is %d, you have added %d.\n\nContinue?",
-                                 static_cast<int>(chosen.size()), static_cast<int>(MaxEntries())),
+                                 static_cast<int>(entries.Size()), static_cast<int>(MaxEntries())),
                           EButtons::YesNo, EIcon::Stop};
     if (m_questions.Ask(EJobQuestion::TooManyEntries, box) != EAnswer::Yes) return EStartResult::Declined;
-    chosen.resize(MaxEntries());
   }
   if (const auto obstacle = FindObstacle(chosen, recording)) {
     m_questions.Ask(EJobQuestion::CannotStart, {"Start", obstacle->strText, EButtons::Ok, EIcon::Stop});
@@ -114,6 +116,7 @@ std::optional<CJobControl::SObstacle> CJobControl::FindObstacle(const std::vecto
 
 bool CJobControl::BeginJob() {
   m_bJobRunning = true;
+  m_jobEntries.clear();
   m_results.clear();
   m_questions.JobStarting();
   m_target.PostNumbers(RegisterMessage(kProgressMessageName), kProgressTotal, 0);
@@ -142,6 +145,7 @@ std::optional<std::string> CJobControl::RemoveOldParts(const std::vector<const O
 }
 
 void CJobControl::PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording) {
+  m_jobEntries = entries;
   m_pReader->Post(request::kCreateWriters, static_cast<std::int32_t>(entries.size()));
   std::int64_t seek = entries.front()->nStartSample;
   for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -184,8 +188,24 @@ void CJobControl::FinishJob() {
 
 std::vector<SEntryState> CJobControl::EntryStates() const {
   std::vector<SEntryState> states;
-  for (const SOutputResult& result : m_results) states.push_back({result.state, 0, result.strError});
+  for (std::size_t i = 0; i < m_results.size(); ++i) {
+    states.push_back({m_results[i].state, 0, m_results[i].strError, m_jobEntries[i]});
+  }
   return states;
+}
+
+std::vector<const OutputEntry*> CJobControl::Batch(const CEntryList& entries) const {
+  std::vector<const OutputEntry*> batch = entries.Pointers();
+  std::erase_if(batch, [this](const OutputEntry* entry) { return m_failed.contains(entry); });
+  if (batch.size() > MaxEntries()) batch.resize(MaxEntries());
+  return batch;
+}
+
+bool CJobControl::MoreThanOneBatch(const CEntryList& entries) const {
+  const auto pointers = entries.Pointers();
+  const auto failed =
+      std::count_if(pointers.begin(), pointers.end(), [this](const auto* entry) { return m_failed.contains(entry); });
+  return pointers.size() - static_cast<std::size_t>(failed) > MaxEntries();
 }
 
 bool CJobControl::ContinueBatch(CEntryList& entries) {
@@ -195,8 +215,20 @@ bool CJobControl::ContinueBatch(CEntryList& entries) {
                                static_cast<int>(entries.Size()), static_cast<int>(MaxEntries())),
                         EButtons::YesNo, EIcon::Stop};
   if (m_questions.Ask(EJobQuestion::ContinueBatch, box) != EAnswer::Yes) return false;
-  entries.RemoveFirst(MaxEntries());
+  const std::vector<const OutputEntry*> batch = Batch(entries);
+  std::set<const OutputEntry*> processed(batch.begin(), batch.end());
+  for (const SEntryState& state : EntryStates()) {
+    if (state.state == EOutputState::Done) continue;
+    processed.erase(state.pEntry);
+    m_failed.insert(state.pEntry);
+  }
+  std::vector<std::size_t> indices;
+  for (std::size_t i = 0; i < entries.Size(); ++i) {
+    if (processed.contains(&entries[i])) indices.push_back(i);
+  }
+  entries.Remove(indices);
   entries.Rebuild();
+  m_bContinues = true;
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -61,8 +62,9 @@ class CJobControl {
   unsigned Processors() const { return m_nProcessors; }
   unsigned MaxEntries() const { return 4 * m_nProcessors; }
 
-  // Starts a job over the first entries of the list. What stands in the way is put to the user; nothing is created
-  // then. The list and the recording must stay unchanged until the job has ended.
+  // Starts a job over the first entries of the list, but not those that failed in a batch that this one continues. What
+  // stands in the way is put to the user; nothing is created then. The list and the recording must stay unchanged until
+  // the job has ended.
   EStartResult Start(const CEntryList& entries, const CRecordingSet& recording);
   // Ends a running job; every file is finished and closed on return.
   void Stop();
@@ -71,10 +73,13 @@ class CJobControl {
   // To be called whenever the owner has nothing else to do. True once, when the job has just ended on its own; all
   // files are closed then.
   bool OnIdle();
+  // The entries that the job just started processes, or the next one will: the first of the list, without those that
+  // failed in an earlier batch.
+  std::vector<const OutputEntry*> Batch(const CEntryList& entries) const;
   // Whether the list holds more entries than the batch just processed.
-  bool MoreThanOneBatch(const CEntryList& entries) const { return entries.Size() > MaxEntries(); }
-  // Asks whether to go on; on Yes the processed entries are removed from the list and rebuilt, and true is returned:
-  // the owner then calls Start again.
+  bool MoreThanOneBatch(const CEntryList& entries) const;
+  // Asks whether to go on; on Yes the processed entries are removed from the list, but for those that failed, the list
+  // is rebuilt, and true is returned: the owner then calls Start again, which leaves the failed ones alone.
   bool ContinueBatch(CEntryList& entries);
 
   // Of the last job, in the order of its entries; valid when no job is running.
@@ -104,6 +109,9 @@ class CJobControl {
   bool m_bJobRunning = false;
   bool m_bReaderConfigured = false;
   std::unique_ptr<CBackgroundThreadReader> m_pReader;
+  std::vector<const OutputEntry*> m_jobEntries;  // of the running job or the last one
+  std::set<const OutputEntry*> m_failed;         // in the earlier batches that the next Start goes on from
+  bool m_bContinues = false;                     // the next Start goes on
   std::vector<SOutputResult> m_results;
   std::int64_t m_nInputBytesRead = 0;
 };

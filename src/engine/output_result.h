@@ -7,6 +7,8 @@
 
 namespace carvello {
 
+struct OutputEntry;
+
 enum class EOutputState {
   Waiting,  // not begun
   Running,
@@ -18,8 +20,9 @@ enum class EOutputState {
 // One entry of the running job, or of the last one, for a window to show.
 struct SEntryState {
   EOutputState state = EOutputState::Waiting;
-  std::uint32_t nProgress = 0;  // of its span, in ten-thousandths
-  std::string strReason;        // of a failure
+  std::uint32_t nProgress = 0;          // of its span, in ten-thousandths
+  std::string strReason;                // of a failure
+  const OutputEntry* pEntry = nullptr;  // of the list that the job was started with
 };
 
 struct SOutputResult {
@@ -29,11 +32,11 @@ struct SOutputResult {
   std::uint32_t nBandwidth = 0;       // Hz, as the entry asks for it
   std::uint32_t nSampleRate = 0;      // frames/s, as the files tell; 0 when none was made
   std::uint32_t nBitsPerSample = 0;
-  std::int64_t nFrames = 0;  // complex samples written over all files
-  std::uint64_t nBytes = 0;  // sample bytes written over all files
+  std::int64_t nFrames = 0;     // complex samples written over all files
+  std::uint64_t nBytes = 0;     // sample bytes written over all files
   std::int64_t nFramesDue = 0;  // complex samples that the whole entry takes; 0 when it is not known
   EOutputState state = EOutputState::Waiting;
-  bool bOk = false;  // state is Done
+  bool bOk = false;      // state is Done
   std::string strError;  // empty when bOk
 };
 

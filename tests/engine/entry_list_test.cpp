@@ -251,7 +251,7 @@ TEST_F(EntryListTest, TheNameOfARemovedEntryIsFreeAgain) {
   list.Remove({0});
   list.Rebuild();
   EXPECT_EQ(addAt(20), name);
-  list.RemoveFirst(1);
+  list.Remove({0});
   EXPECT_EQ(addAt(30), second);
   list.Reset();
   EXPECT_EQ(addAt(40), name);
@@ -326,9 +326,7 @@ TEST_F(EntryListTest, RemoveTakesAnyOrderAndIgnoresWhatIsNotThere) {
   list.AddSequence(fields, 0, 40, 10, [](const SEntryProblem&) {});
   list.Remove({3, 0, 99, 3});
   EXPECT_THAT(Frequencies(), ElementsAre(10, 20, 40));
-  list.RemoveFirst(2);
-  EXPECT_THAT(Frequencies(), ElementsAre(40));
-  list.RemoveFirst(9);
+  list.Remove({0, 1, 2});
   EXPECT_EQ(list.Size(), 0u);
 }
 

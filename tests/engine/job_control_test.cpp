@@ -164,6 +164,86 @@ TEST_F(JobControlTest, NoAfterABatchKeepsEveryEntry) {
   EXPECT_EQ(list.Size(), 9u);
 }
 
+TEST_F(JobControlTest, WhatFailedInABatchStaysInTheListAndIsNotRunAgainByTheNext) {
+  AddEntries(18);
+  const OutputEntry* failing = &list[2];
+  std::filesystem::create_directory(failing->strFileName);  // no file can be made in its place
+  answers.answers = {EAnswer::Yes, EAnswer::Yes, EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  const auto states = jobs.EntryStates();
+  ASSERT_THAT(states, SizeIs(8));
+  for (std::size_t i = 0; i < 8; ++i) {
+    EXPECT_EQ(states[i].pEntry, &list[i]);
+    EXPECT_EQ(states[i].state, i == 2 ? EOutputState::Failed : EOutputState::Done);
+  }
+  ASSERT_TRUE(jobs.ContinueBatch(list));
+  EXPECT_THAT(answers.asked.back().second.strText, testing::StartsWith("18 of 8 "));
+  ASSERT_EQ(list.Size(), 11u);
+  EXPECT_EQ(&list[0], failing);
+
+  EXPECT_TRUE(jobs.MoreThanOneBatch(list));
+  answers.answers = {EAnswer::Yes, EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  ASSERT_THAT(jobs.Batch(list), SizeIs(8));
+  RunToEnd();
+  ASSERT_THAT(jobs.Results(), SizeIs(8));
+  EXPECT_EQ(jobs.Results()[0].strFileName, list[1].strFileName);
+  ASSERT_TRUE(jobs.ContinueBatch(list));
+  ASSERT_EQ(list.Size(), 3u);
+  EXPECT_EQ(&list[0], failing);
+
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  ASSERT_THAT(jobs.Results(), SizeIs(2));
+  EXPECT_TRUE(jobs.Results()[0].bOk && jobs.Results()[1].bOk);
+  EXPECT_FALSE(jobs.MoreThanOneBatch(list));
+}
+
+TEST_F(JobControlTest, FailedEntriesThatStayedDoNotMakeAnotherBatch) {
+  AddEntries(9);
+  for (std::size_t i = 0; i < 8; ++i) std::filesystem::create_directory(list[i].strFileName);
+  answers.answers = {EAnswer::Yes, EAnswer::Yes, EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  ASSERT_TRUE(jobs.ContinueBatch(list));
+  EXPECT_EQ(list.Size(), 9u);
+  EXPECT_FALSE(jobs.MoreThanOneBatch(list));
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_THAT(jobs.Results(), SizeIs(1));
+  EXPECT_FALSE(jobs.ContinueBatch(list));
+}
+
+TEST_F(JobControlTest, ANewStartRunsWhatFailedInEarlierBatches) {
+  AddEntries(9);
+  std::filesystem::create_directory(list[0].strFileName);
+  answers.answers = {EAnswer::Yes, EAnswer::Yes, EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  ASSERT_TRUE(jobs.ContinueBatch(list));
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  std::filesystem::remove(list[0].strFileName);
+  answers.answers = {EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  ASSERT_THAT(jobs.Results(), SizeIs(2));
+  EXPECT_TRUE(jobs.Results()[0].bOk);
+}
+
+TEST_F(JobControlTest, StatesTellTheirEntriesAlsoWhereExistingFilesLeaveSomeOut) {
+  AddEntries(3);
+  std::filesystem::copy_file(m_folder / "in.wav", list[1].strFileName);
+  answers.answers = {EAnswer::No};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  const auto states = jobs.EntryStates();
+  ASSERT_THAT(states, SizeIs(2));
+  EXPECT_EQ(states[0].pEntry, &list[0]);
+  EXPECT_EQ(states[1].pEntry, &list[2]);
+}
+
 TEST_F(JobControlTest, OneExistingFileOfOneEntryIsAskedAboutInTheSingular) {
   AddEntries(1);
   std::filesystem::copy_file(m_folder / "in.wav", list[0].strFileName);
