@@ -4,6 +4,7 @@
 #include <cmath>
 #include <iomanip>
 #include <sstream>
+#include <utility>
 
 #include "kernels.h"
 #include "stage_plan.h"
@@ -58,14 +59,16 @@ void CDownconverter::Build() {
   }
   m_fRateOut = m_fRateIn;
   std::size_t nPiece = kPiece;
-  m_Chain.reserve(plans.size());
+  std::vector<SLink> chain;
+  chain.reserve(plans.size());
   for (const SStagePlan& plan : plans) {
     CFirStage stage(plan);
     nPiece = stage.MaxOutput(nPiece);
     const double fInputRate = m_fRateOut;
     m_fRateOut /= plan.Ratio();
-    m_Chain.push_back({std::move(stage), std::vector<SComplex>(nPiece), fInputRate, m_fRateOut});
+    chain.push_back({std::move(stage), std::vector<SComplex>(nPiece), fInputRate, m_fRateOut});
   }
+  m_Chain = std::move(chain);
   m_bReady = true;
 }
 
@@ -101,6 +104,7 @@ std::size_t CDownconverter::RunPiece(const SComplex* input, std::size_t count, S
 std::string CDownconverter::Description() const {
   if (!m_bReady) return "no rates set\n";
   std::ostringstream text;
+  text.exceptions(std::ios::badbit);  // a text that memory cuts short tells something else
   text << std::fixed << std::setprecision(3);
   text << m_fRateIn << " to " << m_fRateOut << " samples/s, " << Kernels().pszName << " kernels\n";
   if (m_Chain.empty()) text << "samples pass unchanged\n";

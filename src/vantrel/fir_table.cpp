@@ -1,10 +1,13 @@
 #include "fir_table.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
-#include <deque>
+#include <condition_variable>
+#include <list>
 #include <mutex>
 #include <numbers>
+#include <utility>
 
 #include "alias_filter.h"
 #include "kernels.h"
@@ -45,6 +48,61 @@ class CCubicFit {
 
  private:
   std::array<double, kCoefficients> m_Nodes{};
+};
+
+// The tables that there are. Different ones are designed side by side, and who wants one that is being designed waits
+// for it.
+class CTableShelf {
+ public:
+  std::shared_ptr<const CFirTable> Table(const SStagePlan& key, const SStagePlan& plan) {
+    std::unique_lock lock(m_Mutex);
+    for (;;) {
+      const auto found = std::find_if(m_Places.begin(), m_Places.end(), [&](const auto& x) { return x.key == key; });
+      if (found == m_Places.end()) break;
+      if (found->bInDesign) {
+        m_DesignEnds.wait(lock);
+      } else if (auto pTable = found->pTable.lock()) {
+        return pTable;
+      } else {
+        m_Places.erase(found);
+      }
+    }
+    const auto place = m_Places.insert(m_Places.end(), SPlace{key, {}});
+    lock.unlock();
+    std::shared_ptr<const CFirTable> pTable;
+    try {
+      pTable = std::make_shared<const CFirTable>(plan);
+    } catch (...) {
+      // Whoever waits for it tries itself.
+      lock.lock();
+      m_Places.erase(place);
+      m_DesignEnds.notify_all();
+      throw;
+    }
+    lock.lock();
+    place->pTable = pTable;
+    place->bInDesign = false;
+    m_DesignEnds.notify_all();
+    m_Places.remove_if([](const SPlace& other) { return !other.bInDesign && other.pTable.expired(); });
+    // The one that falls off the end may be the last to hold its table, which then goes without the lock.
+    std::shared_ptr<const CFirTable> pOldest = std::exchange(m_Latest[m_nLatest], pTable);
+    m_nLatest = (m_nLatest + 1) % m_Latest.size();
+    lock.unlock();
+    return pTable;
+  }
+
+ private:
+  struct SPlace {
+    SStagePlan key;
+    std::weak_ptr<const CFirTable> pTable;
+    bool bInDesign = true;
+  };
+
+  std::mutex m_Mutex;
+  std::condition_variable m_DesignEnds;
+  std::list<SPlace> m_Places;
+  std::array<std::shared_ptr<const CFirTable>, kLatestTables> m_Latest;
+  std::size_t m_nLatest = 0;  // where the next one goes
 };
 
 }  // namespace
@@ -108,29 +166,12 @@ void CFirTable::FillCubic(const CKaiserLowPass& design) {
 }
 
 std::shared_ptr<const CFirTable> SharedFirTable(const SStagePlan& plan) {
-  struct SEntry {
-    SStagePlan key;
-    std::weak_ptr<const CFirTable> table;
-  };
-  static std::mutex s_Mutex;
-  static std::vector<SEntry> s_Entries;
-  static std::deque<std::shared_ptr<const CFirTable>> s_Latest;
-
+  static CTableShelf s_Shelf;
   // A low-pass does not depend on the step, nor do cubic rows on the phases.
   SStagePlan key = plan;
   if (key.kind == SStagePlan::EKind::LowPass) key.nStep = 0;
   if (key.nPhases > CFirTable::kMostExactPhases) key.nPhases = 0;
-  const std::lock_guard lock(s_Mutex);
-  std::erase_if(s_Entries, [](const SEntry& entry) { return entry.table.expired(); });
-  for (const SEntry& entry : s_Entries) {
-    if (!(entry.key == key)) continue;
-    if (auto table = entry.table.lock()) return table;
-  }
-  auto table = std::make_shared<const CFirTable>(plan);
-  s_Entries.push_back({key, table});
-  s_Latest.push_back(table);
-  if (s_Latest.size() > kLatestTables) s_Latest.pop_front();
-  return table;
+  return s_Shelf.Table(key, plan);
 }
 
 }  // namespace vantrel

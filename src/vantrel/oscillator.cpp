@@ -17,11 +17,15 @@ std::complex<double> Turn(std::uint64_t residue, std::uint32_t rate) {
 }
 
 constexpr std::size_t kLeastBlock = 512;
-constexpr std::uint64_t kLongestPeriod = 8192;  // its tables still fit into a processor's own cache
 
 constexpr std::uint64_t kNoBlock = ~std::uint64_t{0};
 
 }  // namespace
+
+COscillator::COscillator(std::uint64_t position)
+    : m_nPosition(position), m_Cosines(2 * kLongestPeriod), m_AlternatingSines(2 * kLongestPeriod) {
+  static_assert(kLeastBlock <= kLongestPeriod);
+}
 
 std::uint64_t COscillator::Residue(std::uint64_t samples) const {
   return m_nStep * (samples % m_nRate) % m_nRate;  // both factors are below 2^32
@@ -38,8 +42,6 @@ void COscillator::SetFrequency(std::int64_t shift, std::uint32_t rate) {
   const std::uint64_t nPeriod = rate / std::gcd(m_nStep, std::uint64_t{rate});
   m_bPeriodic = nPeriod <= kLongestPeriod;
   m_nBlockLength = m_bPeriodic ? (kLeastBlock + nPeriod - 1) / nPeriod * nPeriod : kLeastBlock;
-  m_Cosines.resize(2 * m_nBlockLength);
-  m_AlternatingSines.resize(2 * m_nBlockLength);
   for (std::size_t i = 0; i < m_nBlockLength; ++i) {
     const std::complex<double> turn = Turn(Residue(i), rate);
     m_Cosines[2 * i] = m_Cosines[2 * i + 1] = static_cast<float>(turn.real());
@@ -47,7 +49,6 @@ void COscillator::SetFrequency(std::int64_t shift, std::uint32_t rate) {
     m_AlternatingSines[2 * i + 1] = static_cast<float>(turn.imag());
   }
   if (m_bPeriodic) return;
-  m_BlockTurns.resize(kGroup);
   for (std::size_t i = 0; i < kGroup; ++i) m_BlockTurns[i] = Turn(Residue(i * m_nBlockLength), rate);
 }
 
@@ -61,7 +62,7 @@ void COscillator::SeekBlock(std::uint64_t block) {
 }
 
 void COscillator::Process(std::int64_t shift, std::uint32_t rate, const SComplex* source, std::size_t count,
-                          SComplex* destination) {
+                          SComplex* destination) noexcept {
   if (shift != m_nShift || rate != m_nRate) SetFrequency(shift, rate);
   if (m_nStep == 0) {
     if (destination != source) std::memmove(destination, source, count * sizeof(SComplex));

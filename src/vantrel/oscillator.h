@@ -1,10 +1,10 @@
 // The oscillator that brings a frequency to 0 Hz, exact for any length of signal.
 #pragma once
 
+#include <array>
 #include <complex>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "aligned_floats.h"
 #include "sample.h"
@@ -17,16 +17,19 @@ namespace vantrel {
 // leads there. Blocks stand at fixed sample numbers, whatever calls they come in.
 class COscillator {
  public:
-  // The next sample is number `position`.
-  explicit COscillator(std::uint64_t position = 0) : m_nPosition(position) {}
+  // The next sample is number `position`. All memory that any shift and rate need is taken here.
+  explicit COscillator(std::uint64_t position = 0);
+
+  void Restart() { m_nPosition = 0; }
 
   // In place is allowed. A shift or rate other than before takes effect as if it had been there from sample 0. A shift
   // of 0 (or a multiple of the rate), or a rate of 0, only copies.
   void Process(std::int64_t shift, std::uint32_t rate, const SComplex* source, std::size_t count,
-               SComplex* destination);
+               SComplex* destination) noexcept;
 
  private:
-  static constexpr std::size_t kGroup = 64;  // blocks
+  static constexpr std::size_t kGroup = 64;            // blocks
+  static constexpr std::size_t kLongestPeriod = 8192;  // its tables still fit into a processor's own cache
 
   void SetFrequency(std::int64_t shift, std::uint32_t rate);
   void RotateInBlock(const SComplex* source, std::size_t count, SComplex* destination);
@@ -42,10 +45,10 @@ class COscillator {
   bool m_bPeriodic = false;          // a block holds whole periods
   AlignedFloats m_Cosines;           // the turns from a block's first sample on, every value twice in a row
   AlignedFloats m_AlternatingSines;  // the first of each pair negated
-  std::vector<std::complex<double>> m_BlockTurns;  // those of a group's blocks from its first one on
-  std::uint64_t m_nBlock = 0;                      // the block that m_Phasor belongs to
-  std::complex<double> m_GroupTurn;                // of the first sample of its group
-  SComplex m_Phasor;                               // the turn of its first sample
+  std::array<std::complex<double>, kGroup> m_BlockTurns;  // those of a group's blocks from its first one on
+  std::uint64_t m_nBlock = 0;                             // the block that m_Phasor belongs to
+  std::complex<double> m_GroupTurn;                       // of the first sample of its group
+  SComplex m_Phasor;                                      // the turn of its first sample
 };
 
 }  // namespace vantrel

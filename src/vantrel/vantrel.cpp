@@ -25,15 +25,22 @@ vantrel::CInstanceRegistry& Registry() {
 
 std::atomic<std::uint32_t> g_nAdvancedMode = 0;
 
-// Runs `call` on the instance, when there is one. The callers are C: no exception leaves, and memory that is exhausted
-// leaves the instance without what was asked for.
+// The callers are C: no exception leaves. Where memory is exhausted, what was asked for is not there afterwards.
 template <class TCall>
-void WithInstance(std::uint32_t handle, TCall call) noexcept {
+void Guarded(TCall call) noexcept {
   try {
-    if (const std::shared_ptr<SInstance> pInstance = Registry().Find(handle)) call(*pInstance);
+    call();
   } catch (const std::exception&) {
     return;
   }
+}
+
+// Runs `call` on the instance, when there is one.
+template <class TCall>
+void WithInstance(std::uint32_t handle, TCall call) noexcept {
+  Guarded([&] {
+    if (const std::shared_ptr<SInstance> pInstance = Registry().Find(handle)) call(*pInstance);
+  });
 }
 
 bool AreRatesInRange(std::uint32_t inputRate, std::uint32_t outputRate, std::uint32_t largestRatio) {
@@ -60,62 +67,62 @@ std::string AsciiText(const wchar_t* text) {
 
 }  // namespace
 
-std::uint32_t AllocInstance(const wchar_t* applicationName) {
-  try {
+std::uint32_t AllocInstance(const wchar_t* applicationName) noexcept {
+  std::uint32_t nHandle = 0;
+  Guarded([&] {
     vantrel::Kernels();  // picked here at the latest, and then for good
     auto pInstance = std::make_shared<SInstance>();
     pInstance->strApplication = AsciiText(applicationName);
-    return Registry().Add(std::move(pInstance));
-  } catch (const std::exception&) {
-    return 0;
-  }
+    nHandle = Registry().Add(std::move(pInstance));
+  });
+  return nHandle;
 }
 
-void ReleaseInstance(std::uint32_t handle) {
-  Registry().Remove(handle);
+void ReleaseInstance(std::uint32_t handle) noexcept {
+  Guarded([&] { Registry().Remove(handle); });
 }
 
-void Closedown() {
-  Registry().RemoveAll();
+void Closedown() noexcept {
+  Guarded([] { Registry().RemoveAll(); });
 }
 
-void DownconvertInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) {
+void DownconvertInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) noexcept {
   WithInstance(handle, [&](SInstance& instance) {
-    instance.oscillator = vantrel::COscillator();
+    instance.oscillator.Restart();
     instance.downconverter.Init(inputRate, outputRate);
   });
 }
 
-void DisableFractionalResampler(std::uint32_t handle) {
+void DisableFractionalResampler(std::uint32_t handle) noexcept {
   WithInstance(handle, [&](SInstance& instance) { instance.downconverter.DisableFractionalResampler(); });
 }
 
-std::uint32_t DownconvertRateIn(std::uint32_t handle) {
+std::uint32_t DownconvertRateIn(std::uint32_t handle) noexcept {
   std::uint32_t nRate = 0;
   WithInstance(handle, [&](SInstance& instance) { nRate = instance.downconverter.RateIn(); });
   return nRate;
 }
 
-std::uint32_t DownconvertRateOut(std::uint32_t handle) {
+std::uint32_t DownconvertRateOut(std::uint32_t handle) noexcept {
   std::uint32_t nRate = 0;
   WithInstance(handle, [&](SInstance& instance) { nRate = instance.downconverter.RateOut(); });
   return nRate;
 }
 
 void NCO(std::uint32_t handle, std::int64_t shift, std::uint32_t inputRate, const SComplex* source, std::uint32_t count,
-         SComplex* destination) {
+         SComplex* destination) noexcept {
   if (source == nullptr || destination == nullptr) return;
   WithInstance(handle,
                [&](SInstance& instance) { instance.oscillator.Process(shift, inputRate, source, count, destination); });
 }
 
 void DownconvertRun(std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
-                    std::uint32_t* outputCount) {
+                    std::uint32_t* outputCount) noexcept {
   WithInstance(handle,
                [&](SInstance& instance) { Feed(&instance.downconverter, input, inputCount, output, outputCount); });
 }
 
-std::uint32_t Diagnostics(std::uint32_t handle, char* text, std::uint32_t capacity) {
+std::uint32_t Diagnostics(std::uint32_t handle, char* text, std::uint32_t capacity) noexcept {
   std::uint32_t nLength = 0;
   WithInstance(handle, [&](SInstance& instance) {
     const std::string strText = instance.strApplication + "\n" + instance.downconverter.Description();
@@ -128,23 +135,23 @@ std::uint32_t Diagnostics(std::uint32_t handle, char* text, std::uint32_t capaci
   return nLength;
 }
 
-void FirstStageExclude(std::uint32_t handle, std::uint32_t exclude) {
+void FirstStageExclude(std::uint32_t handle, std::uint32_t exclude) noexcept {
   WithInstance(handle, [&](SInstance& instance) { instance.downconverter.ExcludeFirstStage(exclude != 0); });
 }
 
-void FirstStageOnly(std::uint32_t handle, std::uint32_t only) {
+void FirstStageOnly(std::uint32_t handle, std::uint32_t only) noexcept {
   WithInstance(handle, [&](SInstance& instance) { instance.downconverter.RunFirstStageOnly(only != 0); });
 }
 
-void Advanced(std::uint32_t mode) {
+void Advanced(std::uint32_t mode) noexcept {
   g_nAdvancedMode = mode;
 }
 
-std::uint32_t IsAdvanced() {
+std::uint32_t IsAdvanced() noexcept {
   return g_nAdvancedMode;
 }
 
-void FractionalInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) {
+void FractionalInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) noexcept {
   WithInstance(handle, [&](SInstance& instance) {
     instance.pFractional.reset();
     if (!AreRatesInRange(inputRate, outputRate, kLargestFractionalRatio)) return;
@@ -153,12 +160,12 @@ void FractionalInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t
 }
 
 void FractionalProcess(std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
-                       std::uint32_t* outputCount) {
+                       std::uint32_t* outputCount) noexcept {
   WithInstance(handle,
                [&](SInstance& instance) { Feed(instance.pFractional.get(), input, inputCount, output, outputCount); });
 }
 
-void PartionedFFTInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) {
+void PartionedFFTInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) noexcept {
   WithInstance(handle, [&](SInstance& instance) {
     instance.pPartitionedFilter.reset();
     if (!AreRatesInRange(inputRate, outputRate, kLargestPartitionedRatio)) return;
@@ -169,7 +176,7 @@ void PartionedFFTInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32
 }
 
 void PartionedFFTProcess(std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
-                         std::uint32_t* outputCount) {
+                         std::uint32_t* outputCount) noexcept {
   WithInstance(handle, [&](SInstance& instance) {
     Feed(instance.pPartitionedFilter.get(), input, inputCount, output, outputCount);
   });
