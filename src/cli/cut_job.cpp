@@ -1,7 +1,5 @@
 #include "cli/cut_job.h"
 
-#include <algorithm>
-#include <limits>
 #include <system_error>
 #include <thread>
 
@@ -84,7 +82,7 @@ EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
     if (m_bStopped) break;
     started = m_job.Start(entries, m_recording);
     if (started != EStartResult::Started) break;
-    m_progress.BeginBatch(batches > 1 ? Format("Batch %zu/%zu", batch, batches) : "", BatchSpan(entries));
+    m_progress.BeginBatch(batches > 1 ? Format("Batch %zu/%zu", batch, batches) : "", m_job.Span(m_recording));
     RunBatch();
     Collect(report);
     ++batchesDone;
@@ -131,21 +129,6 @@ void CCutJob::Handle(const SMessage& message) {
     const std::string worker = message.strWorker.empty() ? "" : message.strWorker + "> ";
     m_progress.PrintLine(FormatLocal("%H:%M:%S", CurrentTime()) + "> " + worker + message.strText);
   }
-}
-
-SProgressSpan CCutJob::BatchSpan(const CEntryList& entries) const {
-  const double frameBytes = 2.0 * m_recording.nBitsPerSample / 8.0;
-  SProgressSpan span;
-  span.dInputBytes = static_cast<double>(m_recording.TotalBytes());
-  span.dBegin = span.dInputBytes;
-  for (const OutputEntry* entry : m_job.Batch(entries)) {
-    const double begin = static_cast<double>(entry->nStartSample) * frameBytes;
-    const double end =
-        entry->nTotalSamples == 0 ? span.dInputBytes : begin + static_cast<double>(entry->nTotalSamples) * frameBytes;
-    span.dBegin = std::min(span.dBegin, begin);
-    span.dEnd = std::max(span.dEnd, end);
-  }
-  return span;
 }
 
 void CCutJob::Collect(SCutReport& report) {

@@ -37,7 +37,6 @@ class CCutJob {
   void RunBatch();
   void StopJob();
   void Handle(const SMessage& message);
-  SProgressSpan BatchSpan(const CEntryList& entries) const;
   void Collect(SCutReport& report);
 
   const CRecordingSet& m_recording;

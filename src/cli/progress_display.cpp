@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "cli/console.h"
-#include "cli/readable.h"
+#include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -63,7 +63,7 @@ void CProgressDisplay::BeginBatch(const std::string& prefix, const SProgressSpan
 
 void CProgressDisplay::Update(std::uint64_t total, std::uint64_t done) {
   if (m_mode == EMode::None || total == 0) return;
-  const double place = static_cast<double>(done) / static_cast<double>(total) * m_span.dInputBytes;
+  const double place = m_span.PlaceOf(static_cast<double>(done) / static_cast<double>(total));
   const double length = m_span.dEnd - m_span.dBegin;
   const double fraction = length > 0.0 ? (place - m_span.dBegin) / length : 0.0;
   m_dFraction = std::clamp(fraction, m_dFraction, kAlmostDone);

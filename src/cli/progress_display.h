@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "engine/progress_span.h"
+
 namespace carvello {
 
 // What there is to show.
@@ -20,13 +22,6 @@ struct SProgressState {
 std::string ProgressBarLine(const SProgressState& state, std::size_t columns);
 // The same without a bar.
 std::string ProgressTextLine(const SProgressState& state);
-
-// The stretch of the input that a batch reads, in bytes from the input's first sample.
-struct SProgressSpan {
-  double dBegin = 0.0;
-  double dEnd = 0.0;
-  double dInputBytes = 0.0;  // of the whole input
-};
 
 class CProgressDisplay {
  public:

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "support/system_time.h"
 #include "support/text.h"
@@ -23,12 +22,6 @@ std::string FormatBytes(double bytes) {
   }
   if (unit == 0) return Format("%.0f B", bytes);
   return Format(unit >= 3 ? "%.2f %s" : "%.1f %s", bytes, kUnits[unit]);
-}
-
-std::string FormatDuration(double seconds) {
-  const long long whole = std::llround(std::clamp(seconds, 0.0, 1e15));
-  if (whole < 3600) return Format("%lld:%02lld", whole / 60, whole % 60);
-  return Format("%lld:%02lld:%02lld", whole / 3600, whole / 60 % 60, whole % 60);
 }
 
 std::size_t TextWidth(std::string_view text) {

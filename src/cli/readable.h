@@ -13,8 +13,6 @@ namespace carvello {
 std::string FormatIsoTime(std::int64_t seconds, std::uint32_t milliseconds = 0);
 // "512 B", "1.5 kB", "80.0 MB", "1.25 GB": units of 1000.
 std::string FormatBytes(double bytes);
-// "H:MM:SS", "M:SS" below an hour.
-std::string FormatDuration(double seconds);
 
 // Characters that a UTF-8 text takes on a terminal, every character counted as one column.
 std::size_t TextWidth(std::string_view text);

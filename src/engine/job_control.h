@@ -15,6 +15,7 @@
 #include "engine/message_box.h"
 #include "engine/message_target.h"
 #include "engine/output_result.h"
+#include "engine/progress_span.h"
 #include "input/recording_set.h"
 
 namespace carvello {
@@ -86,6 +87,8 @@ class CJobControl {
   const std::vector<SOutputResult>& Results() const { return m_results; }
   // Of the running job or the last one, in the order of its entries. May be called at any moment.
   std::vector<SEntryState> EntryStates() const;
+  // What the running job or the last one reads of the recording that it was started with.
+  SProgressSpan Span(const CRecordingSet& recording) const { return SpanOf(m_jobEntries, recording); }
   std::int64_t InputBytesRead() const { return m_nInputBytesRead; }  // of the last job
 
  private:

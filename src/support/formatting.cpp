@@ -1,5 +1,7 @@
 #include "support/formatting.h"
 
+#include <algorithm>
+#include <cmath>
 #include <ctime>
 
 #include "support/hresult.h"
@@ -61,6 +63,12 @@ std::string GroupDigits(std::int64_t value) {
   const std::size_t firstDigit = value < 0 ? 1 : 0;
   for (std::size_t end = text.size(); end > firstDigit + 3; end -= 3) text.insert(end - 3, 1, '.');
   return text;
+}
+
+std::string FormatDuration(double seconds) {
+  const long long whole = std::llround(std::clamp(seconds, 0.0, 1e15));
+  if (whole < 3600) return Format("%lld:%02lld", whole / 60, whole % 60);
+  return Format("%lld:%02lld:%02lld", whole / 3600, whole / 60 % 60, whole % 60);
 }
 
 std::string SystemErrorText(std::uint32_t code) {

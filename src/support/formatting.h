@@ -14,6 +14,9 @@ std::string FormatFrequency64(std::int64_t frequency);
 // Digits in groups of three with dots: 14200000 gives "14.200.000".
 std::string GroupDigits(std::int64_t value);
 
+// Seconds to "H:MM:SS", "M:SS" below an hour.
+std::string FormatDuration(double seconds);
+
 // The system's text for an error code, on one line, at most 511 characters; "Unknown error %u" when it has none.
 std::string SystemErrorText(std::uint32_t code);
 // The same for the last error of the calling thread.

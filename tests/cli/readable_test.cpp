@@ -21,15 +21,6 @@ TEST(FormatBytes, UsesUnitsOf1000) {
   EXPECT_EQ(FormatBytes(5e15), "5000.00 TB");
 }
 
-TEST(FormatDuration, ShowsHoursOnlyWhereThereAreAny) {
-  EXPECT_EQ(FormatDuration(0), "0:00");
-  EXPECT_EQ(FormatDuration(0.6), "0:01");
-  EXPECT_EQ(FormatDuration(65), "1:05");
-  EXPECT_EQ(FormatDuration(3599.4), "59:59");
-  EXPECT_EQ(FormatDuration(3600), "1:00:00");
-  EXPECT_EQ(FormatDuration(-5), "0:00");
-}
-
 TEST(TextWidth, CountsCharactersNotBytes) {
   EXPECT_EQ(TextWidth(""), 0U);
   EXPECT_EQ(TextWidth("abc"), 3U);

@@ -13,6 +13,15 @@
 namespace carvello {
 namespace {
 
+TEST(FormatDuration, ShowsHoursOnlyWhereThereAreAny) {
+  EXPECT_EQ(FormatDuration(0), "0:00");
+  EXPECT_EQ(FormatDuration(0.6), "0:01");
+  EXPECT_EQ(FormatDuration(65), "1:05");
+  EXPECT_EQ(FormatDuration(3599.4), "59:59");
+  EXPECT_EQ(FormatDuration(3600), "1:00:00");
+  EXPECT_EQ(FormatDuration(-5), "0:00");
+}
+
 TEST(FormatFrequency, BelowOneKilohertzIsHertz) {
   EXPECT_EQ(FormatFrequency(0), "0 Hz");
   EXPECT_EQ(FormatFrequency(999), "999 Hz");
