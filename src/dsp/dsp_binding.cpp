@@ -1,5 +1,11 @@
 #include "dsp/dsp_binding.h"
 
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <string_view>
+#include <system_error>
+
 namespace carvello {
 namespace {
 
@@ -45,6 +51,21 @@ std::uint32_t BindDsp(DspBinding& binding, const std::string& path) {
       Find(hModule, "PartionedFFTProcess", binding.PartionedFFTProcess);
   binding.bLoaded = bComplete ? 1 : 0;
   return binding.bLoaded;
+}
+
+std::optional<std::uint32_t> DownconvertDelay(const DspBinding& binding, std::uint32_t handle) {
+  // There is no entry point that tells it, but a line of the description does.
+  constexpr std::string_view kBefore = "\nan output sample needs input up to ";
+  constexpr double kMost = 1e6;
+  std::string text(binding.Diagnostics(handle, nullptr, 0) + std::size_t{1}, '\0');
+  binding.Diagnostics(handle, text.data(), static_cast<std::uint32_t>(text.size()));
+  const std::size_t found = text.find(kBefore);
+  if (found == std::string::npos) return std::nullopt;
+  double delay = 0;
+  const char* const number = text.data() + found + kBefore.size();
+  const auto [end, error] = std::from_chars(number, text.data() + text.size(), delay);
+  if (error != std::errc() || !(delay >= 0 && delay < kMost)) return std::nullopt;
+  return static_cast<std::uint32_t>(std::ceil(delay));
 }
 
 }  // namespace carvello

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "support/platform.h"
@@ -51,5 +52,9 @@ struct DspBinding {
 std::string DspLibraryPath();
 // 1 when the library was loaded from `path` and is complete. On 0 nothing may be called through the table.
 std::uint32_t BindDsp(DspBinding& binding, const std::string& path = DspLibraryPath());
+
+// How many output samples of the instance, rounded up, wait for input that lies ahead. Nothing when the library does
+// not tell: one of another maker, or one without memory.
+std::optional<std::uint32_t> DownconvertDelay(const DspBinding& binding, std::uint32_t handle);
 
 }  // namespace carvello

@@ -18,8 +18,8 @@ namespace {
 constexpr std::uint32_t kOutputBytes = 16'777'216;
 // Samples that are shifted and decimated at a time: few enough to stay in the processor's cache in between.
 constexpr std::int32_t kPieceFrames = 4'096;
-// Output samples by which the filters are late, at most.
-constexpr std::int64_t kLongestDelay = 64;
+// Output samples by which the filters of a library are late that does not tell.
+constexpr std::int64_t kUsualDelay = 64;
 
 const wchar_t* const kApplicationName = L"Carvello";
 
@@ -227,9 +227,10 @@ void CBackgroundThreadWriter::CompleteOutput() {
   if (missing <= 0) return;
   GrowWorkBuffer(kPieceFrames);
   std::fill_n(m_pPiece.get(), kPieceFrames, SComplex{});
-  // Twice the silence that the missing samples span: enough for any delay, and an end where none ever come.
+  // Twice the silence that the missing samples and the delay span: enough at any rate, and an end where none ever come.
   const auto ratio = static_cast<double>(m_pEntry->nInputSampleRate) / m_pEntry->nOutputSampleRate;
-  auto left = static_cast<std::int64_t>(2.0 * ratio * static_cast<double>(missing + kLongestDelay)) + kPieceFrames;
+  const std::int64_t delay = DownconvertDelay(m_dsp, m_hDsp).value_or(kUsualDelay);
+  auto left = static_cast<std::int64_t>(2.0 * ratio * static_cast<double>(missing + delay)) + kPieceFrames;
   for (; m_llOutputSamples < due && left > 0; left -= kPieceFrames) {
     std::uint32_t produced = 0;
     m_dsp.DownconvertRun(m_hDsp, m_pPiece.get(), kPieceFrames, m_pWork.get(), &produced);

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <optional>
 #include <string>
 
 #include "support/platform.h"
@@ -50,6 +53,31 @@ TEST(DspBinding, EveryEntryPointIsTheOneOfItsName) {
   expectName(binding.FractionalProcess, "FractionalProcess");
   expectName(binding.PartionedFFTInit, "PartionedFFTInit");
   expectName(binding.PartionedFFTProcess, "PartionedFFTProcess");
+}
+
+// A library of another maker describes itself as it likes.
+TEST(DspBinding, DelayIsReadFromTheLibrarysDescriptionOrIsUnknown) {
+  static std::string s_strText;
+  DspBinding binding;
+  binding.Diagnostics = [](std::uint32_t /*handle*/, char* text, std::uint32_t capacity) {
+    const std::size_t nFits = capacity == 0 ? 0 : std::min<std::size_t>(s_strText.size(), capacity - 1);
+    std::copy_n(s_strText.data(), nFits, text);
+    if (capacity != 0) text[nFits] = '\0';
+    return static_cast<std::uint32_t>(s_strText.size());
+  };
+  const std::string strLine = "Carvello\nan output sample needs input up to ";
+  const auto delay = [&](const std::string& text) {
+    s_strText = text;
+    return DownconvertDelay(binding, 1);
+  };
+  EXPECT_EQ(delay(strLine + "45.001 output samples later\n"), 46u);
+  EXPECT_EQ(delay(strLine + "45.000 output samples later\n"), 45u);
+  EXPECT_EQ(delay(strLine + "0.000 output samples later\n"), 0u);
+  EXPECT_EQ(delay(""), std::nullopt);
+  EXPECT_EQ(delay("Another one"), std::nullopt);
+  for (const char* pszNumber : {"", "some", "-1", "inf", "nan", "1e300"}) {
+    EXPECT_EQ(delay(strLine + pszNumber + " output samples later\n"), std::nullopt) << pszNumber;
+  }
 }
 
 TEST(DspBinding, MissingLibraryIsNotLoaded) {

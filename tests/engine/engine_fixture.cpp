@@ -95,6 +95,13 @@ void SPassThrough::Bind(DspBinding& binding) {
     const std::lock_guard guard(passThroughLock);
     return reportedRateOut != 0 ? reportedRateOut : instances[handle - 1].nOutputRate;
   };
+  binding.Diagnostics = [](std::uint32_t /*handle*/, char* text, std::uint32_t capacity) -> std::uint32_t {
+    const std::lock_guard guard(passThroughLock);
+    const std::string line =
+        "\nan output sample needs input up to " + std::to_string(heldBack) + ".000 output samples later\n";
+    if (capacity > line.size()) std::copy_n(line.c_str(), line.size() + 1, text);
+    return static_cast<std::uint32_t>(line.size());
+  };
   binding.NCO = [](std::uint32_t handle, std::int64_t shift, std::uint32_t /*inputRate*/, const SComplex* source,
                    std::uint32_t count, SComplex* destination) {
     {

@@ -299,6 +299,15 @@ TEST_F(ReaderWriterTest, SamplesThatTheFiltersHoldBackFollowAtTheEnd) {
   EXPECT_FRAMES(Path("part.wav"), 100, 1000);
 }
 
+// Nothing of such an entry comes before its end; how much silence that takes only the library can tell.
+TEST_F(ReaderWriterTest, SilenceAtTheEndIsAsLongAsTheLibraryNeedsIt) {
+  const auto input = WriteNumbered("in.wav", 0, 5000);
+  SPassThrough::HoldBack(50'000);
+  RunJob({input}, {Entry("all.wav", 0, 0), Entry("part.wav", 100, 10)}, 20000);
+  EXPECT_FRAMES(Path("all.wav"), 0, 5000);
+  EXPECT_FRAMES(Path("part.wav"), 100, 10);
+}
+
 // Half of 2,000,003 samples/s is told as 1,000,002, which was asked for here: counted by the rates, four million
 // samples would look as if an output were missing.
 TEST_F(ReaderWriterTest, RoundedRateOfAWholeNumberDecimationMakesNoSampleUp) {

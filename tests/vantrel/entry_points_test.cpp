@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <limits>
 #include <map>
+#include <optional>
 #include <random>
 #include <thread>
 
@@ -188,6 +189,25 @@ TEST(Diagnostics, NamesTheRatesAndEveryStage) {
   EXPECT_NE(strText.find(" to 10000.000, "), std::string::npos) << strText;
   EXPECT_NE(CLibraryInstance().Text().find("no rates set"), std::string::npos);
   EXPECT_NE(CLibraryInstance(8000, 8000).Text().find("samples pass unchanged"), std::string::npos);
+}
+
+// As the engine asks for it. What a stretch of input still owes is what its last outputs wait for.
+TEST(Diagnostics, TellsHowManyOutputSamplesWaitForInput) {
+  for (const auto& [nIn, nOut] : std::map<std::uint32_t, std::uint32_t>{
+           {2000000, 10000}, {192000, 190000}, {250000, 250}, {48000, 44100}, {8000, 7}, {96000, 96000}}) {
+    const CLibraryInstance instance(nIn, nOut);
+    const std::optional<std::uint32_t> delay = DownconvertDelay(Dsp(), instance.Handle());
+    ASSERT_TRUE(delay.has_value());
+    EXPECT_LE(*delay, 64u);
+    const double fRatio = static_cast<double>(nIn) / nOut;
+    const Samples input = Noise(static_cast<std::size_t>(200.5 * fRatio));
+    const auto nDue = static_cast<std::size_t>(std::ceil(static_cast<double>(input.size()) / fRatio));
+    const std::size_t nGiven = instance.Run(input).size();
+    EXPECT_LE(nDue - nGiven, *delay) << nIn << " to " << nOut;
+    EXPECT_GE(nDue - nGiven + 2, *delay) << nIn << " to " << nOut;
+  }
+  EXPECT_FALSE(DownconvertDelay(Dsp(), CLibraryInstance().Handle()).has_value()) << "no rates";
+  EXPECT_FALSE(DownconvertDelay(Dsp(), 0).has_value()) << "no instance";
 }
 
 TEST(Diagnostics, TellsWhichKernelsRun) {
