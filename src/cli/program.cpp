@@ -94,9 +94,10 @@ EExit RunGuarded(const std::vector<std::string>& arguments) {
 
 int RunProgram(const std::vector<std::string>& arguments) noexcept {
   EExit result = RunGuarded(arguments);
-  if (!FlushOut() && result == EExit::Ok) {
+  if (!FlushOut()) {
     PrintMessage("the result could not be written to stdout");
-    result = EExit::OutputFailed;
+    // What went wrong before is worse than the loss of the report about it.
+    if (result == EExit::Ok) result = EExit::OutputFailed;
   }
   return static_cast<int>(result);
 }

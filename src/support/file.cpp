@@ -61,6 +61,10 @@ bool CFile::Sync() {
   return IsOpen() && platform::SyncFile(m_hFile);
 }
 
+bool CFile::SyncData() {
+  return IsOpen() && platform::SyncFileData(m_hFile);
+}
+
 std::optional<platform::FileStatus> CFile::Status() const {
   if (!IsOpen()) return std::nullopt;
   return platform::GetFileStatus(m_hFile);

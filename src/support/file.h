@@ -41,6 +41,7 @@ class CFile {
   std::int64_t Length() const;         // bytes, -1 when it cannot be had
   // Waits until all that was written stands on the medium. False when some of it is lost.
   bool Sync();
+  bool SyncData();  // the bytes, and what it takes to find them again
   // Of the open file, whatever its name leads to by now; nothing when it cannot be had.
   std::optional<platform::FileStatus> Status() const;
 

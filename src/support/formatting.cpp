@@ -74,7 +74,7 @@ std::string FormatDuration(double seconds) {
 std::string SystemErrorText(std::uint32_t code) {
   std::optional<std::string> text = platform::ErrorText(code);
   if (!text) return Format("Unknown error %u", code);
-  std::string line = ReplaceAll(ReplaceAll(*text, "\r\n", " "), "\n\r", " ");
+  std::string line = *text;
   if (platform::MeansHeldOpen(code)) line = TrimRight(line) + " The device is held open by another program.";
   return CutToCharacters(line, kLongestErrorText);
 }

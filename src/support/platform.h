@@ -25,8 +25,8 @@ enum class EOpenMode {
   CreateNew,   // for writing; refused when anything stands under the name, also a link that leads nowhere
   Replace,     // for writing; what stands under the name is emptied
 };
-// A file that is open for writing is locked: whoever opens it for writing as well is refused (MeansHeldOpen). Others may
-// read it.
+// A file that is open for writing is locked: whoever opens it for writing as well is refused, and the error's text says
+// that another program holds it. Others may read it.
 
 // kNoFile on failure; LastError() then holds the reason. A directory is refused.
 FileHandle OpenFile(const std::string& path, EOpenMode mode);
@@ -46,6 +46,7 @@ std::int64_t FileLength(FileHandle file);
 // Waits until what was written to the file, or the names in the folder, stand on the medium. False when the system says
 // that something is lost. True for folders where the system keeps names safe by itself, and where it cannot sync them.
 bool SyncFile(FileHandle file);
+bool SyncFileData(FileHandle file);  // the bytes and what it takes to find them again, but no times
 bool SyncFolder(const std::string& folder);
 
 struct FileStatus {
@@ -61,10 +62,15 @@ struct FileStatus {
 // Nothing when the status cannot be had.
 std::optional<FileStatus> GetFileStatus(const std::string& path);
 std::optional<FileStatus> GetFileStatus(FileHandle file);  // of an open file, whatever its name leads to now
+// Of what stands under the name itself, be it a link that leads nowhere; nothing when the name is free.
+std::optional<FileStatus> GetNameStatus(const std::string& path);
+// On false LastError() holds the reason.
 bool IsReadable(const std::string& path);
 // Whether new files can be created in the folder. On false LastError() holds the reason.
 bool IsWritableFolder(const std::string& folder);
 bool RemoveFile(const std::string& path);
+// The same, but refused while another program is writing the file.
+bool RemoveUnusedFile(const std::string& path);
 // Names (not paths) of everything in the folder but "." and "..", in the order the system gives. Nothing on failure.
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder);
 
@@ -74,12 +80,15 @@ std::string JoinPath(std::string_view folder, std::string_view name);
 // of a bare name is ".", that of a file in the root keeps its separator.
 std::string FolderOf(std::string_view path);
 std::string NameOf(std::string_view path);
+// The path from the root on, by the present folder; links and ".." stay as they are.
+std::string AbsolutePath(const std::string& path);
 bool FileNamesEqual(std::string_view a, std::string_view b);  // without case on Windows
 
 // ---- errors ----------------------------------------------------------------------------------------------------
 
 std::uint32_t LastError();                                 // errno, or GetLastError()
-std::optional<std::string> ErrorText(std::uint32_t code);  // the system's text; nothing when it has none
+// The system's text, with a space for each of its line breaks; nothing when it has none.
+std::optional<std::string> ErrorText(std::uint32_t code);
 // The C runtime's text for an error of that code; nothing when it has none. The system's own, where both are one.
 std::optional<std::string> RuntimeErrorText(std::uint32_t code);
 // Whether the code is the one by which the system refuses what another program holds open: 5 ("access denied") on
@@ -105,7 +114,8 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);  // UTF-8 on e
 // ---- threads, processes, machine -------------------------------------------------------------------------------
 
 // To be called once, first of all, by every program of ours: makes a reached file-size limit an ordinary write error
-// instead of the end of the process.
+// instead of the end of the process, and sees to it that no file that is opened from here on can take the place of a
+// standard stream that was closed. Writing to a closed stdout fails as before.
 void PrepareProcess();
 // Sets the calling thread's priority: 15, 2, 1, 0, -1, -2, -15 as in the log texts of the workers. False when the
 // system refuses (raising a priority needs a privilege on Linux).

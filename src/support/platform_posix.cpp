@@ -60,6 +60,21 @@ std::size_t TransferAll(Call call, int descriptor, Buffer* buffer, std::size_t b
   return done;
 }
 
+// A descriptor that is none of the standard streams: what the program, or a library of its, says on those must never
+// find its way into a file. -1 when the system gives none.
+int AboveStandardStreams(int descriptor) {
+  if (descriptor < 0 || descriptor > STDERR_FILENO) return descriptor;
+  const int above = fcntl(descriptor, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+  const int reason = errno;
+  close(descriptor);
+  errno = reason;
+  return above;
+}
+
+int OpenDescriptor(const char* path, int access) {
+  return AboveStandardStreams(Uninterrupted([&] { return open(path, access | O_CLOEXEC, 0666); }));
+}
+
 }  // namespace
 
 // ---- files -----------------------------------------------------------------------------------------------------
@@ -69,7 +84,7 @@ FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   int access = O_RDONLY;
   if (mode == EOpenMode::CreateNew) access = O_WRONLY | O_CREAT | O_EXCL;
   if (mode == EOpenMode::Replace) access = O_WRONLY | O_CREAT;
-  const int descriptor = Uninterrupted([&] { return open(path.c_str(), access | O_CLOEXEC | O_NONBLOCK, 0666); });
+  const int descriptor = OpenDescriptor(path.c_str(), access | O_NONBLOCK);
   if (descriptor < 0) return kNoFile;
   struct stat status {};
   int refusal = fstat(descriptor, &status) != 0 ? errno : 0;
@@ -130,8 +145,12 @@ bool SyncFile(FileHandle file) {
   return Uninterrupted([&] { return fsync(Descriptor(file)); }) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
+bool SyncFileData(FileHandle file) {
+  return Uninterrupted([&] { return fdatasync(Descriptor(file)); }) == 0 || errno == EINVAL || errno == ENOTSUP;
+}
+
 bool SyncFolder(const std::string& folder) {
-  const int descriptor = Uninterrupted([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  const int descriptor = OpenDescriptor(folder.c_str(), O_RDONLY | O_DIRECTORY);
   if (descriptor < 0) return errno == EACCES;  // a folder that may be written to and not listed
   const bool synced = SyncFile(static_cast<FileHandle>(descriptor) + 1);
   const int reason = errno;
@@ -168,6 +187,10 @@ std::optional<FileStatus> GetFileStatus(FileHandle file) {
   return StatusOf(Descriptor(file), "", AT_EMPTY_PATH);
 }
 
+std::optional<FileStatus> GetNameStatus(const std::string& path) {
+  return StatusOf(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW);
+}
+
 bool IsReadable(const std::string& path) {
   return access(path.c_str(), R_OK) == 0;
 }
@@ -184,6 +207,21 @@ bool IsWritableFolder(const std::string& folder) {
 
 bool RemoveFile(const std::string& path) {
   return unlink(path.c_str()) == 0;
+}
+
+bool RemoveUnusedFile(const std::string& path) {
+  // For writing first: locks of some network file systems ask for that. What can be opened in neither way is written
+  // by nobody who could lock it either.
+  int descriptor = OpenDescriptor(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK);
+  if (descriptor < 0) descriptor = OpenDescriptor(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+  if (descriptor < 0) return RemoveFile(path);
+  // Removed behind the lock: nobody can begin to write the file in between.
+  const bool used = flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  const bool removed = !used && RemoveFile(path);
+  const int reason = used ? ETXTBSY : errno;
+  close(descriptor);
+  errno = reason;
+  return removed;
 }
 
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
@@ -216,6 +254,15 @@ std::string NameOf(std::string_view path) {
   return std::string(path.substr(path.rfind('/') + 1));
 }
 
+std::string AbsolutePath(const std::string& path) {
+  if (path.starts_with('/')) return path;
+  std::string_view rest = path;
+  while (rest == "." || rest.starts_with("./")) rest.remove_prefix(std::min<std::size_t>(rest.size(), 2));
+  const std::unique_ptr<char, void (*)(void*)> folder(getcwd(nullptr, 0), std::free);
+  if (!folder) return path;
+  return rest.empty() ? std::string(folder.get()) : JoinPath(folder.get(), rest);
+}
+
 bool FileNamesEqual(std::string_view a, std::string_view b) {
   return a == b;
 }
@@ -227,6 +274,8 @@ std::uint32_t LastError() {
 }
 
 std::optional<std::string> ErrorText(std::uint32_t code) {
+  // The system's own, "Text file busy", is about programs that run.
+  if (code == ETXTBSY) return "Another program is writing this file";
   const char* text = code <= INT_MAX ? strerrordesc_np(static_cast<int>(code)) : nullptr;
   if (text == nullptr) return std::nullopt;
   return text;
@@ -236,8 +285,8 @@ std::optional<std::string> RuntimeErrorText(std::uint32_t code) {
   return ErrorText(code);
 }
 
-bool MeansHeldOpen(std::uint32_t code) {
-  return code == ETXTBSY;
+bool MeansHeldOpen(std::uint32_t /*code*/) {
+  return false;
 }
 
 bool MeansMissing(std::uint32_t code) {
@@ -286,6 +335,13 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
 // ---- threads, processes, machine -------------------------------------------------------------------------------
 
 void PrepareProcess() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) != -1 || errno != EBADF) continue;
+    // The lowest free descriptor is the stream's own, for those below it are taken by now. What was to be said on
+    // stderr is lost anyway; for stdout the null device is opened the wrong way round, so that a report that nobody
+    // gets is not taken for one that was delivered.
+    Uninterrupted([&] { return open("/dev/null", stream == STDERR_FILENO ? O_WRONLY : O_RDONLY); });
+  }
   std::signal(SIGXFSZ, SIG_IGN);
   // A reader of our messages that goes away must not take unfinished files with it.
   std::signal(SIGPIPE, SIG_IGN);

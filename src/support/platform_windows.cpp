@@ -128,6 +128,10 @@ bool SyncFile(FileHandle file) {
   return FlushFileBuffers(AsHandle(file)) != 0 || GetLastError() == ERROR_INVALID_FUNCTION;
 }
 
+bool SyncFileData(FileHandle file) {
+  return SyncFile(file);  // no call does less
+}
+
 bool SyncFolder(const std::string& /*folder*/) {
   return true;  // the file system's journal keeps names safe, and no call waits for it
 }
@@ -147,18 +151,36 @@ std::optional<FileStatus> GetFileStatus(FileHandle file) {
   return status;
 }
 
-std::optional<FileStatus> GetFileStatus(const std::string& path) {
-  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+namespace {
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+std::optional<FileStatus> StatusOf(const std::string& path, DWORD flags) {
   // Attributes only, which even a file that others hold open gives; the flag lets folders be opened too.
   const HANDLE raw = CreateFileW(WidePath(path).c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING,
-                                 FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+                                 FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr);
   if (raw == INVALID_HANDLE_VALUE) return std::nullopt;
   const OwnedHandle handle(raw);
   return GetFileStatus(reinterpret_cast<FileHandle>(handle.get()));
 }
 
+}  // namespace
+
+std::optional<FileStatus> GetFileStatus(const std::string& path) {
+  return StatusOf(path, 0);
+}
+
+std::optional<FileStatus> GetNameStatus(const std::string& path) {
+  return StatusOf(path, FILE_FLAG_OPEN_REPARSE_POINT);
+}
+
 bool IsReadable(const std::string& path) {
-  return _waccess(WidePath(path).c_str(), 4) == 0;
+  // Opened, for only that tells of a file that another program keeps to itself.
+  const HANDLE raw = CreateFileW(WidePath(path).c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                                 FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (raw == INVALID_HANDLE_VALUE) return false;
+  CloseHandle(raw);
+  return true;
 }
 
 bool IsWritableFolder(const std::string& folder) {
@@ -169,7 +191,6 @@ bool IsWritableFolder(const std::string& folder) {
     SetLastError(ERROR_DIRECTORY);
     return false;
   }
-  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const HANDLE handle =
       CreateFileW(path.c_str(), FILE_ADD_FILE, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return false;
@@ -179,6 +200,10 @@ bool IsWritableFolder(const std::string& folder) {
 
 bool RemoveFile(const std::string& path) {
   return DeleteFileW(WidePath(path).c_str()) != 0;
+}
+
+bool RemoveUnusedFile(const std::string& path) {
+  return RemoveFile(path);  // what is open for writing is shared for reading only, so the system refuses by itself
 }
 
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
@@ -220,6 +245,13 @@ std::string NameOf(std::string_view path) {
   return std::string(path.substr(path.find_last_of(kSeparators) + 1));
 }
 
+std::string AbsolutePath(const std::string& path) {
+  const std::wstring wide = Wide(path);
+  const std::wstring full =
+      GrowingText([&](wchar_t* buffer, DWORD size) { return GetFullPathNameW(wide.c_str(), size, buffer, nullptr); });
+  return full.empty() ? path : Narrow(full);
+}
+
 bool FileNamesEqual(std::string_view a, std::string_view b) {
   const std::wstring wideA = Wide(a);
   const std::wstring wideB = Wide(b);
@@ -238,7 +270,10 @@ std::optional<std::string> ErrorText(std::uint32_t code) {
   const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
                                       text.data(), static_cast<DWORD>(text.size()), nullptr);
   if (length == 0) return std::nullopt;
-  return Narrow({text.data(), length});
+  std::string line = ReplaceAll(ReplaceAll(Narrow({text.data(), length}), "\r\n", " "), "\n\r", " ");
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
+  return line;
 }
 
 std::optional<std::string> RuntimeErrorText(std::uint32_t code) {
@@ -252,9 +287,12 @@ std::optional<std::string> RuntimeErrorText(std::uint32_t code) {
     case ERROR_BAD_NETPATH:
     case ERROR_BAD_NET_NAME:
       return std::strerror(ENOENT);
-    case ERROR_ACCESS_DENIED:
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION:
+      // The runtime's "Permission denied" would send the user looking for rights; the system's own text tells of the
+      // other program.
+      return ErrorText(code);
+    case ERROR_ACCESS_DENIED:
       return std::strerror(EACCES);
     case ERROR_TOO_MANY_OPEN_FILES:
       return std::strerror(EMFILE);
@@ -327,6 +365,14 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
 // ---- threads, processes, machine -------------------------------------------------------------------------------
 
 void PrepareProcess() {
+  // The number of a stream that the parent closed can become that of the next file; whoever asks for the stream would
+  // then be given the file.
+  for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {
+    SetLastError(ERROR_SUCCESS);
+    if (GetFileType(GetStdHandle(stream)) == FILE_TYPE_UNKNOWN && GetLastError() != ERROR_SUCCESS) {
+      SetStdHandle(stream, nullptr);
+    }
+  }
   // A missing disk is an error for the caller, not a system dialog that holds the program up.
   SetErrorMode(SEM_FAILCRITICALERRORS);
   // Shells that come from POSIX systems set TZ to names that the C runtime misreads as zones of its own; without it

@@ -1,8 +1,10 @@
 // What holds on POSIX systems only.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <time.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -142,6 +144,76 @@ TEST(PosixFormatting, AMissingLocaleFallsBackToC) {
 TEST(PosixErrors, TextsNeedNoLocale) {
   EXPECT_EQ(SystemErrorText(ENOSPC), "No space left on device");
   EXPECT_EQ(SystemErrorText(EACCES), "Permission denied");
+}
+
+TEST(PosixErrors, ALockedFileIsToldToBeWrittenByAnotherProgram) {
+  const test::CTempFolder folder;
+  CFile one;
+  ASSERT_TRUE(one.Open(folder / "a", EOpenMode::CreateNew));
+  CFile other;
+  EXPECT_FALSE(other.Open(folder / "a", EOpenMode::Replace));
+  EXPECT_EQ(SystemErrorText(), "Another program is writing this file");
+}
+
+// Standard streams as a parent leaves them that has closed one. The program is a child of the test's, whose own streams
+// stay as they are; its exit code tells the first thing that is wrong.
+class PosixClosedStream : public testing::TestWithParam<int> {};
+
+TEST_P(PosixClosedStream, IsNeverTakenByAFile) {
+  const test::CTempFolder folder;
+  const auto child = [&] {
+    close(GetParam());
+    CFile early;
+    if (!early.Open(folder / "early", EOpenMode::CreateNew) || early.LogId() <= 3) return 1;
+    platform::PrepareProcess();
+    if (fcntl(GetParam(), F_GETFD) == -1) return 2;
+    char byte = 0;
+    if (GetParam() == 0 && read(0, &byte, 1) != 0) return 3;  // at its end
+    if (GetParam() == 1 && write(1, "x", 1) != -1) return 4;  // a report would be lost
+    if (GetParam() == 2 && write(2, "x", 1) != 1) return 5;   // nobody hears it
+    CFile file;
+    if (!file.Open(folder / "a", EOpenMode::CreateNew) || file.Write("abc", 3) != 3) return 6;
+    return file.LogId() <= 3 ? 7 : 0;
+  };
+  EXPECT_EXIT(_exit(child()), testing::ExitedWithCode(0), "");
+  EXPECT_EQ(test::ReadWholeFile(folder / "a"), "abc");
+}
+
+INSTANTIATE_TEST_SUITE_P(EachStream, PosixClosedStream, testing::Values(0, 1, 2));
+
+TEST(PosixFile, AFileThatIsBeingWrittenIsNotRemoved) {
+  const test::CTempFolder folder;
+  CFile file;
+  ASSERT_TRUE(file.Open(folder / "a", EOpenMode::CreateNew));
+  EXPECT_FALSE(platform::RemoveUnusedFile(folder / "a"));
+  EXPECT_EQ(SystemErrorText(), "Another program is writing this file");
+  EXPECT_TRUE(platform::GetNameStatus(folder / "a"));
+  file.Close();
+  EXPECT_TRUE(platform::RemoveUnusedFile(folder / "a"));
+  EXPECT_FALSE(platform::GetNameStatus(folder / "a"));
+}
+
+TEST(PosixFile, ALinkThatLeadsNowhereTakesItsNameAndIsNotFollowed) {
+  const test::CTempFolder folder;
+  std::filesystem::create_symlink(folder / "none", folder / "link");
+  EXPECT_TRUE(platform::GetNameStatus(folder / "link"));
+  EXPECT_FALSE(platform::GetFileStatus(folder / "link"));
+  CFile file;
+  EXPECT_FALSE(file.Open(folder / "link", EOpenMode::CreateNew));
+  EXPECT_EQ(platform::LastError(), static_cast<std::uint32_t>(EEXIST));
+  EXPECT_FALSE(platform::GetNameStatus(folder / "none"));
+  EXPECT_TRUE(platform::RemoveUnusedFile(folder / "link"));
+  EXPECT_FALSE(platform::GetNameStatus(folder / "link"));
+}
+
+TEST(PosixPath, BecomesAbsoluteByThePresentFolder) {
+  const std::string here = std::filesystem::current_path().string();
+  EXPECT_EQ(platform::AbsolutePath("/a/./b"), "/a/./b");
+  EXPECT_EQ(platform::AbsolutePath("cuts"), here + "/cuts");
+  EXPECT_EQ(platform::AbsolutePath("./cuts"), here + "/cuts");
+  EXPECT_EQ(platform::AbsolutePath("."), here);
+  EXPECT_EQ(platform::AbsolutePath("./"), here);
+  EXPECT_EQ(platform::AbsolutePath("../cuts"), here + "/../cuts");
 }
 
 TEST(PosixFile, AFullDeviceTakesNothing) {

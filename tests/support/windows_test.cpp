@@ -245,6 +245,38 @@ TEST(WindowsErrors, AccessDeniedTellsWhoMayBeToBlame) {
   EXPECT_THAT(text, testing::Not(testing::HasSubstr("  ")));
 }
 
+TEST(WindowsErrors, AFileThatAnotherProgramKeepsToItselfIsToldAsSuch) {
+  const CTempFolder folder;
+  const std::string path = folder / "a";
+  const HANDLE held = CreateFileW(Wide(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+  ASSERT_NE(held, INVALID_HANDLE_VALUE);
+  EXPECT_FALSE(platform::IsReadable(path));
+  EXPECT_EQ(GetLastError(), DWORD{ERROR_SHARING_VIOLATION});
+  EXPECT_EQ(platform::RuntimeErrorText(ERROR_SHARING_VIOLATION), platform::ErrorText(ERROR_SHARING_VIOLATION));
+  EXPECT_FALSE(platform::RemoveUnusedFile(path));
+  CloseHandle(held);
+  EXPECT_TRUE(platform::IsReadable(path));
+  EXPECT_TRUE(platform::RemoveUnusedFile(path));
+}
+
+TEST(WindowsErrors, TextsCarryNoLineBreaks) {
+  for (const DWORD code : {DWORD{ERROR_FILE_NOT_FOUND}, DWORD{ERROR_SHARING_VIOLATION}, DWORD{ERROR_DISK_FULL}}) {
+    EXPECT_EQ(platform::ErrorText(code).value().find_first_of("\r\n"), std::string::npos);
+  }
+}
+
+TEST(WindowsProcess, AStreamThatIsNoneIsForgotten) {
+  const HANDLE kept = GetStdHandle(STD_ERROR_HANDLE);
+  const CTempFolder folder;
+  const HANDLE closed = CreateFileW(Wide(folder / "a").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+  ASSERT_NE(closed, INVALID_HANDLE_VALUE);
+  CloseHandle(closed);
+  SetStdHandle(STD_ERROR_HANDLE, closed);
+  platform::PrepareProcess();
+  EXPECT_EQ(GetStdHandle(STD_ERROR_HANDLE), nullptr);
+  SetStdHandle(STD_ERROR_HANDLE, kept);
+}
+
 TEST(WindowsErrors, ACodeWithoutTextIsShownAsANumber) {
   EXPECT_EQ(SystemErrorText(0x2FFF'FFFF), "Unknown error 805306367");
 }
