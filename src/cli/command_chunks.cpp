@@ -25,7 +25,7 @@ EExit CChunksCommand::Run() {
   CWaveFileReader reader;
   SScanResult result;
   const bool found = reader.ScanChunks(m_strFile, result);
-  for (const std::string& line : reader.Log()) PrintOut(line + "\n");
+  for (const std::string& line : reader.Log()) PrintOutLine(line);
   if (found) return EExit::Ok;
   const std::string reason = LastProblem(reader.Log());
   PrintMessage(m_strFile + ": no samples can be read from it" + (reason.empty() ? "" : ": " + reason));

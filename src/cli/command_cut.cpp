@@ -73,8 +73,8 @@ std::string ReplacedInput(const CEntryList& entries, const CRecordingSet& record
 }
 
 void PrintList(const std::vector<std::string>& lines) {
-  for (std::size_t i = 0; i < lines.size() && i < kLinesListed; ++i) PrintErr("  " + lines[i] + "\n");
-  if (lines.size() > kLinesListed) PrintErr(Format("  ... and %zu more\n", lines.size() - kLinesListed));
+  for (std::size_t i = 0; i < lines.size() && i < kLinesListed; ++i) PrintErrLine("  " + lines[i]);
+  if (lines.size() > kLinesListed) PrintErrLine(Format("  ... and %zu more", lines.size() - kLinesListed));
 }
 
 void PrintNotes(const SPlanNotes& notes) {
@@ -163,7 +163,7 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
     error = ReplacedInput(entries, recording);
   }
   if (!error.empty()) {
-    PrintMessage(error);
+    PrintMessageLines(error);
     return EExit::Usage;
   }
   PrintNotes(notes);
@@ -176,7 +176,7 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
   SCutReport report = PlannedReport(entries, "not processed");
   if (!SettleExisting(entries, report)) return EExit::OutputsExist;
   if (entries.Size() == 0) {
-    PrintErr("All output files exist, processing not started.\n");
+    PrintErrLine("All output files exist, processing not started.");
     if (m_options.bJson) PrintOut(CutReportJson(report));
     return EExit::Ok;
   }

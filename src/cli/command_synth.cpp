@@ -59,7 +59,7 @@ EExit CSynthCommand::Run() {
   CatchStopRequests();
   const SSynthResult result = WriteSynthRecording(settings);
   if (!m_bQuiet) {
-    for (const std::string& file : result.files) PrintOut(file + "\n");
+    for (const std::string& file : result.files) PrintOutLine(file);
   }
   if (result.nClipped > 0) {
     PrintMessage(Format("warning: %lld values lay beyond full scale and were cut; lower the levels",

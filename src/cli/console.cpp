@@ -3,19 +3,51 @@
 #include <cstdio>
 #include <string>
 
+#include "support/text.h"
+
 namespace carvello {
 
-void PrintOut(std::string_view text) {
-  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stdout));
+namespace {
+
+void Write(std::FILE* stream, std::string_view text) {
+  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stream));
 }
 
-void PrintErr(std::string_view text) {
-  static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
+// In one piece, so that lines of several threads do not mix.
+void WriteErr(std::string_view text) {
+  Write(stderr, text);
   static_cast<void>(std::fflush(stderr));
 }
 
+}  // namespace
+
+void PrintOut(std::string_view text) {
+  Write(stdout, PrintableLines(text));
+}
+
+void PrintOutLine(std::string_view text) {
+  Write(stdout, Printable(text) + "\n");
+}
+
+void PrintErrLine(std::string_view text) {
+  WriteErr(Printable(text) + "\n");
+}
+
 void PrintMessage(std::string_view text) {
-  PrintErr(std::string(kProgramName) + ": " + std::string(text) + "\n");
+  WriteErr(std::string(kProgramName) + ": " + Printable(text) + "\n");
+}
+
+void PrintMessageLines(std::string_view text) {
+  WriteErr(std::string(kProgramName) + ": " + PrintableLines(text) + "\n");
+}
+
+void PrintNoMemory() {
+  WriteErr(kProgramName);
+  WriteErr(": not enough memory\n");
+}
+
+void PrintTerminalControl(std::string_view text) {
+  WriteErr(text);
 }
 
 bool FlushOut() {

@@ -93,7 +93,7 @@ EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
   report.dCpuSeconds = static_cast<double>(platform::ProcessCpuMilliseconds() - cpuBegun) / 1000.0;
   if (m_bStopped) return EExit::Stopped;
   if (started != EStartResult::Started) {
-    PrintMessage(m_answers.Reason());
+    PrintMessageLines(m_answers.Reason());
     // What stands in the way of a later batch comes after outputs were written.
     return batchesDone == 0 ? ExitOf(started) : EExit::OutputFailed;
   }

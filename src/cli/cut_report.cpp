@@ -51,7 +51,7 @@ std::string CutReportJson(const SCutReport& report) {
   object["inputBytes"] = report.nInputBytes;
   object["elapsedSeconds"] = report.dElapsedSeconds;
   object["cpuSeconds"] = report.dCpuSeconds;
-  return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return PrintableJson(object.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 std::string CutReportText(const SCutReport& report) {

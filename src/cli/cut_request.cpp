@@ -25,7 +25,7 @@ FieldTexts SequenceFields(const SCutOptions& options) {
 bool AddEntries(const SCutOptions& options, std::vector<SEntrySpec>& entries, std::string& error) {
   for (std::size_t i = 0; i < options.entries.size(); ++i) {
     SEntrySpec spec;
-    spec.strLabel = Format("--entry %zu (%s)", i + 1, options.entries[i].c_str());
+    spec.strLabel = Format("--entry %zu (%s)", i + 1, Printable(options.entries[i]).c_str());
     if (!ParseEntry(options.entries[i], spec, error)) {
       error.insert(0, spec.strLabel + ": ");
       return false;
@@ -55,7 +55,7 @@ bool AddSequences(const SCutOptions& options, std::vector<SEntrySpec>& entries, 
   for (std::size_t i = 0; i < options.sequences.size(); ++i) {
     SEntrySpec spec = common;
     SFrequencyRange range;
-    spec.strLabel = Format("--sequence %zu (%s)", i + 1, options.sequences[i].c_str());
+    spec.strLabel = Format("--sequence %zu (%s)", i + 1, Printable(options.sequences[i]).c_str());
     if (!ParseFrequencyRange(options.sequences[i], range, error)) {
       error.insert(0, spec.strLabel + ": ");
       return false;

@@ -24,7 +24,7 @@ struct SFieldKind {
   const char* Name(EFieldNames names) const { return names == EFieldNames::Entry ? pEntryName : pJobFileName; }
 };
 
-constexpr std::array<SFieldKind, 7> kFieldKinds = {{
+constexpr std::array<SFieldKind, kFieldCount> kFieldKinds = {{
     {"f", "frequency", kFrequencyForms,
      [](std::string_view text, SEntrySpec& spec) { return Take(ParseFrequency(text), spec.frequency); }},
     {"bw", "bandwidth", kFrequencyForms,
@@ -64,15 +64,15 @@ bool SetFields(const FieldTexts& fields, EFieldNames names, SEntrySpec& spec, st
   for (const auto& [name, value] : fields) {
     const SFieldKind* kind = FindKind(name, names);
     if (kind == nullptr) {
-      error = Format("unknown key \"%s\". Accepted: %s", name.c_str(), FieldNames(names).c_str());
+      error = Format("unknown key \"%s\". Accepted: %s", Printable(name).c_str(), FieldNames(names).c_str());
       return false;
     }
     if (!seen.insert(name).second) {
-      error = Format("\"%s\" is given twice", name.c_str());
+      error = Format("\"%s\" is given twice", Printable(name).c_str());
       return false;
     }
     if (!kind->set(value, spec)) {
-      error = Format("%s \"%s\" cannot be read. Accepted: %s", name.c_str(), value.c_str(), kind->pAccepted);
+      error = Format("%s \"%s\" cannot be read. Accepted: %s", name.c_str(), Printable(value).c_str(), kind->pAccepted);
       return false;
     }
   }
@@ -99,7 +99,7 @@ bool ParseEntry(std::string_view text, SEntrySpec& spec, std::string& error) {
     const std::size_t equals = field.find('=');
     if (equals == std::string_view::npos) {
       error = Format("\"%s\" is no key=value. Accepted keys: %s, separated by commas, for example f=7.1M,bw=10k",
-                     std::string(field).c_str(), FieldNames(EFieldNames::Entry).c_str());
+                     Printable(field).c_str(), FieldNames(EFieldNames::Entry).c_str());
       return false;
     }
     fields.emplace_back(field.substr(0, equals), field.substr(equals + 1));

@@ -2,6 +2,7 @@
 // recording yet.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -23,7 +24,7 @@ struct SFrequencyRange {
 };
 
 struct SEntrySpec {
-  std::string strLabel;                   // how messages name it, for example `--entry 2 (f=7.1M,bw=10k)`
+  std::string strLabel;                   // how messages name it, printable: `--entry 2 (f=7.1M,bw=10k)`
   std::optional<std::int64_t> frequency;  // Hz; nothing for a sequence
   std::optional<SFrequencyRange> range;   // of a sequence
   std::optional<std::int64_t> bandwidth;  // Hz
@@ -40,11 +41,14 @@ inline constexpr std::int64_t kMostEntries = 100'000;
 // Name and value as the user wrote them, in the user's order.
 using FieldTexts = std::vector<std::pair<std::string, std::string>>;
 
+// As many fields as there are kinds of them.
+inline constexpr std::size_t kFieldCount = 7;
+
 // The names that fields go by: f and bw in `--entry`, frequency and bandwidth in a job file. The others are the same.
 enum class EFieldNames { Entry, JobFile };
 
 // Sets fields from texts. False when a name is unknown or comes twice, a value cannot be read, or end and duration are
-// both there; `error` then says what is accepted.
+// both there; `error` then says what is accepted, printable on one line.
 bool SetFields(const FieldTexts& fields, EFieldNames names, SEntrySpec& spec, std::string& error);
 // The same for a whole entry, which must have a centre frequency and a bandwidth.
 bool SetEntryFields(const FieldTexts& fields, EFieldNames names, SEntrySpec& spec, std::string& error);

@@ -26,7 +26,7 @@ Json MetadataJson(const SMetadataLists& metadata) {
 
 void AddInfoTexts(const SInfoTexts& texts, Rows& rows) {
   const auto add = [&rows](const char* name, const std::string& text) {
-    if (!text.empty()) rows.push_back({name, Printable(text)});
+    if (!text.empty()) rows.push_back({name, text});
   };
   add("Name (INAM)", texts.strINAM);
   add("Artist (IART)", texts.strIART);
@@ -67,7 +67,7 @@ std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts) {
                          {"ICOP", texts.strICOP},
                          {"INAM", texts.strINAM}};
   object["metadata"] = MetadataJson(recording.metadata);
-  return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return PrintableJson(object.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
 }
 
 std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts) {
@@ -86,7 +86,7 @@ std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts) {
   AddInfoTexts(texts, rows);
   for (std::size_t i = 0; i < recording.files.size(); ++i) {
     rows.push_back(
-        {i == 0 ? "Files" : "", Format("%s (%s)", Printable(recording.files[i].strPath).c_str(),
+        {i == 0 ? "Files" : "", Format("%s (%s)", recording.files[i].strPath.c_str(),
                                        FormatBytes(static_cast<double>(recording.files[i].nDataBytes)).c_str())});
   }
   std::string text = FormatColumns(rows, "");
@@ -94,7 +94,7 @@ std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts) {
 
   Rows metadata;
   for (std::size_t i = 0; i < recording.metadata.names.size(); ++i) {
-    metadata.push_back({"  " + recording.metadata.names[i], Printable(recording.metadata.values[i])});
+    metadata.push_back({"  " + recording.metadata.names[i], recording.metadata.values[i]});
   }
   return text + "\nMetadata\n" + FormatColumns(metadata, "");
 }

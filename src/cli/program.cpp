@@ -14,6 +14,7 @@
 #include "cli/console.h"
 #include "cli/help_texts.h"
 #include "support/hresult.h"
+#include "support/text.h"
 #include "support/version.h"
 
 namespace carvello {
@@ -33,8 +34,8 @@ std::string Accepted(const CLI::App& app) {
 EExit RefuseArguments(const CLI::App& app, const CLI::App* command, const std::string& problem) {
   const CLI::App& place = command == nullptr ? app : *command;
   const std::string name = command == nullptr ? "" : command->get_name() + ": ";
-  PrintMessage(name + problem + "\nAccepted: " + Accepted(place) + "\nMore: " + kProgramName +
-               (command == nullptr ? "" : " " + command->get_name()) + " --help");
+  PrintMessageLines(name + Printable(problem) + "\nAccepted: " + Accepted(place) + "\nMore: " + kProgramName +
+                    (command == nullptr ? "" : " " + command->get_name()) + " --help");
   return EExit::Usage;
 }
 
@@ -79,7 +80,7 @@ EExit RunGuarded(const std::vector<std::string>& arguments) {
   try {
     return ParseAndRun(arguments);
   } catch (const std::bad_alloc&) {
-    PrintMessage("not enough memory");
+    PrintNoMemory();
     return EExit::OutputFailed;
   } catch (const CHResultError& error) {
     PrintMessage(std::string("the input holds a date that does not exist: ") + error.what());

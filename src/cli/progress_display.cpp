@@ -78,7 +78,7 @@ void CProgressDisplay::Update(std::uint64_t total, std::uint64_t done) {
   SProgressState state = State(now);
   while (m_nTenths < tenths) {
     state.dFraction = ++m_nTenths / 10.0;
-    PrintErr(ProgressTextLine(state) + "\n");
+    PrintErrLine(ProgressTextLine(state));
   }
 }
 
@@ -87,16 +87,16 @@ void CProgressDisplay::EndBatch(bool complete) {
   const SProgressState state{m_strPrefix, complete ? 1.0 : m_dFraction, 0.0, -1.0};
   if (m_mode == EMode::Bar) {
     Draw(ProgressBarLine(state, BarColumns()));
-    PrintErr("\n");
+    PrintTerminalControl("\n");
     m_nWidth = 0;
   } else if (complete) {
-    PrintErr(ProgressTextLine(state) + "\n");
+    PrintErrLine(ProgressTextLine(state));
   }
 }
 
 void CProgressDisplay::PrintLine(const std::string& line) {
   Erase();
-  PrintErr(line + "\n");
+  PrintErrLine(line);
 }
 
 SProgressState CProgressDisplay::State(Clock::time_point now) const {
@@ -111,13 +111,13 @@ SProgressState CProgressDisplay::State(Clock::time_point now) const {
 void CProgressDisplay::Draw(const std::string& line) {
   // Blanks over what a longer line left behind, as not every terminal understands a command to erase.
   const std::size_t rest = m_nWidth > line.size() ? m_nWidth - line.size() : 0;
-  PrintErr(Format("\r%s%*s", line.c_str(), static_cast<int>(rest), ""));
+  PrintTerminalControl(Format("\r%s%*s", line.c_str(), static_cast<int>(rest), ""));
   m_nWidth = line.size();
 }
 
 void CProgressDisplay::Erase() {
   if (m_nWidth == 0) return;
-  PrintErr(Format("\r%*s\r", static_cast<int>(m_nWidth), ""));
+  PrintTerminalControl(Format("\r%*s\r", static_cast<int>(m_nWidth), ""));
   m_nWidth = 0;
   m_drawn = Clock::time_point();
 }

@@ -30,11 +30,14 @@ std::size_t TextWidth(std::string_view text) {
       std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
 }
 
-std::string FormatColumns(const std::vector<std::vector<std::string>>& rows, std::string_view alignment) {
+std::string FormatColumns(std::vector<std::vector<std::string>> rows, std::string_view alignment) {
   std::vector<std::size_t> widths;
-  for (const auto& row : rows) {
+  for (auto& row : rows) {
     widths.resize(std::max(widths.size(), row.size()));
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], TextWidth(row[i]));
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      row[i] = Printable(row[i]);
+      widths[i] = std::max(widths[i], TextWidth(row[i]));
+    }
   }
   std::string text;
   for (const auto& row : rows) {

@@ -18,7 +18,8 @@ std::string FormatBytes(double bytes);
 std::size_t TextWidth(std::string_view text);
 
 // Rows of cells in columns two blanks apart, each as wide as its widest cell. Numbers stand right: a column that
-// `rightAligned` marks with 'r'. The last column is never filled up with blanks. Rows may have different lengths.
-std::string FormatColumns(const std::vector<std::vector<std::string>>& rows, std::string_view alignment);
+// `alignment` marks with 'r'. The last column is never filled up with blanks. Rows may have different lengths. Cells go
+// through Printable, so that a row is a line whatever stands in it.
+std::string FormatColumns(std::vector<std::vector<std::string>> rows, std::string_view alignment);
 
 }  // namespace carvello

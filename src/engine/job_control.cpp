@@ -45,7 +45,7 @@ EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& 
     if (m_questions.Ask(EJobQuestion::TooManyEntries, box) != EAnswer::Yes) return EStartResult::Declined;
   }
   if (const auto obstacle = FindObstacle(chosen, recording)) {
-    m_questions.Ask(EJobQuestion::CannotStart, {"Start", obstacle->strText, EButtons::Ok, EIcon::Stop});
+    m_questions.Ask(EJobQuestion::CannotStart, {"Start", Printable(obstacle->strText), EButtons::Ok, EIcon::Stop});
     return obstacle->result;
   }
 
@@ -64,7 +64,7 @@ EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& 
   }
   if (overwrite) {
     if (const auto problem = RemoveOldParts(chosen)) {
-      m_questions.Ask(EJobQuestion::CannotStart, {"Start", *problem, EButtons::Ok, EIcon::Stop});
+      m_questions.Ask(EJobQuestion::CannotStart, {"Start", Printable(*problem), EButtons::Ok, EIcon::Stop});
       return EStartResult::OutputUnwritable;
     }
   } else {

@@ -399,7 +399,7 @@ void SetCurrentThreadName(const std::string& name) {
 
 void DebugOutput(const std::string& line) {
   static const bool wanted = std::getenv("CARVELLO_DEBUG_OUTPUT") != nullptr;
-  if (wanted) std::fprintf(stderr, "%s\n", line.c_str());
+  if (wanted) std::fprintf(stderr, "%s\n", Printable(line).c_str());
 }
 
 std::int64_t ProcessCpuMilliseconds() {

@@ -1,9 +1,11 @@
 #include "support/text.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 namespace carvello {
 
@@ -24,6 +26,13 @@ bool IsHighSurrogate(char32_t c) {
 }
 bool IsLowSurrogate(char32_t c) {
   return c >= 0xDC00 && c <= 0xDFFF;
+}
+// The pair that stands for a character beyond the first 65,536.
+char16_t HighSurrogate(char32_t code) {
+  return static_cast<char16_t>(0xD800U + ((code - 0x10000U) >> 10U));
+}
+char16_t LowSurrogate(char32_t code) {
+  return static_cast<char16_t>(0xDC00U + ((code - 0x10000U) & 0x3FFU));
 }
 
 // Takes one character off the front of `text`, which is not empty. A byte that starts no well-formed sequence is taken
@@ -82,6 +91,59 @@ void AppendUtf8(std::string& text, char32_t code) {
   }
 }
 
+// First and last of the characters that a terminal or a text view obeys instead of showing them, or does not show at
+// all: C0 and C1, the marks and overrides of the writing direction, line and paragraph separators, invisible operators,
+// the byte order mark, annotation marks and tags. The joiners U+200C and U+200D, which scripts need, are not among
+// them.
+constexpr std::array<std::pair<char32_t, char32_t>, 11> kUnprintable = {{
+    {0x00, 0x1F},
+    {0x7F, 0x9F},
+    {0x061C, 0x061C},
+    {0x200B, 0x200B},
+    {0x200E, 0x200F},
+    {0x2028, 0x202E},
+    {0x2060, 0x206F},
+    {0xFEFF, 0xFEFF},
+    {0xFFF9, 0xFFFB},
+    {0x1D173, 0x1D17A},
+    {0xE0000, 0xE0FFF},
+}};
+
+bool IsPrintable(char32_t code) {
+  return std::none_of(kUnprintable.begin(), kUnprintable.end(),
+                      [code](const auto& range) { return code >= range.first && code <= range.second; });
+}
+
+// How a character is shown that is not to be shown as it is.
+std::string EscapeOf(char32_t code) {
+  if (code == '\t') return "\\t";
+  if (code == '\n') return "\\n";
+  if (code == '\r') return "\\r";
+  const auto number = static_cast<unsigned>(code);
+  if (number < 0x80) return Format("\\x%02X", number);
+  return Format(number < 0x10000 ? "\\u%04X" : "\\U%08X", number);
+}
+
+// Every character that `must` says so of, and every byte that is no UTF-8, as its escape; all else as it is.
+template <typename Must>
+std::string Escaped(std::string_view text, Must must) {
+  std::string result;
+  result.reserve(text.size());
+  while (!text.empty()) {
+    const std::string_view rest = text;
+    const char32_t code = TakeUtf8(text);
+    const std::size_t length = rest.size() - text.size();
+    if (code == kReplacement && length == 1) {
+      result += Format("\\x%02X", static_cast<unsigned>(static_cast<std::uint8_t>(rest[0])));
+    } else if (must(code)) {
+      result += EscapeOf(code);
+    } else {
+      result.append(rest.substr(0, length));
+    }
+  }
+  return result;
+}
+
 }  // namespace
 
 std::string FormatV(const char* format, va_list arguments) {
@@ -106,10 +168,30 @@ std::string Format(const char* format, ...) {
   return text;
 }
 
-std::string Printable(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
-  return text;
+std::string Printable(std::string_view text) {
+  return Escaped(text, [](char32_t code) { return !IsPrintable(code); });
+}
+
+std::string PrintableLines(std::string_view text) {
+  return Escaped(text, [](char32_t code) { return !IsPrintable(code) && code != '\n'; });
+}
+
+std::string PrintableJson(std::string_view json) {
+  std::string result;
+  result.reserve(json.size());
+  while (!json.empty()) {
+    const std::string_view rest = json;
+    const char32_t code = TakeUtf8(json);
+    if (IsPrintable(code) || code == '\n') {
+      result.append(rest.substr(0, rest.size() - json.size()));
+    } else if (code < 0x10000) {
+      result += Format("\\u%04X", static_cast<unsigned>(code));
+    } else {
+      result += Format("\\u%04X\\u%04X", static_cast<unsigned>(HighSurrogate(code)),
+                       static_cast<unsigned>(LowSurrogate(code)));
+    }
+  }
+  return result;
 }
 
 std::string TrimRight(std::string_view text) {
@@ -162,8 +244,8 @@ std::u16string Utf8ToUtf16(std::string_view text) {
     if (code < 0x10000) {
       result.push_back(static_cast<char16_t>(code));
     } else {
-      result.push_back(static_cast<char16_t>(0xD800U + ((code - 0x10000U) >> 10U)));
-      result.push_back(static_cast<char16_t>(0xDC00U + ((code - 0x10000U) & 0x3FFU)));
+      result.push_back(HighSurrogate(code));
+      result.push_back(LowSurrogate(code));
     }
   }
   return result;

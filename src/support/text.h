@@ -19,11 +19,19 @@ namespace carvello {
 std::string Format(const char* format, ...) CARVELLO_PRINTF(1, 2);
 std::string FormatV(const char* format, va_list arguments) CARVELLO_PRINTF(1, 0);
 
-// ASCII white space (blank, tab, CR, LF, VT, FF) removed at the right end, or at both ends.
-// A text out of a file or a folder as part of a line: what would move a terminal's cursor or break the line shows as
-// "?".
-std::string Printable(std::string text);
+// A text as one line that is safe on a terminal, in a log and in a window, whoever wrote it: control characters (C0,
+// C1), line breaks, what changes the writing direction or does not show, and bytes that are no UTF-8 appear as their
+// escapes
+// (\n, \x1B, \u202E, \U000E0001). A backslash stays as it is, so that paths of Windows stay readable and a text that
+// has been through here goes through again unchanged.
+std::string Printable(std::string_view text);
+// The same for a text of several lines: the breaks "\n" stay. Texts of others must have been through Printable before
+// they become part of it.
+std::string PrintableLines(std::string_view text);
+// The same for a whole JSON text, by JSON's own escapes: what it says stays the same.
+std::string PrintableJson(std::string_view json);
 
+// ASCII white space (blank, tab, CR, LF, VT, FF) removed at the right end, or at both ends.
 std::string TrimRight(std::string_view text);
 std::string Trim(std::string_view text);
 

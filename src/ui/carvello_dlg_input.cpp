@@ -1,4 +1,5 @@
 // The main dialog's input recording and output folder.
+#include "support/text.h"
 #include "ui/carvello_dlg.h"
 #include "ui/file_manager.h"
 #include "ui/input_texts.h"
@@ -36,7 +37,9 @@ void CCarvelloDlg::SelectInput() {
 
 void CCarvelloDlg::ShowInputTexts() {
   const SInputTexts texts = m_bInputValid ? InputTexts(m_input.recording, IsUtc()) : SInputTexts();
-  const auto show = [](QLabel* label, const std::string& text) { label->setText(QString::fromStdString(text)); };
+  const auto show = [](QLabel* label, const std::string& text) {
+    label->setText(QString::fromStdString(Printable(text)));
+  };
   show(m_ui->IDC_1001, texts.strCentre);
   show(m_ui->IDC_1002, texts.strBandwidth);
   show(m_ui->IDC_1003, texts.strSampleSize);

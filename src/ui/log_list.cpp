@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "support/system_time.h"
+#include "support/text.h"
 #include "ui/log_model.h"
 
 namespace carvello {
@@ -56,7 +57,7 @@ void CLogList::AddLine(const std::string& worker, const std::string& text) {
   // One entry is one line, here and in the text file that is made of them.
   std::replace_if(
       line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-  m_waiting.push_back(std::move(line));
+  m_waiting.push_back(Printable(line));
   if (!m_pTimer->isActive()) m_pTimer->start();
 }
 

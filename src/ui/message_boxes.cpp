@@ -2,6 +2,8 @@
 
 #include <QMessageBox>
 
+#include "support/text.h"
+
 namespace carvello {
 
 namespace {
@@ -33,8 +35,8 @@ QMessageBox::StandardButtons ButtonsOf(EButtons buttons) {
 }  // namespace
 
 EAnswer ShowMessageBox(QWidget* pParent, const SMessageBox& box) {
-  QMessageBox messageBox(IconOf(box.icon), QString::fromStdString(box.strCaption), QString::fromStdString(box.strText),
-                         ButtonsOf(box.buttons), pParent);
+  QMessageBox messageBox(IconOf(box.icon), QString::fromStdString(box.strCaption),
+                         QString::fromStdString(PrintableLines(box.strText)), ButtonsOf(box.buttons), pParent);
   messageBox.setTextFormat(Qt::PlainText);  // a path may look like markup
   // Whatever order the desktop puts the buttons in, Enter means the same.
   messageBox.setDefaultButton(box.buttons == EButtons::Ok ? QMessageBox::Ok : QMessageBox::Yes);

@@ -84,9 +84,9 @@ TEST(InfoText, CannotMoveATerminalsCursor) {
   SInfoTexts texts;
   texts.strIART = "artist\r";
   const std::string text = InfoText(recording, texts);
-  EXPECT_THAT(text, HasSubstr("a?[2J?b"));
-  EXPECT_THAT(text, HasSubstr("in?.wav"));
-  EXPECT_THAT(text, HasSubstr("artist?"));
+  EXPECT_THAT(text, HasSubstr("a\\x1B[2J\\nb"));
+  EXPECT_THAT(text, HasSubstr("in\\x1B.wav"));
+  EXPECT_THAT(text, HasSubstr("artist\\r"));
 }
 
 }  // namespace

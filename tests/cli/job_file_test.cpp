@@ -110,6 +110,71 @@ TEST(JobFile, TellsWhereTheTextIsNoJson) {
   EXPECT_THAT(Refusal("{\"input\": \"\xff\"}"), HasSubstr("no JSON"));
 }
 
+TEST(JobFile, RefusesKeysThatComeTwice) {
+  EXPECT_THAT(Refusal(R"({"input": "a", "input": "b"})"), HasSubstr("\"input\" is given twice"));
+  EXPECT_THAT(Refusal(R"({"entries": [], "entries": []})"), HasSubstr("\"entries\" is given twice"));
+  EXPECT_THAT(RefusedEntry(R"({"bits": 16, "bits": 32, "frequency": 1, "bandwidth": 10})"),
+              AllOf(HasSubstr("entry 1"), HasSubstr("\"bits\" is given twice")));
+}
+
+TEST(JobFile, RefusesAPathThatTheSystemWouldCutShort) {
+  EXPECT_THAT(Refusal(R"({"input": "a.wav\u0000b"})"), HasSubstr("\"input\" holds a character 0"));
+}
+
+TEST(JobFile, ThatNestsDeeplyIsRefusedWhereItLeavesTheForm) {
+  const std::size_t count = 60'000'000;
+  EXPECT_THAT(Refusal(std::string(count, '[')), HasSubstr("not an object"));
+  EXPECT_THAT(Refusal("{\"entries\": " + std::string(count, '[')),
+              AllOf(HasSubstr("entry 1"), HasSubstr("not an object")));
+  EXPECT_THAT(RefusedEntry("{\"frequency\": " + std::string(100'000, '[') + std::string(100'000, ']') + "}"),
+              AllOf(HasSubstr("entry 1"), HasSubstr("neither a text nor a number")));
+  EXPECT_THAT(Refusal("{\"input\": " + std::string(100'000, '[') + std::string(100'000, ']') + "}"),
+              HasSubstr("\"input\" is no text"));
+}
+
+TEST(JobFile, WithMoreKeysThanThereAreIsRefusedAtTheFirstThatIsWrong) {
+  std::string members;
+  for (int i = 0; i < 1'000'000; ++i) members += "\"" + std::to_string(i) + "\": 1, ";
+  EXPECT_THAT(Refusal("{" + members + "\"input\": \"a\"}"), HasSubstr("unknown key \"0\""));
+  EXPECT_THAT(RefusedEntry("{" + members + "\"frequency\": 1}"),
+              AllOf(HasSubstr("entry 1"), HasSubstr("unknown key \"0\"")));
+  std::string same;
+  for (int i = 0; i < 1'000'000; ++i) same += "\"bits\": 16, ";
+  EXPECT_THAT(RefusedEntry("{" + same + "\"frequency\": 1}"), HasSubstr("\"bits\" is given twice"));
+}
+
+TEST(JobFile, WithMoreEntriesThanAJobTakesIsRefused) {
+  const std::string entry = R"({"frequency": 1, "bandwidth": 10})";
+  std::string entries = entry;
+  for (int i = 1; i < kMostEntries; ++i) entries += "," + entry;
+  EXPECT_EQ(Read("{\"entries\": [" + entries + "]}").entries.size(), static_cast<std::size_t>(kMostEntries));
+  EXPECT_THAT(RefusedEntry(entries + "," + entry), AllOf(HasSubstr("entry 100001"), HasSubstr("at most 100000")));
+}
+
+TEST(JobFile, WithALongerTextThanMeansAnythingIsRefusedWithItsPlace) {
+  const std::string longest(65'536 - 2, 'x');  // and its quotes
+  EXPECT_EQ(Read("{\"input\": \"" + longest + "\"}").strInput, longest);
+  for (const std::string& token :
+       {"\"" + longest + "x\"", "\"\\\"" + longest + "\"", std::string(65'537, '1'), std::string(65'537, 't')}) {
+    EXPECT_THAT(Refusal("{\n  \"input\": " + token + "}"),
+                AllOf(HasSubstr("line 2, column 12"), HasSubstr("more than 65536 bytes")));
+  }
+}
+
+TEST(JobFile, IsRefusedInOneLineThatIsShortAndPrintable) {
+  const std::string hostile = "\\u001b[2J\\n\\u009b\\u202e";
+  const std::string shown = "\\x1B[2J\\n\\u009B\\u202E";
+  EXPECT_THAT(Refusal("{\"" + hostile + "\": 1}"), HasSubstr("unknown key \"" + shown + "\""));
+  EXPECT_THAT(RefusedEntry("{\"" + hostile + "\": true}"), HasSubstr("\"" + shown + "\" is neither"));
+  EXPECT_THAT(RefusedEntry("{\"" + hostile + "\": 1, \"bandwidth\": 1}"), HasSubstr("unknown key \"" + shown + "\""));
+  EXPECT_THAT(RefusedEntry("{\"frequency\": \"" + hostile + "\"}"), HasSubstr("frequency \"" + shown + "\""));
+  EXPECT_LT(Refusal("{\"input\": " + std::string(60'000, 'x') + "}").size(), 1000U);
+  SJobFile job;
+  std::string error;
+  EXPECT_FALSE(ParseJobFile("{", "a\x1B\n.json", job, error));
+  EXPECT_THAT(error, testing::StartsWith("a\\x1B\\n.json: no JSON"));
+}
+
 TEST(JobFile, IsReadFromAFileWithAnyName) {
   const CTempFolder folder;
   const std::string path = folder / "Aufträge 夜.json";

@@ -373,7 +373,7 @@ TEST_F(NumberedSet, TextsOfTheMetadataCannotMoveATerminalsCursor) {
   CMyStringArray log;
   ASSERT_TRUE(AnalyseRecordingSet(path, set, log)) << Joined(log);
   EXPECT_TRUE(
-      HasLine(log, "[WARNING] " + path + ": SizeInBytes \"-1?[2J\" cannot be, the size of its data chunk is taken"))
+      HasLine(log, "[WARNING] " + path + ": SizeInBytes \"-1\\x1B[2J\" cannot be, the size of its data chunk is taken"))
       << Joined(log);
 }
 

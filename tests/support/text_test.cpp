@@ -21,9 +21,34 @@ TEST(Trim, TakesAsciiWhiteSpaceOnly) {
   EXPECT_EQ(Trim("\xC2\xA0x"), "\xC2\xA0x");
 }
 
-TEST(Printable, ReplacesControlCharactersOnly) {
-  EXPECT_EQ(Printable("a\x1B[2J\r\n\t\x7F"), "a?[2J????");
-  EXPECT_EQ(Printable("\xC3\xA9 ~"), "\xC3\xA9 ~");
+TEST(Printable, EscapesControlCharactersOfEveryKind) {
+  EXPECT_EQ(Printable("a\x1B[2J\r\n\t\x7F"), "a\\x1B[2J\\r\\n\\t\\x7F");
+  EXPECT_EQ(Printable("\0"s), "\\x00");
+  EXPECT_EQ(Printable("\xC2\x85\xC2\x9B"), "\\u0085\\u009B");                             // C1
+  EXPECT_EQ(Printable("a\xE2\x80\xAEvaw\xE2\x81\xA6"), "a\\u202Evaw\\u2066");             // direction
+  EXPECT_EQ(Printable("\xE2\x80\xA8\xE2\x80\xA9\xEF\xBB\xBF"), "\\u2028\\u2029\\uFEFF");  // separators, mark
+  EXPECT_EQ(Printable("\xF3\xA0\x80\x81"), "\\U000E0001");                                // a tag
+}
+
+TEST(Printable, EscapesBytesThatAreNoUtf8) {
+  EXPECT_EQ(Printable("a\xFFz\xC3"), "a\\xFFz\\xC3");
+  EXPECT_EQ(Printable("\xED\xA0\x80"), "\\xED\\xA0\\x80");  // half a surrogate pair
+  EXPECT_EQ(Printable("\x9B"), "\\x9B");
+}
+
+TEST(Printable, LeavesEverythingElseAsItIs) {
+  const std::string text = "C:\\r\u00E9c \u591C \U0001F4E1 \uFFFD \u200D~";
+  EXPECT_EQ(Printable(text), text);
+  EXPECT_EQ(Printable(Printable("\x1B\n\xFF")), Printable("\x1B\n\xFF"));
+}
+
+TEST(PrintableLines, KeepsLineBreaksOnly) {
+  EXPECT_EQ(PrintableLines("a\nb\r\x1B\xFF"), "a\nb\\r\\x1B\\xFF");
+}
+
+TEST(PrintableJson, SaysTheSameWithoutSuchCharacters) {
+  EXPECT_EQ(PrintableJson("{\n\"\x7F\xC2\x9B\xE2\x80\xAE\xF3\xA0\x80\x81\u591C\"\n}"),
+            "{\n\"\\u007F\\u009B\\u202E\\uDB40\\uDC01\u591C\"\n}");
 }
 
 TEST(EqualsNoCaseAscii, FoldsAsciiLettersOnly) {
