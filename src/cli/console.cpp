@@ -1,6 +1,7 @@
 #include "cli/console.h"
 
 #include <cstdio>
+#include <initializer_list>
 #include <string>
 
 #include "support/text.h"
@@ -41,9 +42,8 @@ void PrintMessageLines(std::string_view text) {
   WriteErr(std::string(kProgramName) + ": " + PrintableLines(text) + "\n");
 }
 
-void PrintNoMemory() {
-  WriteErr(kProgramName);
-  WriteErr(": not enough memory\n");
+void PrintPlainMessage(const char* text) noexcept {
+  for (const char* const part : {kProgramName, ": ", text, "\n"}) WriteErr(part);
 }
 
 void PrintTerminalControl(std::string_view text) {

@@ -20,8 +20,8 @@ void PrintErrLine(std::string_view text);
 // own.
 void PrintMessage(std::string_view text);
 void PrintMessageLines(std::string_view text);
-// That there is no memory, without needing any.
-void PrintNoMemory();
+// The same without taking any memory, for a message of the program's own.
+void PrintPlainMessage(const char* text) noexcept;
 // What draws on stderr's terminal: the program's own characters only, as they are.
 void PrintTerminalControl(std::string_view text);
 // Brings everything on its way out to stdout. False when some of it could not be written.

@@ -4,5 +4,5 @@
 int main(int argc, char** argv) {
   carvello::platform::PrepareProcess();
   carvello::platform::UseUtf8Console();
-  return carvello::RunProgram(carvello::platform::ProgramArguments(argc, argv));
+  return carvello::RunProgram(argc, argv);
 }

@@ -14,6 +14,7 @@
 #include "cli/console.h"
 #include "cli/help_texts.h"
 #include "support/hresult.h"
+#include "support/platform.h"
 #include "support/text.h"
 #include "support/version.h"
 
@@ -76,31 +77,40 @@ EExit ParseAndRun(const std::vector<std::string>& arguments) {
   return RefuseArguments(app, nullptr, "no command given");
 }
 
-EExit RunGuarded(const std::vector<std::string>& arguments) {
+// Runs the program and turns what it throws into a message and an exit code. Even a message may find no memory.
+template <typename Run>
+int Guarded(Run run) noexcept {
+  EExit result = EExit::OutputFailed;
   try {
-    return ParseAndRun(arguments);
-  } catch (const std::bad_alloc&) {
-    PrintNoMemory();
-    return EExit::OutputFailed;
-  } catch (const CHResultError& error) {
-    PrintMessage(std::string("the input holds a date that does not exist: ") + error.what());
-    return EExit::InputUnreadable;
-  } catch (const std::exception& error) {
-    PrintMessage(error.what());
-    return EExit::OutputFailed;
+    try {
+      result = run();
+    } catch (const CHResultError& error) {
+      result = EExit::InputUnreadable;
+      PrintMessage(std::string("the input holds a date that does not exist: ") + error.what());
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      PrintMessage(error.what());
+    }
+  } catch (...) {
+    PrintPlainMessage("not enough memory");
   }
+  if (!FlushOut()) {
+    PrintPlainMessage("the result could not be written to stdout");
+    // What went wrong before is worse than the loss of the report about it.
+    if (result == EExit::Ok) result = EExit::OutputFailed;
+  }
+  return static_cast<int>(result);
 }
 
 }  // namespace
 
 int RunProgram(const std::vector<std::string>& arguments) noexcept {
-  EExit result = RunGuarded(arguments);
-  if (!FlushOut()) {
-    PrintMessage("the result could not be written to stdout");
-    // What went wrong before is worse than the loss of the report about it.
-    if (result == EExit::Ok) result = EExit::OutputFailed;
-  }
-  return static_cast<int>(result);
+  return Guarded([&] { return ParseAndRun(arguments); });
+}
+
+int RunProgram(int argc, char** argv) noexcept {
+  return Guarded([&] { return ParseAndRun(platform::ProgramArguments(argc, argv)); });
 }
 
 }  // namespace carvello
