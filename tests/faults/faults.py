@@ -3,6 +3,7 @@
     faults.py KIND [ERROR [TIMES]] [--shard I/N] [--overwrite]     every place of a kind
     faults.py KIND ERROR TIMES --at N    one place alone, telling all that the program says
     faults.py --thin [--shard I/N]       some hundred places, of every kind and with every error
+    faults.py --limits [--shard I/N]     address space that ends at every megabyte (ulimit -v)
     faults.py --counts                   how many calls of each kind the job makes
 
 KIND and ERROR as call_faults.cpp takes them, errors by their names; TIMES 0 is "for good". With --overwrite the job
@@ -95,11 +96,11 @@ class Checker:
     def close(self):
         shutil.rmtree(self.folder, ignore_errors=True)
 
-    def run(self, fault):
+    def run(self, fault, memory=None):
         """Runs the job once; gives how it ended and what is wrong with that."""
         self.fill_output()
         try:
-            ended = job.run(self.source, self.output, fault, self.timeout, self.arguments)
+            ended = job.run(self.source, self.output, fault, self.timeout, self.arguments, memory)
             return ended, self.problems(fault, ended)
         finally:
             shutil.rmtree(self.output)
@@ -247,6 +248,23 @@ def whole(checker, cases, share, shares):
     return right
 
 
+def limits(checker, share, shares):
+    """The job in more and more address space, until there is enough for it."""
+    megabyte, tried, survived, wrong = 1 + share, 0, 0, 0
+    while survived < LAST_PLACES:
+        # A fault of the kind that is meant, behind the last call: nothing but the limit makes memory fail.
+        ended, problems = checker.run(job.Fault("memory", errno.ENOMEM, 1 << 60), megabyte << 20)
+        if any(ended.counts.values()):  # else the loader found too little for the program itself
+            tried += 1
+            survived += ended.code == 0
+            for problem in problems:
+                print(f"  {megabyte} MB: {problem}", flush=True)
+            wrong += bool(problems)
+        megabyte += shares
+    print(f"{tried} limits, {wrong} wrongly")
+    return tried > survived and not wrong
+
+
 def one_place(checker, fault):
     ended, problems = checker.run(fault)
     print(f"exit code {ended.code}, {ended.failed} calls failed\n{ended.out}{ended.err}", *problems, sep="\n")
@@ -262,6 +280,7 @@ def main():
     parser.add_argument("--shard", default="0/1")
     parser.add_argument("--overwrite", action="store_true")
     parser.add_argument("--thin", action="store_true")
+    parser.add_argument("--limits", action="store_true")
     parser.add_argument("--counts", action="store_true")
     parser.add_argument("--timeout", type=float, default=60)
     options = parser.parse_args()
@@ -273,6 +292,8 @@ def main():
             return True
         if options.thin:
             return thin(checker, share, shares)
+        if options.limits:
+            return limits(checker, share, shares)
         errors = (options.error,) if options.error else None
         times = (options.times,) if options.times is not None else None
         if options.at is not None:

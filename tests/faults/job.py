@@ -6,6 +6,7 @@ before it (call_faults.cpp).
 import json
 import mmap
 import os
+import resource
 import signal
 import struct
 import subprocess
@@ -76,19 +77,20 @@ class Ended:
         return json.loads(self.out)["outputs"] if self.out.strip() else None
 
 
-def start(source, output, entries, *arguments, **environment):
-    """The job, begun, into the folder `output`."""
+def start(source, output, entries, *arguments, memory=None, **environment):
+    """The job, begun, into the folder `output`; with so many bytes of address space where `memory` tells."""
     options = [argument for entry in entries for argument in ("--entry", entry)]
     return subprocess.Popen([CLI, "cut", str(source), "--output", str(output), "--json", *options, *arguments],
                             env={"LC_ALL": "C.UTF-8", "TZ": "UTC", "LD_PRELOAD": FAULTS, **environment},
-                            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                            preexec_fn=lambda: memory and resource.setrlimit(resource.RLIMIT_AS, (memory, memory)))
 
 
-def run(source, output, fault=None, timeout=60, arguments=()):
+def run(source, output, fault=None, timeout=60, arguments=(), memory=None):
     """The job from its start to its end, with one fault or none."""
     with tempfile.NamedTemporaryFile(dir=output.parent) as file:
         file.truncate(mmap.PAGESIZE)
-        process = start(source, output, ENTRIES, *arguments, FAULT_COUNTS=file.name, FAULT_CLOCK=str(CLOCK),
+        process = start(source, output, ENTRIES, *arguments, FAULT_COUNTS=file.name, FAULT_CLOCK=str(CLOCK), memory=memory,
                         **(fault.environment() if fault else {}))
         try:
             out, err = process.communicate(timeout=timeout)
