@@ -36,15 +36,20 @@ bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::st
   CMyStringArray log;
   if (!AnalyseRecordingSet(path, input.recording, log) || input.recording.files.empty()) {
     const std::string reason = LastProblem(log);
-    error =
-        Format("%s: not recognised as an IQ recording%s%s", path.c_str(), reason.empty() ? "" : ": ", reason.c_str());
+    const char* const failure =
+        input.recording.bReadFailed ? "the recording cannot be read" : "not recognised as an IQ recording";
+    error = Format("%s: %s%s%s", path.c_str(), failure, reason.empty() ? "" : ": ", reason.c_str());
     return false;
   }
   for (const std::string& line : log) {
     if (line.find("[WARNING]") != std::string::npos) input.warnings.push_back(line);
   }
-  ReadInfoTexts(input.recording.files.front().strPath, input.infoTexts);
-  return true;
+  const std::string& first = input.recording.files.front().strPath;
+  std::string unread;
+  ReadInfoTexts(first, input.infoTexts, &unread);
+  if (unread.empty()) return true;
+  error = Format("%s: the recording cannot be read: [ERROR] %s: %s", path.c_str(), first.c_str(), unread.c_str());
+  return false;
 }
 
 }  // namespace carvello

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -13,8 +12,10 @@
 
 #include "input/calendar_time.h"
 #include "input/format_chunk.h"
+#include "input/set_names.h"
 #include "input/signal_info_source.h"
 #include "input/source_recognition.h"
+#include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -37,11 +38,6 @@ std::size_t FamilyOf(const RecordingSourceInfo& source) {
   return static_cast<std::size_t>(family - kFamilies.begin());
 }
 
-// Of a source of no family.
-std::string WhyUnknown(const RecordingSourceInfo& source) {
-  return source.strNote.empty() ? kUnknownProgram : source.strNote;
-}
-
 struct STime {
   std::int64_t nSeconds = 0;        // since 1970 UTC
   std::uint32_t nMilliseconds = 0;  // shown only: files are chained by whole seconds
@@ -53,6 +49,12 @@ struct SLink {
   STime start;
   STime stop;
 };
+
+// Of a recording whose source is of no family.
+std::string WhyUnknown(const SFileFacts& facts) {
+  if (!facts.source.strNote.empty()) return facts.source.strNote;
+  return facts.format.Format.nChannels == 2 ? kUnknownProgram : ChannelProblem(facts.format.Format);
+}
 
 bool HaveSameSignal(const SFileFacts& a, const SFileFacts& b) {
   return a.source.nCentreFrequency == b.source.nCentreFrequency &&
@@ -103,13 +105,6 @@ std::string TakeTimes(SLink& link) {
   return {};
 }
 
-// Whether somebody could take the file for a recording, so that its absence from the set wants a reason.
-bool IsNamedLikeARecording(const std::string& path) {
-  constexpr std::array<std::string_view, 3> kEndings = {".wav", ".ddc", ".rf64"};
-  const std::string name = ToLowerAscii(platform::NameOf(path));
-  return std::any_of(kEndings.begin(), kEndings.end(), [&](std::string_view end) { return name.ends_with(end); });
-}
-
 class CChainedSet {
  public:
   CChainedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set, CMyStringArray& log)
@@ -123,8 +118,11 @@ class CChainedSet {
  private:
   // Why the selected file cannot be described; empty when it can. Takes its times over.
   std::string Hindrance();
-  void CollectFolder();
-  void Collect(const std::string& path);
+  // Both are false when a file that could belong to the set cannot be read.
+  bool CollectFolder();
+  bool Collect(const std::string& path);
+  // Logs the reason. Always false.
+  bool FailRead(const std::string& path, const std::string& reason);
   // The first of the collected files that ends where the given one begins, or begins where it ends; nullptr when there
   // is none.
   const SLink* Before(const SLink& link) const;
@@ -152,13 +150,14 @@ bool CChainedSet::Describe() {
     m_log.Add(Format("[ERROR] %s: %s", m_selected.strPath.c_str(), hindrance.c_str()));
     return false;
   }
-  CollectFolder();
+  if (!CollectFolder()) return false;
   const std::vector<const SLink*> chain = Chain();
   DescribeBy(*chain.front());
   for (const SLink* link : chain) {
     m_set.AddFile({link->strPath, link->facts.source.nDataBytes, static_cast<std::uint32_t>(link->start.nSeconds),
                    link->facts.nSampleBytes, link->facts.stamp});
     if (!link->facts.source.strNote.empty()) Warn(link->strPath, link->facts.source.strNote);
+    for (const std::string& warning : link->facts.warnings) Warn(link->strPath, warning);
   }
   // The end that was written down does not hold for a file cut short.
   const SLink& last = *chain.back();
@@ -172,41 +171,59 @@ bool CChainedSet::Describe() {
 std::string CChainedSet::Hindrance() {
   const SFileFacts& facts = m_selected.facts;
   if (!facts.strError.empty()) return facts.strError;
-  if (FamilyOf(facts.source) == kFamilies.size()) return WhyUnknown(facts.source);
+  if (FamilyOf(facts.source) == kFamilies.size()) return WhyUnknown(facts);
   if (facts.format.Format.nSamplesPerSec == 0) return "no sample rate in the file's format";
   return TakeTimes(m_selected);
 }
 
-void CChainedSet::CollectFolder() {
+bool CChainedSet::CollectFolder() {
   const std::string& selected = m_selected.strPath;
   const std::string selectedName = platform::NameOf(selected);
   const std::string prefix = selected.substr(0, selected.size() - selectedName.size());
-  std::vector<std::string> names =
-      platform::ListFolder(platform::FolderOf(selected)).value_or(std::vector<std::string>());
+  const std::string folder = platform::FolderOf(selected);
+  std::optional<std::vector<std::string>> listed = platform::ListFolder(folder);
+  if (!listed) return FailRead(folder, "the folder cannot be listed: " + SystemErrorText());
+  std::vector<std::string>& names = *listed;
   // Systems list folders in an order of their own; the outcome must not depend on it.
   std::sort(names.begin(), names.end());
   m_links.push_back(m_selected);
   for (const std::string& name : names) {
-    if (!platform::FileNamesEqual(name, selectedName)) Collect(prefix + name);
+    if (!platform::FileNamesEqual(name, selectedName) && !Collect(prefix + name)) return false;
   }
   std::stable_sort(m_links.begin(), m_links.end(),
                    [](const SLink& a, const SLink& b) { return a.start.nSeconds < b.start.nSeconds; });
+  return true;
 }
 
-void CChainedSet::Collect(const std::string& path) {
+bool CChainedSet::Collect(const std::string& path) {
   SLink link{path, LookupMetadata(path), {}, {}};
   const SFileFacts& facts = link.facts;
   const RecordingSourceInfo& source = facts.source;
-  if (facts.bRecording && !facts.strXml.empty()) return;
+  if (facts.bRecording && !facts.strXml.empty()) return true;
+  const std::string name = platform::NameOf(path);
+  if (IsUnreadable(facts)) {
+    // A set without this member would be half a recording. A file that its owner keeps from this user, or a link in a
+    // circle, says nothing of the recording as long as its name is not one of the set's.
+    const bool couldBelong = AreNamesOfOneSet(name, platform::NameOf(m_selected.strPath)) ||
+                             (IsNamedLikeARecording(name) && !platform::MeansRefused(facts.nError));
+    if (couldBelong) return FailRead(path, facts.strError + "; it could belong to the set");
+  }
   std::string reason = facts.strError;
   if (facts.bRecording && reason.empty()) {
     const std::size_t family = FamilyOf(source);
     const bool isOfSet = family == FamilyOf(m_selected.facts.source) && HaveSameSignal(facts, m_selected.facts);
-    reason = isOfSet ? TakeTimes(link) : family == kFamilies.size() ? WhyUnknown(source) : source.strNote;
+    reason = isOfSet ? TakeTimes(link) : family == kFamilies.size() ? WhyUnknown(facts) : source.strNote;
     if (isOfSet && reason.empty()) m_links.push_back(std::move(link));
   }
-  const bool wantsReason = facts.bRecording || IsNamedLikeARecording(path);
+  const bool wantsReason = facts.bRecording || IsNamedLikeARecording(name);
   if (wantsReason && !reason.empty()) Warn(path, reason + "; left out of the set");
+  return true;
+}
+
+bool CChainedSet::FailRead(const std::string& path, const std::string& reason) {
+  m_log.Add(Printable(Format("[ERROR] %s: %s", path.c_str(), reason.c_str())));
+  m_set.bReadFailed = true;
+  return false;
 }
 
 // Time must go on from file to file: with recordings shorter than the gap a chain could otherwise run in circles.

@@ -7,6 +7,7 @@
 #include "input/format_chunk.h"
 #include "input/riff_layout.h"
 #include "input/source_recognition.h"
+#include "support/formatting.h"
 #include "support/hresult.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -19,6 +20,7 @@ constexpr std::uint32_t kMaxSubChunkBytes = 65'536;
 constexpr std::uint32_t kMaxBodyBytes = 16u << 20;
 constexpr std::int64_t kMaxBodyBytesInAll = 64 << 20;
 constexpr std::size_t kMarkerBytes = 4;
+constexpr std::size_t kMaxWarnings = 20;  // a file that earns more is made to
 constexpr std::uint32_t kSubChunkHeaderBytes = sizeof(SChunkHeader);
 
 std::string MarkerText(const std::string& marker) {
@@ -29,6 +31,12 @@ std::string MarkerText(const std::string& marker) {
 std::string WithoutTag(const std::string& line) {
   const std::size_t tagEnd = line.find("] ");
   return tagEnd == std::string::npos ? line : line.substr(tagEnd + 2);
+}
+
+// Why a format is not one of a recording, for the user.
+std::string FormatProblem(EFormatVerdict verdict, const WAVEFORMATEXTENSIBLE& format) {
+  if (verdict != EFormatVerdict::WrongChannelCount) return WithoutTag(FormatVerdictText(verdict, format));
+  return ChannelProblem(format.Format);
 }
 
 int Signed(std::uint32_t size) {
@@ -43,21 +51,27 @@ CChunkWalk::CChunkWalk(CFile& file, const std::string& fileName, CMyStringArray&
 }
 
 bool CChunkWalk::Run() {
+  const std::optional<platform::FileStatus> status = m_file.Status();
+  if (!status) return Break(platform::LastError());
+  m_result.stamp = SFileStamp(*status);
+  m_evidence.tCreated = status->tCreated;
   for (std::uint32_t chunks = 0;; ++chunks) {
     if (chunks == kMaxChunks) {
       m_log.Add(Format("[ERROR] More than %u chunks, the rest of the file is ignored", kMaxChunks));
+      m_strEnd = Format("more than %u chunks, and none of them holds samples", kMaxChunks);
       break;
     }
-    if (!m_file.Seek(m_file.Position() + m_nSkip) || !ReadMarker(m_strMarker)) {
+    if (!ReadNextMarker()) {
       m_log.Add("[ERROR] Failed to read next marker from the file");
       break;
     }
-    m_nSkip = 0;
     Log("marker");
-    if (!HandleChunk()) {
+    const bool handled = HandleChunk();
+    if (m_result.nError != 0) return false;
+    if (!handled) {
       const bool samplesKnown = m_bData && m_result.format.Format.nChannels > 0;
       if (!samplesKnown) return false;
-      m_result.strError.clear();
+      m_result.warnings.push_back("damage behind the samples, " + std::exchange(m_result.strError, {}));
       break;
     }
     if (HasReachedEnd()) {
@@ -66,9 +80,19 @@ bool CChunkWalk::Run() {
       break;
     }
   }
+  if (m_result.nError != 0) return false;
   Recognise();
-  if (!m_bData) m_result.strError = "no data chunk found";
+  if (!m_bData) m_result.strError = m_strEnd.empty() ? "no data chunk found" : m_strEnd;
   return m_bData;
+}
+
+bool CChunkWalk::ReadNextMarker() {
+  if (m_nSkip > BytesLeft()) {
+    m_strEnd = Format("the file ends in chunk \"%s\", before a data chunk", MarkerText(m_strMarker).c_str());
+    return false;
+  }
+  if (!m_file.Seek(m_file.Position() + std::exchange(m_nSkip, 0))) return Break(platform::LastError());
+  return ReadMarker(m_strMarker);
 }
 
 bool CChunkWalk::HandleChunk() {
@@ -128,10 +152,16 @@ bool CChunkWalk::HandleFormat() {
   const EFormatVerdict verdict = ReadFormatChunk(m_file, size, EChannelRule::ExactlyTwo, format);
   ++m_result.statistics.nReads;
   m_result.statistics.nBytes += std::min<std::int64_t>(m_file.Position() - start, sizeof(format));
+  if (verdict == EFormatVerdict::ReadFailed && m_file.ReadError() != 0) return Break(m_file.ReadError());
+  if (verdict == EFormatVerdict::SkipFailed) return Break(platform::LastError());
   if (verdict == EFormatVerdict::ReadFailed) {
     return Fail("[ERROR] Failed to read wave format descriptor from the file");
   }
-  if (!IsAccepted(verdict)) return Fail(FormatVerdictText(verdict, format));
+  if (!IsAccepted(verdict)) {
+    Fail(FormatVerdictText(verdict, format));
+    m_result.strError = Format("chunk \"%s\": %s", m_strMarker.c_str(), FormatProblem(verdict, format).c_str());
+    return false;
+  }
   if (m_bData) {
     // The samples are read by the format in front of them.
     Log("[WARNING] Format behind the samples, ignored");
@@ -149,17 +179,27 @@ bool CChunkWalk::HandleData() {
   if (!ReadSize("[ERROR] Failed to read data size from the file", size)) return false;
   Log(Format("Size = %d", Signed(size)));
   const bool sizeInDs64 = m_result.bRF64 && size == kSizeInDs64;
-  const std::uint64_t claimed = sizeInDs64 ? static_cast<std::uint64_t>(m_nDataSize64) : size;
-  const SDataSize data = HeldDataSize(m_file, claimed, m_evidence.bElad && !sizeInDs64);
-  if (!data.strWarning.empty()) Log(data.strWarning);
+  const SDataSize data =
+      sizeInDs64 ? Rf64DataSize(m_file, m_nDataSize64) : RiffDataSize(m_file, size, m_evidence.bElad);
+  if (data.nError != 0) return Break(data.nError);
   m_nSkip = data.nBytes;
   if (m_bData) {
     // The samples are read from the first one, so lengths must be of the first one too.
-    Log("[WARNING] Not the first data chunk, ignored");
+    Warn("[WARNING] Not the first data chunk, ignored");
     return true;
   }
+  if (!data.strWarning.empty()) Warn(data.strWarning);
   m_bData = true;
-  m_result.nDataBytes = data.nBytes;
+  m_result.nDataBytes = m_result.nSampleBytes = data.nBytes;
+  if (m_result.bRF64 && !sizeInDs64) {
+    const SDataSize in64 = Rf64DataSize(m_file, m_nDataSize64);
+    if (in64.nError != 0) return Break(in64.nError);
+    m_result.nSampleBytes = in64.nBytes;
+    if (m_result.nSampleBytes != data.nBytes) {
+      Warn(Format("[WARNING] Data size %lld, but ds64 tells %lld, which holds when the samples are read",
+                  static_cast<long long>(data.nBytes), static_cast<long long>(m_result.nSampleBytes)));
+    }
+  }
   m_result.bCutShort = !data.strWarning.empty();
   return true;
 }
@@ -181,7 +221,7 @@ bool CChunkWalk::HandleSubChunks(const std::string& listType, std::uint32_t list
       m_nSkip = std::max<std::int64_t>(static_cast<std::int64_t>(listSize) - static_cast<std::int64_t>(read), 0);
     };
     if (m_nSubChunks == kMaxChunks) {
-      Log(Format("%s [ERROR] More than %u subchunks, the rest is ignored", type.c_str(), kMaxChunks));
+      Warn(Format("%s [ERROR] More than %u subchunks, the rest is ignored", type.c_str(), kMaxChunks));
       skipRest(consumed);
       return true;
     }
@@ -193,15 +233,15 @@ bool CChunkWalk::HandleSubChunks(const std::string& listType, std::uint32_t list
     if (!Read(&size, sizeof(size))) return Fail(type + " [ERROR] Failed to read subchunk size from the file");
     const std::uint64_t rounded = (std::uint64_t{size} + 1) & ~std::uint64_t{1};
     if (rounded > kMaxSubChunkBytes) {
-      Log(Format("%s [ERROR] Subchunk %s of %u bytes, at most %u are read, the rest of the list is ignored",
-                 type.c_str(), MarkerText(marker).c_str(), size, kMaxSubChunkBytes));
+      Warn(Format("%s [ERROR] Subchunk %s of %u bytes, at most %u are read, the rest of the list is ignored",
+                  type.c_str(), MarkerText(marker).c_str(), size, kMaxSubChunkBytes));
       skipRest(consumed + kSubChunkHeaderBytes);
       return true;
     }
     m_nBodyBytes += static_cast<std::int64_t>(rounded);
     if (m_nBodyBytes > kMaxBodyBytesInAll) {
-      Log(Format("%s [ERROR] More than %lld bytes of metadata, the rest is ignored", type.c_str(),
-                 static_cast<long long>(kMaxBodyBytesInAll)));
+      Warn(Format("%s [ERROR] More than %lld bytes of metadata, the rest is ignored", type.c_str(),
+                  static_cast<long long>(kMaxBodyBytesInAll)));
       skipRest(consumed + kSubChunkHeaderBytes);
       return true;
     }
@@ -276,6 +316,7 @@ bool CChunkWalk::Read(void* buffer, std::size_t bytes) {
   const std::size_t done = m_file.Read(buffer, bytes);
   ++m_result.statistics.nReads;
   m_result.statistics.nBytes += static_cast<std::int64_t>(done);
+  if (done < bytes && m_file.ReadError() != 0) Break(m_file.ReadError());
   return done == bytes;
 }
 
@@ -292,11 +333,12 @@ std::optional<std::string> CChunkWalk::ReadBody(std::uint32_t size, const char* 
   m_nSkip = size;
   if (size > BytesLeft()) {
     Log(failure);
+    if (m_result.nError == 0) Tell(Format("its %u bytes reach past the file's end, ignored", size));
     return std::nullopt;
   }
   if (size > kMaxBodyBytes || m_nBodyBytes + size > kMaxBodyBytesInAll) {
-    Log(Format("[ERROR] Size %u, at most %u bytes and %lld in all are read, ignored", size, kMaxBodyBytes,
-               static_cast<long long>(kMaxBodyBytesInAll)));
+    Warn(Format("[ERROR] Size %u, at most %u bytes and %lld in all are read, ignored", size, kMaxBodyBytes,
+                static_cast<long long>(kMaxBodyBytesInAll)));
     return std::nullopt;
   }
   std::string body(size, '\0');
@@ -311,16 +353,22 @@ std::optional<std::string> CChunkWalk::ReadBody(std::uint32_t size, const char* 
   return body;
 }
 
-std::int64_t CChunkWalk::BytesLeft() const {
-  return m_file.Length() - m_file.Position();
+std::int64_t CChunkWalk::BytesLeft() {
+  const std::int64_t length = m_file.Length();
+  if (length < 0) Break(platform::LastError());
+  return std::max<std::int64_t>(length - m_file.Position(), 0);
 }
 
-bool CChunkWalk::HasReachedEnd() const {
+bool CChunkWalk::HasReachedEnd() {
   // The sizes count from behind themselves, so the walk ends up to 8 bytes early. Deliberate: no chunk with a body fits
   // there, and files of recorders that count otherwise end here as well.
   const std::int64_t position = m_file.Position() + m_nSkip;
-  if (m_nRiffSize64 >= 1 && position >= m_nRiffSize64) return true;
-  return m_nRiffSize != 0 && m_nRiffSize != kSizeInDs64 && position >= m_nRiffSize;
+  const bool in64 = m_nRiffSize64 >= 1 && position >= m_nRiffSize64;
+  const bool in32 = m_nRiffSize != 0 && m_nRiffSize != kSizeInDs64 && position >= m_nRiffSize;
+  if (!in64 && !in32) return false;
+  const long long size = in64 ? m_nRiffSize64 : m_nRiffSize;
+  if (BytesLeft() > m_nSkip) m_strEnd = Format("the RIFF size, %lld, ends the file before a data chunk", size);
+  return true;
 }
 
 void CChunkWalk::Log(const std::string& text) {
@@ -329,7 +377,30 @@ void CChunkWalk::Log(const std::string& text) {
 
 bool CChunkWalk::Fail(const std::string& text) {
   Log(text);
-  m_result.strError = Format("chunk \"%s\": %s", MarkerText(m_strMarker).c_str(), WithoutTag(text).c_str());
+  if (m_result.nError == 0) {
+    m_result.strError = Format("chunk \"%s\": %s", MarkerText(m_strMarker).c_str(), WithoutTag(text).c_str());
+  }
+  return false;
+}
+
+void CChunkWalk::Warn(const std::string& text) {
+  Log(text);
+  Tell(WithoutTag(text));
+}
+
+void CChunkWalk::Tell(const std::string& text) {
+  if (m_result.warnings.size() == kMaxWarnings) return;
+  m_result.warnings.push_back(Format("chunk \"%s\": %s", MarkerText(m_strMarker).c_str(), text.c_str()));
+}
+
+bool CChunkWalk::Break(std::uint32_t code) {
+  if (m_result.nError != 0) return false;
+  m_result.nError = code;
+  m_result.strError =
+      Format("cannot be read at byte %lld%s: %s", static_cast<long long>(m_file.Position()),
+             m_strMarker.empty() ? "" : Format(", chunk \"%s\"", MarkerText(m_strMarker).c_str()).c_str(),
+             SystemErrorText(code).c_str());
+  m_log.Add("[ERROR] " + m_result.strError);
   return false;
 }
 

@@ -18,7 +18,8 @@ namespace carvello {
 //
 // Whatever a file says of its sizes, the walk ends and its memory stays bounded: chunks and LIST sub-chunks are counted
 // up to a limit, and bodies are read up to a size each and in all. Once format and samples are known, damage behind
-// them ends the walk but does not fail it: such a recording can be read.
+// them ends the walk but does not fail it: such a recording can be read. A file that the system does not let be read is
+// another matter: the walk then fails whatever was found before, for nobody knows what stands behind.
 class CChunkWalk {
  public:
   CChunkWalk(CFile& file, const std::string& fileName, CMyStringArray& log, SScanResult& result);
@@ -48,13 +49,20 @@ class CChunkWalk {
   bool ReadSize(const char* failure, std::uint32_t& size);
   // A chunk body of believable size. Nothing when it is not, or cannot be read: it is logged and skipped then.
   std::optional<std::string> ReadBody(std::uint32_t size, const char* failure);
-  std::int64_t BytesLeft() const;
-  bool HasReachedEnd() const;
+  std::int64_t BytesLeft();  // 0 when the length cannot be had
+  bool HasReachedEnd();
+  // Stands behind the present chunk and reads the next one's identifier. False at the file's end.
+  bool ReadNextMarker();
 
   // Adds a line that begins with the chunk's identifier.
   void Log(const std::string& text);
   // The same for the reason why the walk ends here. Always false.
   bool Fail(const std::string& text);
+  // The same for what the user should know too.
+  void Warn(const std::string& text);
+  void Tell(const std::string& text);  // without a line in the log
+  // The system does not let the file be read. Always false.
+  bool Break(std::uint32_t code);
   void Recognise();
   void StoreInfoText(const std::string& marker, const std::string& text);
 
@@ -66,6 +74,7 @@ class CChunkWalk {
   std::int64_t m_nSkip = 0;    // bytes to skip behind the present chunk
   bool m_bHeaderSeen = false;  // "RIFF" or "RF64"
   bool m_bData = false;
+  std::string m_strEnd;  // why the walk ended before a data chunk; empty at the file's end
   std::uint32_t m_nRiffSize = 0;
   std::int64_t m_nRiffSize64 = 0;  // of ds64
   std::int64_t m_nDataSize64 = 0;  // of ds64

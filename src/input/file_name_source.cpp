@@ -63,7 +63,8 @@ double Duration(const RecordingSourceInfo& source) {
 }
 
 // When the file came into being, or now where the file system does not know.
-std::int64_t FileTime(const std::string& fileName) {
+std::int64_t FileTime(const std::string& fileName, std::optional<std::int64_t> created) {
+  if (created) return *created;
   const std::optional<platform::FileStatus> status = platform::GetFileStatus(fileName);
   return status ? status->tCreated : CurrentTime();
 }
@@ -93,7 +94,8 @@ std::int64_t ContinuationNumber(std::string_view name) {
   return WholeNumber(digits);
 }
 
-void ReadWinradioName(const std::string& fileName, std::string_view name, RecordingSourceInfo& source) {
+void ReadWinradioName(const std::string& fileName, std::optional<std::int64_t> created, std::string_view name,
+                      RecordingSourceInfo& source) {
   source.strSourceName = kSourceWinradio;
   const std::size_t unit = name.find("mhz");
   const bool hasUnit = unit != std::string_view::npos && unit > 0;
@@ -102,7 +104,7 @@ void ReadWinradioName(const std::string& fileName, std::string_view name, Record
     source.nCentreFrequency = MegahertzToHz(before.substr(before.rfind('-') + 1));
   }
   const std::string_view behind = hasUnit ? name.substr(unit + 3) : std::string_view();
-  std::int64_t start = HasWinradioDate(behind) ? WinradioStart(behind) : FileTime(fileName);
+  std::int64_t start = HasWinradioDate(behind) ? WinradioStart(behind) : FileTime(fileName, created);
   const auto seconds = static_cast<std::int64_t>(std::ceil(Duration(source)));
   start += ContinuationNumber(name) * seconds;
   source.start = UtcSystemTime(start, kWhere);
@@ -156,26 +158,26 @@ std::int64_t FrequencyAtEnd(std::string_view name) {
   return kUnknownFrequency;
 }
 
-bool ReadUnknownFile(const std::string& fileName, RecordingSourceInfo& source) {
+bool ReadUnknownFile(const std::string& fileName, std::optional<std::int64_t> created, RecordingSourceInfo& source) {
   if (source.nDataBytes < 1 || source.format.nSamplesPerSec == 0 || source.format.nChannels != 2) return false;
   source.strSourceName = kSourceUnknown;
   source.nCentreFrequency = FrequencyAtEnd(platform::NameOf(fileName));
-  source.start = UtcSystemTime(FileTime(fileName), "creation time of the file");
+  source.start = UtcSystemTime(FileTime(fileName, created), "creation time of the file");
   source.stop = AddSeconds(source.start, std::floor(Duration(source)));
   return true;
 }
 
 }  // namespace
 
-bool ReadFileName(const std::string& fileName, RecordingSourceInfo& source) {
+bool ReadFileName(const std::string& fileName, std::optional<std::int64_t> created, RecordingSourceInfo& source) {
   source.nBandwidth = source.format.nSamplesPerSec;
   const std::string name = ToLowerAscii(platform::NameOf(fileName));
   if (name.ends_with(".ddc")) {
-    ReadWinradioName(fileName, name, source);
+    ReadWinradioName(fileName, created, name, source);
     return true;
   }
   if (name.starts_with("sdrsharp_") || name.starts_with("airspy_")) return ReadSdrSharpName(name, source);
-  return ReadUnknownFile(fileName, source);
+  return ReadUnknownFile(fileName, created, source);
 }
 
 }  // namespace carvello

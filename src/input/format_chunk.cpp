@@ -66,6 +66,11 @@ std::string FormatVerdictText(EFormatVerdict verdict, const WAVEFORMATEXTENSIBLE
   return {};
 }
 
+std::string ChannelProblem(const WAVEFORMATEX& format) {
+  return Format("%u channel%s, a recording needs two, I and Q", static_cast<unsigned>(format.nChannels),
+                format.nChannels == 1 ? "" : "s");
+}
+
 std::array<std::string, 2> ConversionTexts(const WAVEFORMATEXTENSIBLE& format) {
   return {
       Format("cbSize (Format.cbSize): %d", static_cast<int>(format.Format.cbSize)),

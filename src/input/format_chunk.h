@@ -38,6 +38,8 @@ EFormatVerdict ReadFormatChunk(CFile& file, std::uint32_t size, EChannelRule rul
 
 // The log line for a verdict that is no acceptance.
 std::string FormatVerdictText(EFormatVerdict verdict, const WAVEFORMATEXTENSIBLE& format);
+// That the format is not one of I and Q, for the user.
+std::string ChannelProblem(const WAVEFORMATEX& format);
 // The log lines for a converted format.
 std::array<std::string, 2> ConversionTexts(const WAVEFORMATEXTENSIBLE& format);
 

@@ -9,6 +9,7 @@
 #include "input/file_stamp.h"
 #include "input/format_chunk.h"
 #include "input/wave_file_reader.h"
+#include "support/file.h"
 #include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -85,7 +86,7 @@ struct SWalked {
   std::int64_t nDataBytes = 0;
 };
 
-SWalked Walk(const std::string& fileName, const SFileStamp& stamp) {
+SWalked Walk(const std::string& fileName) {
   ++s_nWalks;
   CWaveFileReader reader;
   SScanResult scan;
@@ -93,6 +94,8 @@ SWalked Walk(const std::string& fileName, const SFileStamp& stamp) {
   SWalked walked;
   SFileFacts& facts = walked.facts;
   facts.strError = scan.strError;
+  facts.nError = scan.nError;
+  facts.warnings = std::move(scan.warnings);
   if (found && FrameBytes(scan.format.Format) == 0) facts.strError = "no format chunk found";
   if (found && scan.nDataBytes == 0) facts.strError = "the data chunk is empty";
   facts.bRecording = found && FrameBytes(scan.format.Format) > 0 && scan.nDataBytes > 0;
@@ -101,15 +104,17 @@ SWalked Walk(const std::string& fileName, const SFileStamp& stamp) {
   facts.format = scan.format;
   facts.bRF64 = scan.bRF64;
   facts.bCutShort = scan.bCutShort;
-  facts.nFileSize = stamp.nSize;
-  facts.stamp = stamp;
-  facts.nSampleBytes = facts.bRecording ? scan.nDataBytes : 0;
-  walked.nDataBytes = facts.nSampleBytes;
+  facts.nFileSize = scan.stamp.nSize;
+  facts.stamp = scan.stamp;
+  facts.nSampleBytes = facts.bRecording ? scan.nSampleBytes : 0;
+  walked.nDataBytes = facts.bRecording ? scan.nDataBytes : 0;
   return walked;
 }
 
 SWalked WalkAndStore(const std::string& fileName, const SFileStamp& stamp) {
-  SWalked walked = Walk(fileName, stamp);
+  SWalked walked = Walk(fileName);
+  // A file that could not be read may be in order the next time.
+  if (walked.facts.nError != 0) return walked;
   MetadataMap().Store(fileName, stamp, walked.facts);
   DataSizeMap().Store(fileName, stamp, walked.nDataBytes);
   return walked;
@@ -117,30 +122,44 @@ SWalked WalkAndStore(const std::string& fileName, const SFileStamp& stamp) {
 
 }  // namespace
 
-std::string FileHindrance(const std::string& fileName, const std::optional<platform::FileStatus>& status) {
-  if (!status) return SystemErrorText();
-  if (status->bDirectory) return "this is a folder, a recording file is needed";
-  if (!status->bRegular) return "this is a pipe, socket or device, a recording file is needed";
-  if (status->nSize == 0) return "the file is empty";
-  return platform::IsReadable(fileName) ? std::string() : SystemErrorText();
+SFileLook LookAtFile(const std::string& fileName) {
+  SFileLook look{platform::GetFileStatus(fileName), {}, 0};
+  if (!look.status) {
+    look.nError = platform::LastError();
+    look.strHindrance = SystemErrorText(look.nError);
+  } else if (look.status->bDirectory) {
+    look.strHindrance = "this is a folder, a recording file is needed";
+  } else if (!look.status->bRegular) {
+    look.strHindrance = "this is a pipe, socket or device, a recording file is needed";
+  } else if (look.status->nSize == 0) {
+    look.strHindrance = "the file is empty";
+  } else if (!CFile().Open(fileName, platform::EOpenMode::ReadShared)) {
+    look.nError = platform::LastError();
+    look.strHindrance = "cannot be opened: " + SystemErrorText(look.nError);
+  }
+  return look;
 }
 
 SFileFacts LookupMetadata(const std::string& fileName) {
-  const std::optional<platform::FileStatus> status = platform::GetFileStatus(fileName);
+  const SFileLook look = LookAtFile(fileName);
   SFileFacts unknown;
-  unknown.strError = FileHindrance(fileName, status);
+  unknown.strError = look.strHindrance;
+  unknown.nError = look.nError;
   if (!unknown.strError.empty()) return unknown;
-  const SFileStamp stamp(*status);
+  const SFileStamp stamp(*look.status);
   std::optional<SFileFacts> facts = MetadataMap().Find(fileName, stamp);
   return facts ? std::move(*facts) : WalkAndStore(fileName, stamp).facts;
 }
 
-std::int64_t LookupDataSize(const std::string& fileName) {
-  const std::optional<platform::FileStatus> status = platform::GetFileStatus(fileName);
-  if (!FileHindrance(fileName, status).empty()) return 0;
-  const SFileStamp stamp(*status);
-  const std::optional<std::int64_t> dataBytes = DataSizeMap().Find(fileName, stamp);
-  return dataBytes ? *dataBytes : WalkAndStore(fileName, stamp).nDataBytes;
+std::int64_t LookupDataSize(const std::string& fileName, std::uint32_t* error) {
+  const SFileLook look = LookAtFile(fileName);
+  if (error != nullptr) *error = look.nError;
+  if (!look.strHindrance.empty()) return 0;
+  const SFileStamp stamp(*look.status);
+  if (const std::optional<std::int64_t> dataBytes = DataSizeMap().Find(fileName, stamp)) return *dataBytes;
+  const SWalked walked = WalkAndStore(fileName, stamp);
+  if (error != nullptr) *error = walked.facts.nError;
+  return walked.nDataBytes;
 }
 
 bool IsMetadataKnown(const std::string& fileName) {

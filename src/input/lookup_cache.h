@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "input/file_stamp.h"
 #include "input/recording_source_info.h"
@@ -23,22 +24,37 @@ struct SFileFacts {
   RecordingSourceInfo source;  // of a file without XML metadata
   WAVEFORMATEXTENSIBLE format;
   bool bRF64 = false;
-  bool bCutShort = false;      // the data chunk claims more than the file holds
-  std::int64_t nFileSize = 0;     // bytes on disk
-  std::int64_t nSampleBytes = 0;  // of the data chunk, as far as the file holds it
-  SFileStamp stamp;               // of the file when it was walked
-  std::string strError;        // why it is no recording, or why its source stayed unknown
+  bool bCutShort = false;             // the data chunk claims more than the file holds
+  std::int64_t nFileSize = 0;         // bytes on disk
+  std::int64_t nSampleBytes = 0;      // of the data chunk, as far as the file holds it
+  SFileStamp stamp;                   // of the file when it was walked
+  std::string strError;               // why it is no recording, or why its source stayed unknown
+  std::uint32_t nError = 0;           // the system's code when it could not be opened or read; strError tells why then
+  std::vector<std::string> warnings;  // what is odd about a recording
 };
 
+// Whether there is a file that the system does not let be read. What it is then nobody knows, other than of a file that
+// is missing or of one that was read and is none of ours.
+inline bool IsUnreadable(const SFileFacts& facts) {
+  return facts.nError != 0 && !platform::MeansMissing(facts.nError);
+}
+
 // Both may be called on any thread. On a miss the file is walked outside any lock, and the result answers both lookups
-// from then on.
+// from then on, unless the system did not let the file be read.
 SFileFacts LookupMetadata(const std::string& fileName);
-std::int64_t LookupDataSize(const std::string& fileName);  // 0 for a file that is no recording
+// 0 for a file that is no recording. error: as nError of the facts.
+std::int64_t LookupDataSize(const std::string& fileName, std::uint32_t* error = nullptr);
 // Whether LookupMetadata would answer without a walk. No lookup: nothing is counted or traced.
 bool IsMetadataKnown(const std::string& fileName);
 
-// Why a file of this status, taken just now, cannot be walked at all; empty when it can.
-std::string FileHindrance(const std::string& fileName, const std::optional<platform::FileStatus>& status);
+// What can be said of a file without walking it.
+struct SFileLook {
+  std::optional<platform::FileStatus> status;
+  std::string strHindrance;  // why it cannot be walked at all; empty when it can
+  std::uint32_t nError = 0;  // as in SFileFacts
+};
+// Opens the file too, for rights on paper do not tell whether it can be read.
+SFileLook LookAtFile(const std::string& fileName);
 
 struct SLookupStatistics {
   std::uint64_t nHits = 0;

@@ -11,6 +11,7 @@
 #include "input/format_chunk.h"
 #include "input/member_memory.h"
 #include "input/source_recognition.h"
+#include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
 #include "support/version.h"
@@ -70,12 +71,16 @@ class CNumberedSet {
  private:
   // The first member and, in `next`, the number behind it.
   bool AddFirst(const CMemberNames& names, unsigned& next);
-  // False when there is no such member, or it cannot go on from the one before: the set ends before it.
+  // False when there is no such member, or it cannot go on from the one before: the set ends before it. Also when it
+  // cannot be read.
   bool AddNext(const CMemberNames& names, unsigned number);
   std::string FirstName(const std::string& told) const;
   bool DescribeBy(const std::string& path, const SFileFacts& first);
+  // False when the file's data size cannot be had.
+  bool Add(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata);
   void Add(const SRecordingFile& file);
-  std::int64_t DataBytes(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata);
+  // Logs the reason; what is read so far is no whole set. Always false.
+  bool FailRead(const std::string& path, const std::string& reason);
   // The number under the key of the first member's metadata, where it can be one; otherwise `instead`, with a warning
   // that calls it by its name.
   std::uint32_t Number(const std::string& path, const char* key, std::uint32_t instead);
@@ -109,6 +114,7 @@ bool CNumberedSet::Describe() {
   unsigned next = 1;
   if (!AddFirst(names, next)) return false;
   while (names.IsNumbered() && AddNext(names, next)) ++next;
+  if (m_set.bReadFailed) return false;
 
   m_set.dDuration = static_cast<double>(m_set.TotalBytes()) / m_set.nBytesPerSecond;
   double seconds = 0;
@@ -137,6 +143,7 @@ std::string CNumberedSet::FirstName(const std::string& told) const {
 bool CNumberedSet::AddFirst(const CMemberNames& names, unsigned& next) {
   const std::string path = PathOf(names.First());
   const SFileFacts first = LookupMetadata(path);
+  if (IsUnreadable(first)) return FailRead(path, first.strError);
   if (first.bRecording && !first.strXml.empty()) return DescribeBy(path, first);
   Warn(path, Format("%s; the selected file takes the place of the first one",
                     first.strError.empty() ? "no XML metadata" : first.strError.c_str()));
@@ -145,6 +152,7 @@ bool CNumberedSet::AddFirst(const CMemberNames& names, unsigned& next) {
   // The facts of a selected file that was never read itself are those of another member, whose times are not its own.
   const SFileFacts selected = LookupMetadata(m_strSelected);
   if (selected.bRecording && !selected.strXml.empty()) return DescribeBy(m_strSelected, selected);
+  if (selected.nError != 0) return FailRead(m_strSelected, selected.strError);
   m_log.Add(Format("[ERROR] %s: %s", m_strSelected.c_str(),
                    selected.strError.empty() ? "no XML metadata" : selected.strError.c_str()));
   return false;
@@ -152,24 +160,26 @@ bool CNumberedSet::AddFirst(const CMemberNames& names, unsigned& next) {
 
 bool CNumberedSet::AddNext(const CMemberNames& names, unsigned number) {
   std::string path = PathOf(names.Lower(number));
-  std::optional<platform::FileStatus> status = platform::GetFileStatus(path);
-  if (!status && names.IsUpper()) {
+  SFileLook look = LookAtFile(path);
+  if (platform::MeansMissing(look.nError) && names.IsUpper()) {
     path = PathOf(names.Upper(number));
-    status = platform::GetFileStatus(path);
+    look = LookAtFile(path);
   }
-  if (!status && platform::MeansMissing(platform::LastError())) return false;
-  const std::string hindrance = FileHindrance(path, status);
-  if (!hindrance.empty()) {
-    Warn(path, hindrance + "; the set ends before it");
+  if (platform::MeansMissing(look.nError)) return false;
+  if (look.nError != 0) return FailRead(path, look.strHindrance);
+  if (!look.strHindrance.empty()) {
+    Warn(path, look.strHindrance + "; the set ends before it");
     return false;
   }
-  if (status->nSize == m_nPreviousSize) {
-    RememberMember(path, SFileStamp(*status), m_strRead);
+  if (look.status->nSize == m_nPreviousSize) {
+    RememberMember(path, SFileStamp(*look.status), m_strRead);
     const SRecordingFile& previous = m_set.files.back();
-    Add({path, previous.nDataBytes, 0, previous.nSampleBytes, SFileStamp(*status)});
+    Add({path, previous.nDataBytes, 0, previous.nSampleBytes, SFileStamp(*look.status)});
     return true;
   }
   const SFileFacts facts = LookupMetadata(path);
+  // Also of a file that was there a moment ago.
+  if (facts.nError != 0) return FailRead(path, facts.strError);
   if (!facts.bRecording) {
     Warn(path, facts.strError + "; the set ends before it");
     return false;
@@ -183,8 +193,7 @@ bool CNumberedSet::AddNext(const CMemberNames& names, unsigned number) {
   SMetadataLists metadata;
   ParseMetadataXml(facts.strXml, metadata);
   m_strRead = path;
-  Add({path, DataBytes(path, facts, metadata), 0, facts.nSampleBytes, facts.stamp});
-  return true;
+  return Add(path, facts, metadata);
 }
 
 bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) {
@@ -221,8 +230,7 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   if (level == "XMLLevel002") m_set.strSourceName = kSourceHalvarn2;
   m_set.bFloatScale =
       m_set.bFloat && format.wBitsPerSample == 32 && m_set.metadata.Find("SoftwareName") == VersionValue("ProductName");
-  Add({path, DataBytes(path, first, m_set.metadata), 0, first.nSampleBytes, first.stamp});
-  return true;
+  return Add(path, first, m_set.metadata);
 }
 
 void CNumberedSet::Add(const SRecordingFile& file) {
@@ -230,14 +238,29 @@ void CNumberedSet::Add(const SRecordingFile& file) {
   m_nPreviousSize = file.stamp.nSize;
 }
 
-std::int64_t CNumberedSet::DataBytes(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata) {
-  const std::int64_t told = metadata.FindNumber("SizeInBytes");
-  if (told > 0 && told <= facts.nFileSize) return told;
-  if (told != 0) {
-    Warn(path, Format("SizeInBytes \"%s\" cannot be, the size of its data chunk is taken",
-                      metadata.Find("SizeInBytes").c_str()));
+bool CNumberedSet::Add(const std::string& path, const SFileFacts& facts, const SMetadataLists& metadata) {
+  std::int64_t dataBytes = metadata.FindNumber("SizeInBytes");
+  if (dataBytes <= 0 || dataBytes > facts.nFileSize) {
+    if (dataBytes != 0) {
+      Warn(path, Format("SizeInBytes \"%s\" cannot be, the size of its data chunk is taken",
+                        metadata.Find("SizeInBytes").c_str()));
+    }
+    std::uint32_t error = 0;
+    dataBytes = LookupDataSize(path, &error);
+    if (error != 0) return FailRead(path, "cannot be read again: " + SystemErrorText(error));
+  } else if (dataBytes > facts.nSampleBytes) {
+    Warn(path, Format("SizeInBytes is %lld, but its data chunk holds %lld bytes", static_cast<long long>(dataBytes),
+                      static_cast<long long>(facts.nSampleBytes)));
   }
-  return LookupDataSize(path);
+  for (const std::string& warning : facts.warnings) Warn(path, warning);
+  Add({path, dataBytes, 0, facts.nSampleBytes, facts.stamp});
+  return true;
+}
+
+bool CNumberedSet::FailRead(const std::string& path, const std::string& reason) {
+  m_log.Add(Printable(Format("[ERROR] %s: %s", path.c_str(), reason.c_str())));
+  m_set.bReadFailed = true;
+  return false;
 }
 
 std::uint32_t CNumberedSet::Number(const std::string& path, const char* key, std::uint32_t instead) {

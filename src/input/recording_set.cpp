@@ -39,6 +39,7 @@ void CRecordingSet::AddFile(SRecordingFile file) {
 bool AnalyseRecordingSet(const std::string& selectedFile, CRecordingSet& set, CMyStringArray& log) {
   set = {};
   const SFileFacts selected = FactsForSet(selectedFile);
+  set.bReadFailed = selected.nError != 0;
   if (!selected.bRecording) {
     log.Add(Format("[ERROR] %s: %s", selectedFile.c_str(), selected.strError.c_str()));
     return false;

@@ -47,15 +47,18 @@ struct CRecordingSet {
   bool bFloatScale = false;
   std::string strMetadata;  // the first file's XML text; empty when it has none
   SMetadataLists metadata;  // its name/value lists
+  // Nothing is described, because the system does not let a file or folder be read that belongs, or could belong, to
+  // the set. What would be described without it could be another recording, or half of this one.
+  bool bReadFailed = false;
 
   // Appends a file and counts its data bytes.
   void AddFile(SRecordingFile file);
   std::int64_t TotalBytes() const { return nTotalMillions * 1'000'000 + nTotalRemainder; }
 };
 
-// Finds the whole set that the file belongs to and describes it. False when the file is no recording; the last
-// "[ERROR]" line of `log` then names the file and says why. The set is reset first. "[WARNING]" lines tell what had to
-// be assumed. Nothing is thrown.
+// Finds the whole set that the file belongs to and describes it. False when the file is no recording, or the set cannot
+// be read (bReadFailed); the last "[ERROR]" line of `log` then names the file and says why. The set is reset first.
+// "[WARNING]" lines tell what had to be assumed. Nothing is thrown.
 bool AnalyseRecordingSet(const std::string& selectedFile, CRecordingSet& set, CMyStringArray& log);
 
 }  // namespace carvello

@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
+#include "input/file_stamp.h"
 #include "input/recording_source_info.h"
 #include "recording/info_texts.h"
 #include "recording/wave_format.h"
@@ -22,9 +24,17 @@ struct SScanResult {
   RecordingSourceInfo source;   // filled when another program's recording was recognised
   SInfoTexts infoTexts;
   std::int64_t nDataBytes = 0;  // of the first data chunk, never more than the file holds
+  // The same as the streaming parse finds them. They differ only where an RF64 file tells two sizes: the walk believes
+  // the data chunk, the parse ds64.
+  std::int64_t nSampleBytes = 0;
   bool bRF64 = false;
-  bool bCutShort = false;  // the data chunk claims more than the file holds
+  bool bCutShort = false;  // the data chunk claims more than the file holds, or its size was never made final
   std::string strError;    // why the walk found no recording, or why recognition gave up; empty otherwise
+  // The system's code when the file could not be opened or read, whatever else was found; 0 for a file that was read,
+  // damaged or not. strError then names the place and the reason.
+  std::uint32_t nError = 0;
+  std::vector<std::string> warnings;  // what the user should know of a file that is a recording all the same
+  SFileStamp stamp;                   // of the file that was walked
   SWalkStatistics statistics;
 };
 

@@ -45,23 +45,24 @@ void RecogniseSource(const SSourceEvidence& evidence, SScanResult& result) {
   RecordingSourceInfo& source = result.source;
   const bool signalInfo = RecogniseSignalInfo(evidence.strMeta, dataBytes, format, source);
   if (!evidence.strAuxi.empty() && !xml) {
-    RecogniseAuxi(evidence.strFileName, evidence.strAuxi, evidence.bElad, dataBytes, format, source);
+    RecogniseAuxi(evidence.strFileName, evidence.strAuxi, evidence.bElad, dataBytes, format, source, evidence.tCreated);
   }
   if (!evidence.strRcvr.empty()) RecognisePerseus(evidence.strRcvr, dataBytes, format, source);
 
   const bool nameAlone = evidence.strAuxi.empty() && evidence.strRcvr.empty() && !signalInfo;
   if (nameAlone && format.Format.nSamplesPerSec > 0 && format.Format.nChannels > 0) {
-    RecogniseAuxi(evidence.strFileName, {}, evidence.bElad, dataBytes, format, source);
+    RecogniseAuxi(evidence.strFileName, {}, evidence.bElad, dataBytes, format, source, evidence.tCreated);
   }
 }
 
 bool RecogniseAuxi(const std::string& fileName, std::string_view auxi, bool elad, std::int64_t dataBytes,
-                   const WAVEFORMATEXTENSIBLE& format, RecordingSourceInfo& source) {
+                   const WAVEFORMATEXTENSIBLE& format, RecordingSourceInfo& source,
+                   std::optional<std::int64_t> created) {
   RecordingSourceInfo found;
   found.format = format.Format;
   found.nDataBytes = dataBytes;
   if (!ReadAuxiBlock(auxi, elad, found)) {
-    if (!ReadFileName(fileName, found)) return false;
+    if (!ReadFileName(fileName, created, found)) return false;
     if (!auxi.empty()) found.strNote = Format("its auxi chunk of %zu bytes is of no known program", auxi.size());
   }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -34,7 +35,8 @@ struct SSourceEvidence {
   std::string strAuxi;
   std::string strRcvr;
   std::string strMeta;
-  bool bElad = false;  // the file has an "elad" chunk
+  bool bElad = false;                    // the file has an "elad" chunk
+  std::optional<std::int64_t> tCreated;  // when the file came into being; asked of the file system where it is needed
 };
 
 // Fills `result.strXml` or `result.source` from the evidence and from the format and data size that the result holds.
@@ -45,7 +47,8 @@ void RecogniseSource(const SSourceEvidence& evidence, SScanResult& result);
 // From a binary "auxi" block, or with an empty one, or one of no known size, from the file's name and time alone. False
 // when neither tells; the record then stays as it is. Raises as above.
 bool RecogniseAuxi(const std::string& fileName, std::string_view auxi, bool elad, std::int64_t dataBytes,
-                   const WAVEFORMATEXTENSIBLE& format, RecordingSourceInfo& source);
+                   const WAVEFORMATEXTENSIBLE& format, RecordingSourceInfo& source,
+                   std::optional<std::int64_t> created = {});
 
 // From an "rcvr" block. Always true. Raises the invalid-argument error for a start time that has no date.
 bool RecognisePerseus(std::string_view rcvr, std::int64_t dataBytes, const WAVEFORMATEXTENSIBLE& format,

@@ -6,6 +6,7 @@
 #include "input/data_size.h"
 #include "input/format_chunk.h"
 #include "input/riff_layout.h"
+#include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -30,8 +31,8 @@ bool CWaveFileReader::Open(const std::string& fileName) {
   m_strFileName.clear();
   ZeroCounters();
   const bool opened = m_file.Open(fileName, platform::EOpenMode::ReadShared);
-  const std::uint32_t error = opened ? 0 : platform::LastError();
-  const std::string status = platform::RuntimeErrorText(error).value_or("<unknown>");
+  m_nError = opened ? 0 : platform::LastError();
+  const std::string status = platform::RuntimeErrorText(m_nError).value_or("<unknown>");
   m_log.Add(
       carvello::Format("Opening %s, Handle = %08X, Status = %s", fileName.c_str(), m_file.LogId(), status.c_str()));
   if (opened) m_strFileName = fileName;
@@ -51,7 +52,7 @@ bool CWaveFileReader::ParseWave(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
   dataSize = 0;
   SFileHeader header;
   if (!m_file.ReadExactly(&header, sizeof(header))) return Fail("Not a valid WAVE file");
-  if (IsChunk(header.riff, "RF64")) return m_file.Seek(0) && ParseRF64(format, dataSize);
+  if (IsChunk(header.riff, "RF64")) return Seek(0) ? ParseRF64(format, dataSize) : Fail(kNoRF64);
 
   if (!IsChunk(header.riff, "RIFF")) m_log.Add("[WARNING] RIFF signature: Not Found");
   if (!IsChunk(header.wave, "WAVE")) m_log.Add("[WARNING] WAVE signature: Not Found");
@@ -69,8 +70,8 @@ bool CWaveFileReader::ParseWave(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
   std::uint32_t claimed = 0;
   bool elad = false;
   if (!FindData(claimed, elad)) return false;
-  const SDataSize data = HeldDataSize(m_file, claimed, elad);
-  if (!data.strWarning.empty()) m_log.Add(data.strWarning);
+  const SDataSize data = RiffDataSize(m_file, claimed, elad);
+  if (!TakeDataSize(data)) return false;
   dataSize = data.nBytes;
   return BeginData(format, dataSize, dataSize - dataSize % FrameBytes(format.Format));
 }
@@ -84,7 +85,7 @@ bool CWaveFileReader::FindData(std::uint32_t& size, bool& elad) {
       return true;
     }
     if (IsChunk(chunk.id, "elad")) elad = true;
-    if (!m_file.Seek(m_file.Position() + chunk.nSize)) return Fail("[ERROR] Invalid data chunk!...Exiting");
+    if (!Seek(m_file.Position() + chunk.nSize)) return Fail("[ERROR] Invalid data chunk!...Exiting");
   }
   return Fail(TooManyChunks());
 }
@@ -112,8 +113,8 @@ bool CWaveFileReader::ParseRF64(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
     if (IsChunk(chunk.id, "data")) {
       if (FrameBytes(format.Format) == 0) return Fail("[ERROR] No format before the data chunk");
       // The size in ds64 holds; the chunk's own is ignored whatever it says.
-      const SDataSize data = HeldDataSize(m_file, static_cast<std::uint64_t>(sizes.nDataSize), false);
-      if (!data.strWarning.empty()) m_log.Add(data.strWarning);
+      const SDataSize data = Rf64DataSize(m_file, sizes.nDataSize);
+      if (!TakeDataSize(data)) return false;
       m_log.Add(carvello::Format("Total data bytes: %lld", static_cast<long long>(data.nBytes)));
       dataSize = data.nBytes;
       return BeginData(format, dataSize, dataSize);
@@ -126,7 +127,8 @@ bool CWaveFileReader::ParseRF64(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
       }
     } else {
       m_log.Add(found + ", ignored");
-      m_file.Seek(m_file.Position() + chunk.nSize);
+      // Behind a failed seek the chunk's body would be taken for further chunks.
+      if (!Seek(m_file.Position() + chunk.nSize)) return Fail("[ERROR] Failed to skip the chunk");
     }
   }
   return Fail(TooManyChunks());
@@ -134,8 +136,16 @@ bool CWaveFileReader::ParseRF64(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
 
 EFormatVerdict CWaveFileReader::ReadFormat(std::uint32_t size, WAVEFORMATEXTENSIBLE& format) {
   const EFormatVerdict verdict = ReadFormatChunk(m_file, size, EChannelRule::OneOrTwo, format);
-  if (!IsAccepted(verdict)) m_log.Add(FormatVerdictText(verdict, format));
+  if (verdict == EFormatVerdict::SkipFailed) m_nError = platform::LastError();
+  if (!IsAccepted(verdict)) Fail(FormatVerdictText(verdict, format));
   return verdict;
+}
+
+bool CWaveFileReader::TakeDataSize(const SDataSize& data) {
+  m_nError = data.nError;
+  if (m_nError != 0) return Fail("[ERROR] Failed to get the file's length");
+  if (!data.strWarning.empty()) m_log.Add(data.strWarning);
+  return true;
 }
 
 bool CWaveFileReader::BeginData(const WAVEFORMATEXTENSIBLE& format, std::int64_t dataSize, std::int64_t total) {
@@ -150,7 +160,8 @@ bool CWaveFileReader::BeginData(const WAVEFORMATEXTENSIBLE& format, std::int64_t
 bool CWaveFileReader::ScanChunks(const std::string& fileName, SScanResult& result) {
   result = {};
   if (!Open(fileName)) {
-    result.strError = m_log[m_log.Size() - 1];
+    result.nError = m_nError;
+    result.strError = "cannot be opened: " + SystemErrorText(result.nError);
     return false;
   }
   m_log.Add(carvello::Format("Opened %s", fileName.c_str()));
@@ -173,13 +184,20 @@ bool CWaveFileReader::SkipFrames(std::int64_t frames) {
   const std::int64_t bytesPerFrame = BytesPerFrame();
   if (frames < 0 || bytesPerFrame == 0 || frames > m_nDataBytesTotal / bytesPerFrame) return false;
   const std::int64_t bytes = frames * bytesPerFrame;
-  if (!m_file.Seek(m_nDataStart + bytes)) return false;
+  if (!Seek(m_nDataStart + bytes)) return false;
   m_nDataBytesRead = bytes;
   return true;
 }
 
+bool CWaveFileReader::Seek(std::int64_t position) {
+  if (m_file.Seek(position)) return true;
+  m_nError = platform::LastError();
+  return false;
+}
+
 bool CWaveFileReader::Fail(const std::string& line) {
   m_log.Add(line);
+  if (ErrorCode() != 0) m_log.Add("[ERROR] " + SystemErrorText(ErrorCode()));
   return false;
 }
 
@@ -189,11 +207,12 @@ void CWaveFileReader::ZeroCounters() {
   m_nDataStart = 0;
 }
 
-bool ReadInfoTexts(const std::string& fileName, SInfoTexts& texts) {
+bool ReadInfoTexts(const std::string& fileName, SInfoTexts& texts, std::string* problem) {
   CWaveFileReader reader;
   SScanResult result;
   reader.ScanChunks(fileName, result);
   texts = result.infoTexts;
+  if (problem != nullptr && result.nError != 0) *problem = result.strError;
   return !texts.IsEmpty();
 }
 

@@ -14,6 +14,7 @@
 namespace carvello {
 
 enum class EFormatVerdict;
+struct SDataSize;
 
 // Used by one thread at a time. Every step leaves a line in Log(); nothing is thrown.
 class CWaveFileReader {
@@ -23,6 +24,9 @@ class CWaveFileReader {
   // Closes the file, logs "Closing %s", forgets the name and zeroes the counters. Nothing when no file is open.
   void Close();
   bool IsOpen() const { return m_file.IsOpen(); }
+  // The system's code when the file could not be opened, or the last read or seek failed; 0 when none did, also where a
+  // file merely ends early.
+  std::uint32_t ErrorCode() const { return m_nError != 0 ? m_nError : m_file.ReadError(); }
 
   // Streaming parse of the open file: true with the file positioned at the first sample byte, the format and the data
   // counters set. dataSize is the data chunk's size before rounding down to whole frames. False leaves the file open
@@ -55,17 +59,22 @@ class CWaveFileReader {
   const CMyStringArray& Log() const { return m_log; }
 
  private:
-  // Adds a line to the log. Always false.
+  // Absolute. False on failure.
+  bool Seek(std::int64_t position);
+  // Adds a line to the log, and the system's reason when there is one. Always false.
   bool Fail(const std::string& line);
   void ZeroCounters();
   EFormatVerdict ReadFormat(std::uint32_t size, WAVEFORMATEXTENSIBLE& format);
   // Behind the format: stands behind the header of the data chunk then. False when there is none.
   bool FindData(std::uint32_t& size, bool& elad);
+  // Logs what is odd about the size. False when it cannot be had.
+  bool TakeDataSize(const SDataSize& data);
   // The data begins here: takes over its format and the bytes to read of it. False when the chunk is empty.
   bool BeginData(const WAVEFORMATEXTENSIBLE& format, std::int64_t dataSize, std::int64_t total);
 
   std::string m_strFileName;
   CFile m_file;
+  std::uint32_t m_nError = 0;  // of opening, seeking and asking for the length
   std::int64_t m_nDataBytesRead = 0;
   std::int64_t m_nDataBytesTotal = 0;
   std::int64_t m_nDataStart = 0;
@@ -74,7 +83,8 @@ class CWaveFileReader {
   bool m_bFloatScale = false;
 };
 
-// The five INFO texts of a file, by a walk with a reader of its own. True when at least one is not empty.
-bool ReadInfoTexts(const std::string& fileName, SInfoTexts& texts);
+// The five INFO texts of a file, by a walk with a reader of its own. True when at least one is not empty. A file that
+// the system does not let be read leaves its reason in `problem`.
+bool ReadInfoTexts(const std::string& fileName, SInfoTexts& texts, std::string* problem = nullptr);
 
 }  // namespace carvello

@@ -18,6 +18,7 @@ CFile& CFile::operator=(CFile&& other) noexcept {
 
 bool CFile::Open(const std::string& path, platform::EOpenMode mode) {
   Close();
+  m_nReadError = 0;
   m_hFile = platform::OpenFile(path, mode);
   return IsOpen();
 }

@@ -71,7 +71,8 @@ bool IsWritableFolder(const std::string& folder);
 bool RemoveFile(const std::string& path);
 // The same, but refused while another program is writing the file.
 bool RemoveUnusedFile(const std::string& path);
-// Names (not paths) of everything in the folder but "." and "..", in the order the system gives. Nothing on failure.
+// Names (not paths) of everything in the folder but "." and "..", in the order the system gives. Nothing on failure,
+// also in the middle of the list; LastError() then holds the reason.
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder);
 
 // Folder and name joined by the system's separator; a separator at the folder's end is not doubled.
@@ -94,8 +95,11 @@ std::optional<std::string> RuntimeErrorText(std::uint32_t code);
 // Whether the code is the one by which the system refuses what another program holds open: 5 ("access denied") on
 // Windows. POSIX systems have none, there 5 is an input/output error and a refusal is about permissions.
 bool MeansHeldOpen(std::uint32_t code);
-// Whether the code is the one by which the system says that there is no file of that name.
+// Whether the code is one by which the system says that there is no file of that name, or can be none.
 bool MeansMissing(std::uint32_t code);
+// Whether the code is one by which the system refuses this user a file that is in order, or finds that a name leads
+// nowhere but in a circle; any other failure is a fault.
+bool MeansRefused(std::uint32_t code);
 
 // ---- libraries and the program itself --------------------------------------------------------------------------
 

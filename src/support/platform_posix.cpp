@@ -163,7 +163,8 @@ namespace {
 
 std::optional<FileStatus> StatusOf(int folder, const char* path, int flags) {
   struct statx status {};
-  if (statx(folder, path, flags, STATX_BASIC_STATS | STATX_BTIME, &status) != 0) return std::nullopt;
+  const auto ask = [&] { return statx(folder, path, flags, STATX_BASIC_STATS | STATX_BTIME, &status); };
+  if (Uninterrupted(ask) != 0) return std::nullopt;
   const bool hasBirth = (status.stx_mask & STATX_BTIME) != 0;
   FileStatus result;
   result.nSize = static_cast<std::int64_t>(status.stx_size);
@@ -225,7 +226,7 @@ bool RemoveUnusedFile(const std::string& path) {
 }
 
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
-  const std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
+  std::unique_ptr<DIR, int (*)(DIR*)> directory(opendir(folder.c_str()), closedir);
   if (!directory) return std::nullopt;
   std::vector<std::string> names;
   errno = 0;
@@ -234,8 +235,11 @@ std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
     if (name != "." && name != "..") names.emplace_back(name);
     errno = 0;
   }
-  if (errno != 0) return std::nullopt;
-  return names;
+  const int reason = errno;
+  if (reason == 0) return names;
+  directory.reset();
+  errno = reason;
+  return std::nullopt;
 }
 
 std::string JoinPath(std::string_view folder, std::string_view name) {
@@ -290,7 +294,11 @@ bool MeansHeldOpen(std::uint32_t /*code*/) {
 }
 
 bool MeansMissing(std::uint32_t code) {
-  return code == ENOENT;
+  return code == ENOENT || code == ENOTDIR || code == ENAMETOOLONG;
+}
+
+bool MeansRefused(std::uint32_t code) {
+  return code == EACCES || code == EPERM || code == ELOOP;
 }
 
 // ---- libraries and the program itself --------------------------------------------------------------------------

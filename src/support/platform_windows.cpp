@@ -213,14 +213,17 @@ std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
   WIN32_FIND_DATAW entry{};
   const HANDLE raw = FindFirstFileW(WidePath(JoinPath(folder, "*")).c_str(), &entry);
   if (raw == INVALID_HANDLE_VALUE) return std::nullopt;
-  const std::unique_ptr<void, CloseFind> search(raw);
+  std::unique_ptr<void, CloseFind> search(raw);
   std::vector<std::string> names;
   do {
     const std::wstring_view name = entry.cFileName;
     if (name != L"." && name != L"..") names.push_back(Narrow(name));
   } while (FindNextFileW(search.get(), &entry) != 0);
-  if (GetLastError() != ERROR_NO_MORE_FILES) return std::nullopt;
-  return names;
+  const DWORD reason = GetLastError();
+  if (reason == ERROR_NO_MORE_FILES) return names;
+  search.reset();
+  SetLastError(reason);
+  return std::nullopt;
 }
 
 namespace {
@@ -309,7 +312,13 @@ bool MeansHeldOpen(std::uint32_t code) {
 }
 
 bool MeansMissing(std::uint32_t code) {
-  return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
+  return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND || code == ERROR_INVALID_NAME ||
+         code == ERROR_BAD_PATHNAME || code == ERROR_FILENAME_EXCED_RANGE;
+}
+
+bool MeansRefused(std::uint32_t code) {
+  return code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION || code == ERROR_LOCK_VIOLATION ||
+         code == ERROR_CANT_RESOLVE_FILENAME;
 }
 
 // ---- libraries and the program itself --------------------------------------------------------------------------

@@ -293,10 +293,20 @@ TEST_F(ChainedSet, EveryFamilyIsDescribed) {
   }
 }
 
-TEST_F(ChainedSet, AFileOfNoKnownProgramIsNamed) {
-  const std::string path = Write(
-      "mono.wav", Riff(Chunk("fmt ", ExtensibleBody({.nChannels = 1}, 1)) + Chunk("data", std::string(8000, 'x'))));
+TEST_F(ChainedSet, AMonoFileIsToldToNeedTwoChannels) {
+  const std::string samples = Chunk("data", std::string(8000, 'x'));
+  std::string path = Write("mono.wav", Riff(Chunk("fmt ", ExtensibleBody({.nChannels = 1}, 1)) + samples));
   EXPECT_FALSE(Analyse("mono.wav"));
+  EXPECT_EQ(Error(), "[ERROR] " + path + ": 1 channel, a recording needs two, I and Q");
+  path = Write("plain.wav", Riff(FormatChunk({.nChannels = 1}) + samples));
+  m_log.Clear(0);
+  EXPECT_FALSE(Analyse("plain.wav"));
+  EXPECT_EQ(Error(), "[ERROR] " + path + ": chunk \"fmt \": 1 channel, a recording needs two, I and Q");
+}
+
+TEST_F(ChainedSet, AFileOfNoKnownProgramIsNamed) {
+  const std::string path = Write("sdrsharp_x.wav", SecondsOfWave(5));
+  EXPECT_FALSE(Analyse("sdrsharp_x.wav"));
   EXPECT_EQ(Error(),
             "[ERROR] " + path + ": no I/Q recording of a known program, and its name does not tell frequency and time");
 }

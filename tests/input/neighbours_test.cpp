@@ -68,7 +68,7 @@ TEST_F(Neighbours, AnAuxiChunkOf100Bytes) {
 
 TEST_F(Neighbours, AMonoFile) {
   Write("b.wav", Riff(Chunk("fmt ", ExtensibleBody({.nChannels = 1}, 1)) + Chunk("data", std::string(8000, 'x'))));
-  ExpectSetAndReason("b.wav", "no I/Q recording of a known program, and its name does not tell frequency and time");
+  ExpectSetAndReason("b.wav", "1 channel, a recording needs two, I and Q");
 }
 
 TEST_F(Neighbours, AFileWithAnImpossibleDate) {

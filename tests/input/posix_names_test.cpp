@@ -46,14 +46,43 @@ TEST_F(PosixNames, APipeIsNamedAsOneAndNotWaitedFor) {
             "[ERROR] " + Path("pipe.wav") + ": this is a pipe, socket or device, a recording file is needed\n");
 }
 
-TEST_F(PosixNames, AMemberThatIsALoopOfLinksEndsTheSetWithALine) {
+TEST_F(PosixNames, AMemberThatIsALoopOfLinksIsAnErrorAndNotTheEndOfTheSet) {
   Write("rec 000.wav", PlainWave(4000, XmlChunk("SampleRate=\"1000\" FirstFile=\"rec 000.wav\"")));
   std::filesystem::create_symlink("rec 001.wav", m_folder / "rec 001.wav");
   CRecordingSet set;
   CMyStringArray log;
-  ASSERT_TRUE(AnalyseRecordingSet(Path("rec 000.wav"), set, log));
-  EXPECT_EQ(set.files.size(), 1u);
-  EXPECT_EQ(CountLines(log, "[WARNING] " + Path("rec 001.wav") + ": "), 1) << Joined(log);
+  EXPECT_FALSE(AnalyseRecordingSet(Path("rec 000.wav"), set, log));
+  EXPECT_TRUE(set.bReadFailed);
+  EXPECT_EQ(log[log.Size() - 1], "[ERROR] " + Path("rec 001.wav") + ": Too many levels of symbolic links");
+}
+
+TEST_F(PosixNames, AFirstFileThatIsALoopOfLinksIsAnErrorAndNotReplaced) {
+  std::filesystem::create_symlink("rec 000.wav", m_folder / "rec 000.wav");
+  Write("rec 001.wav", PlainWave(4000, XmlChunk("SampleRate=\"1000\" FirstFile=\"rec 000.wav\"")));
+  CRecordingSet set;
+  CMyStringArray log;
+  EXPECT_FALSE(AnalyseRecordingSet(Path("rec 001.wav"), set, log));
+  EXPECT_EQ(log[log.Size() - 1], "[ERROR] " + Path("rec 000.wav") + ": Too many levels of symbolic links");
+}
+
+TEST_F(PosixNames, AFirstFileOfANameThatNoFileCanHaveIsMissing) {
+  const std::string name(300, 'n');
+  Write("rec 001.wav", PlainWave(4000, XmlChunk("SampleRate=\"1000\" FirstFile=\"" + name + " 000.wav\"")));
+  CRecordingSet set;
+  CMyStringArray log;
+  ASSERT_TRUE(AnalyseRecordingSet(Path("rec 001.wav"), set, log)) << Joined(log);
+  EXPECT_EQ(CountLines(log, "the selected file takes the place of the first one"), 1);
+}
+
+TEST_F(PosixNames, ANeighbourThatCannotBeReadIsAnErrorWhenItIsNamedLikeTheSet) {
+  Write("radio_0405.wav", PlainWave(4000));
+  std::filesystem::create_symlink("Radio_17.WAV", m_folder / "Radio_17.WAV");
+  CRecordingSet set;
+  CMyStringArray log;
+  EXPECT_FALSE(AnalyseRecordingSet(Path("radio_0405.wav"), set, log));
+  EXPECT_TRUE(set.bReadFailed);
+  EXPECT_EQ(log[log.Size() - 1],
+            "[ERROR] " + Path("Radio_17.WAV") + ": Too many levels of symbolic links; it could belong to the set");
 }
 
 TEST_F(PosixNames, ANeighboursNameCannotMoveATerminalsCursor) {
