@@ -8,7 +8,7 @@
 #include "cli/cut_plan.h"
 #include "cli/help_texts.h"
 #include "cli/stop_requests.h"
-#include "dsp/primitives.h"
+#include "dsp/start_dsp.h"
 #include "engine/job_control.h"
 #include "engine/output_files.h"
 #include "engine/recording_input.h"
@@ -83,7 +83,12 @@ void PrintNotes(const SPlanNotes& notes) {
   }
   if (!notes.outsideBand.empty()) PrintMessage("warning: outside the recorded band lie");
   PrintList(notes.outsideBand);
-  for (const std::string& surprise : notes.surprises) PrintMessage("warning: " + surprise);
+  for (std::size_t i = 0; i < notes.surprises.size() && i < kLinesListed; ++i) {
+    PrintMessage("warning: " + notes.surprises[i]);
+  }
+  if (notes.surprises.size() > kLinesListed) {
+    PrintMessage(Format("warning: ... and %zu more", notes.surprises.size() - kLinesListed));
+  }
 }
 
 // Every entry of the list with `error` until something better is known.
@@ -143,12 +148,10 @@ EExit CCutCommand::Run() {
   }
   for (const std::string& warning : input.warnings) PrintMessage(warning);
   DspBinding dsp;
-  if (BindDsp(dsp) == 0) {
-    PrintMessage("the downconverter library Vantrel is missing or incomplete: " + DspLibraryPath());
+  if (!StartDsp(dsp)) {
+    PrintMessage(MissingLibraryText());
     return EExit::InputUnreadable;
   }
-  dsp.Advanced(0);
-  InitPrimitives();
 
   CEntryList entries;
   entries.SetRecording(input.recording, input.infoTexts);

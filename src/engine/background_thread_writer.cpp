@@ -128,8 +128,7 @@ void CBackgroundThreadWriter::LogEntry() {
 
 void CBackgroundThreadWriter::DescribeOutput() {
   const OutputEntry& entry = *m_pEntry;
-  SMetadataLists metadata;
-  ParseMetadataXml(entry.strMetadata, metadata);
+  const SMetadataLists& metadata = entry.strMetadata.Lists();
 
   SRecordingDescription description;
   if (metadata.Has("RadioModel")) description.strRadioModel = metadata.Find("RadioModel");

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <set>
+#include <map>
 #include <tuple>
 
 #include "support/formatting.h"
@@ -22,13 +22,6 @@ SEntryProblem ResetQuestion(const char* caption, const char* text, SEntryProblem
   return {{caption, text, EButtons::YesNo, EIcon::Stop}, reset};
 }
 
-// Two entries that produce the same samples. Sample size and file size do not count, so that a list never cuts one
-// stretch of one channel twice.
-bool SameOutput(const OutputEntry& a, const OutputEntry& b) {
-  return a.nOutputFrequency == b.nOutputFrequency && a.nOutputSampleRate == b.nOutputSampleRate &&
-         a.nStartSample == b.nStartSample && a.nTotalSamples == b.nTotalSamples;
-}
-
 // Input frames in a stretch of whole seconds. Held at the ends of the range: a damaged recording may claim any length.
 std::int64_t FramesIn(std::int64_t seconds, std::int64_t rate) {
   std::int64_t frames = 0;
@@ -40,18 +33,34 @@ std::string StartText(std::int64_t start, bool utc) {
   return utc ? FormatUtc("%Y-%m-%d %H%Mz", start) : FormatLocal("%Y-%m-%d %H%M", start);
 }
 
+// What two entries of the same output have different all the same.
+std::string Differences(const OutputEntry& a, const OutputEntry& b) {
+  std::string text;
+  const auto add = [&text](bool differs, const char* name) {
+    if (differs) text += (text.empty() ? "" : ", ") + std::string(name);
+  };
+  add(platform::FolderOf(a.strFileName) != platform::FolderOf(b.strFileName), "folder");
+  add(a.nBitsPerSample != b.nBitsPerSample, "sample size");
+  add(a.nFileSizeMB != b.nFileSizeMB, "file size");
+  return text;
+}
+
 }  // namespace
 
 void CEntryList::SetRecording(const CRecordingSet& recording, const SInfoTexts& infoTexts) {
   Reset();
-  m_recording = recording;
-  m_infoTexts = infoTexts;
+  m_input = {recording.tStart, recording.tEnd, recording.nRadioCenterFreq, recording.nSampleRate};
+  m_metadata = recording.strMetadata;
+  m_info[0] = infoTexts.strIPRD;
+  m_info[1] = infoTexts.strIART;
+  m_info[2] = infoTexts.strICMT;
+  m_info[3] = infoTexts.strICOP;
 }
 
 std::optional<SEntryProblem> CEntryList::AddEntry(const SEntryFields& fields) {
-  const std::int64_t recordingStart = m_recording.tStart;
-  const std::int64_t recordingEnd = m_recording.tEnd;
-  const std::int64_t rate = m_recording.nSampleRate;
+  const std::int64_t recordingStart = m_input.tStart;
+  const std::int64_t recordingEnd = m_input.tEnd;
+  const std::int64_t rate = m_input.nSampleRate;
 
   std::int64_t start = recordingStart;
   if (fields.startMode == EStartMode::At) {
@@ -83,100 +92,103 @@ std::optional<SEntryProblem> CEntryList::AddEntry(const SEntryFields& fields) {
     totalSamples = FramesIn(end - start, rate);
   }
 
-  auto entry = std::make_unique<OutputEntry>();
-  entry->nFlags = fields.nBandwidth == 0 ? 1 : 0;
-  entry->nBitsPerSample = fields.b32Bit ? 32 : 16;
-  entry->nFileSizeMB = fields.nFileSizeMB;
-  entry->tStart = start;
-  entry->tEnd = end;
-  entry->strMetadata = m_recording.strMetadata;
-  entry->strInfo1 = m_infoTexts.strIPRD;
-  entry->strInfo2 = m_infoTexts.strIART;
-  entry->strInfo3 = m_infoTexts.strICMT;
-  entry->strInfo4 = m_infoTexts.strICOP;
-  entry->nStartSample = FramesIn(start - recordingStart, rate);
-  entry->nTotalSamples = totalSamples;
-  entry->nInputFrequency = m_recording.nRadioCenterFreq;
-  entry->nInputSampleRate = m_recording.nSampleRate;
-  entry->nOutputFrequency = fields.nFrequency;
-  entry->nOutputSampleRate = fields.nBandwidth;
+  auto listed = std::make_unique<SListed>();
+  OutputEntry& entry = listed->entry;
+  entry.nFlags = fields.nBandwidth == 0 ? 1 : 0;
+  entry.nBitsPerSample = fields.b32Bit ? 32 : 16;
+  entry.nFileSizeMB = fields.nFileSizeMB;
+  entry.tStart = start;
+  entry.tEnd = end;
+  entry.strMetadata = m_metadata;
+  entry.strInfo1 = m_info[0];
+  entry.strInfo2 = m_info[1];
+  entry.strInfo3 = m_info[2];
+  entry.strInfo4 = m_info[3];
+  entry.nStartSample = FramesIn(start - recordingStart, rate);
+  entry.nTotalSamples = totalSamples;
+  entry.nInputFrequency = m_input.nFrequency;
+  entry.nInputSampleRate = m_input.nSampleRate;
+  entry.nOutputFrequency = fields.nFrequency;
+  entry.nOutputSampleRate = fields.nBandwidth;
 
   const std::string frequencyText = FormatFrequency64(fields.nFrequency);
   const std::string bandwidthText = FormatFrequency(fields.nBandwidth);
-  entry->strTitle = Format("%s, BW %s", frequencyText.c_str(), bandwidthText.c_str());
+  entry.strTitle = Format("%s, BW %s", frequencyText.c_str(), bandwidthText.c_str());
   NameEntry(
-      *entry,
+      *listed,
       Format("%s, f=%s, bw=%s", StartText(start, fields.bUtc).c_str(), frequencyText.c_str(), bandwidthText.c_str()),
       fields.strOutputFolder);
-  m_byFrequency.emplace(entry->nOutputFrequency, entry.get());
-  m_entries.push_back(std::move(entry));
+  m_entries.push_back(std::move(listed));
+  m_bRebuilt = false;
   return std::nullopt;
 }
 
-// Names tell the minute, so two stretches of one channel within a minute would share a file. The later one gets a
-// number; a duplicate does not, since it is removed anyway.
-void CEntryList::NameEntry(OutputEntry& entry, const std::string& stem, const std::string& folder) const {
-  const auto [first, last] = m_byFrequency.equal_range(entry.nOutputFrequency);
-  const auto taken = [&, first = first, last = last](const std::string& path) {
-    return std::any_of(first, last, [&](const auto& other) {
-      return other.second->strFileName == path && !SameOutput(*other.second, entry);
-    });
-  };
-  entry.strDisplayName = stem + ".wav";
+void CEntryList::NameEntry(SListed& listed, const std::string& name, const std::string& folder) {
+  OutputEntry& entry = listed.entry;
+  listed.strStem = platform::JoinPath(folder, name);
+  const int number = m_names.Take(listed.strStem, KeyOf(entry));
+  entry.strDisplayName = number == 1 ? name + ".wav" : Format("%s (%d).wav", name.c_str(), number);
   entry.strFileName = platform::JoinPath(folder, entry.strDisplayName);
-  for (int number = 2; taken(entry.strFileName); ++number) {
-    entry.strDisplayName = Format("%s (%d).wav", stem.c_str(), number);
-    entry.strFileName = platform::JoinPath(folder, entry.strDisplayName);
-  }
 }
 
 void CEntryList::AddSequence(SEntryFields fields, std::int64_t from, std::int64_t to, std::int64_t step,
-                             const std::function<void(const SEntryProblem&)>& onProblem) {
+                             const std::function<void(const SEntryProblem&, SEntryFields&)>& onProblem) {
   if (step < 1) return;
   if (from > to) std::swap(from, to);
   for (std::int64_t frequency = from;; frequency += step) {
     fields.nFrequency = frequency;
-    if (const auto problem = AddEntry(fields)) onProblem(*problem);
+    if (const auto problem = AddEntry(fields)) onProblem(*problem, fields);
     if (to - frequency < step) break;  // compared this way round, the sum cannot overflow
   }
 }
 
-void CEntryList::Rebuild() {
-  const auto key = [](const OutputEntry& entry) {
-    return std::tie(entry.nOutputFrequency, entry.nOutputSampleRate, entry.nStartSample, entry.nTotalSamples);
-  };
-  const auto less = [&](const OutputEntry* a, const OutputEntry* b) { return key(*a) < key(*b); };
-  std::set<const OutputEntry*, decltype(less)> seen(less);
-  std::erase_if(m_entries, [&](const auto& entry) { return !seen.insert(entry.get()).second; });
-  IndexEntries();
-
+std::vector<SDroppedEntry> CEntryList::Rebuild() {
+  std::vector<SDroppedEntry> dropped;
+  if (m_bRebuilt) return dropped;
+  m_bRebuilt = true;
+  std::map<OutputKey, const OutputEntry*> kept;
+  std::vector<bool> duplicate;
+  duplicate.reserve(m_entries.size());
+  for (const auto& listed : m_entries) {
+    const auto [earlier, isNew] = kept.emplace(KeyOf(listed->entry), &listed->entry);
+    duplicate.push_back(!isNew);
+    if (!isNew) dropped.push_back({listed->entry.strTitle, Differences(*earlier->second, listed->entry)});
+  }
+  Drop(duplicate);
   std::stable_sort(m_entries.begin(), m_entries.end(), [](const auto& a, const auto& b) {
-    return std::tie(a->nOutputFrequency, a->nOutputSampleRate) < std::tie(b->nOutputFrequency, b->nOutputSampleRate);
+    return std::tie(a->entry.nOutputFrequency, a->entry.nOutputSampleRate) <
+           std::tie(b->entry.nOutputFrequency, b->entry.nOutputSampleRate);
   });
+  return dropped;
 }
 
-void CEntryList::IndexEntries() {
-  m_byFrequency.clear();
-  for (const auto& entry : m_entries) m_byFrequency.emplace(entry->nOutputFrequency, entry.get());
+void CEntryList::Drop(const std::vector<bool>& dropped) {
+  for (std::size_t i = 0; i < m_entries.size(); ++i) {
+    if (!dropped[i]) continue;
+    m_names.GiveBack(m_entries[i]->strStem, KeyOf(m_entries[i]->entry));
+    m_entries[i].reset();
+  }
+  std::erase(m_entries, nullptr);
 }
 
 void CEntryList::Reset() {
-  m_byFrequency.clear();
+  m_names.Clear();
   m_entries.clear();
+  m_bRebuilt = true;
 }
 
 void CEntryList::Remove(const std::vector<std::size_t>& indices) {
+  std::vector<bool> removed(m_entries.size());
   for (const std::size_t index : indices) {
-    if (index < m_entries.size()) m_entries[index].reset();
+    if (index < removed.size()) removed[index] = true;
   }
-  std::erase(m_entries, nullptr);
-  IndexEntries();
+  Drop(removed);
 }
 
 std::vector<const OutputEntry*> CEntryList::Pointers() const {
   std::vector<const OutputEntry*> pointers;
   pointers.reserve(m_entries.size());
-  for (const auto& entry : m_entries) pointers.push_back(entry.get());
+  for (const auto& listed : m_entries) pointers.push_back(&listed->entry);
   return pointers;
 }
 

@@ -8,9 +8,9 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
+#include "engine/entry_names.h"
 #include "engine/message_box.h"
 #include "engine/output_entry.h"
 #include "input/recording_set.h"
@@ -43,6 +43,12 @@ struct SEntryProblem {
   EReset reset = EReset::None;
 };
 
+// An entry that the list did not keep, since an earlier one is the same output.
+struct SDroppedEntry {
+  std::string strTitle;
+  std::string strNotTakenOver;  // in what else it differed: "folder, file size"; empty when in nothing
+};
+
 class CEntryList {
  public:
   // The recording that entries are made for. Clears the list.
@@ -51,29 +57,43 @@ class CEntryList {
   // Checks the fields and appends an entry at the end of the list; nothing on success. The list is not rebuilt.
   std::optional<SEntryProblem> AddEntry(const SEntryFields& fields);
   // One AddEntry per frequency from `from` to `to` (swapped when the wrong way round), both included. A step below 1
-  // adds nothing. `onProblem` is told of every refused entry.
+  // adds nothing. `onProblem` is told of every refused entry and may change the fields for those that follow.
   void AddSequence(SEntryFields fields, std::int64_t from, std::int64_t to, std::int64_t step,
-                   const std::function<void(const SEntryProblem&)>& onProblem);
+                   const std::function<void(const SEntryProblem&, SEntryFields&)>& onProblem);
   // Removes duplicates (the earlier stays), then sorts by frequency, ties by bandwidth, equal keys in their order.
-  void Rebuild();
+  // Returns what was removed.
+  std::vector<SDroppedEntry> Rebuild();
 
   void Reset();                                          // removes all
   void Remove(const std::vector<std::size_t>& indices);  // any order; indices beyond the end are ignored
 
   std::size_t Size() const { return m_entries.size(); }
-  const OutputEntry& operator[](std::size_t index) const { return *m_entries[index]; }
+  const OutputEntry& operator[](std::size_t index) const { return m_entries[index]->entry; }
   // The entries in list order; valid while the list is not changed.
   std::vector<const OutputEntry*> Pointers() const;
 
  private:
-  void NameEntry(OutputEntry& entry, const std::string& stem, const std::string& folder) const;
-  void IndexEntries();
+  struct SListed {
+    OutputEntry entry;
+    std::string strStem;  // what its name begins with, folder included
+  };
 
-  CRecordingSet m_recording;
-  SInfoTexts m_infoTexts;
-  std::vector<std::unique_ptr<OutputEntry>> m_entries;
-  // The same entries. A name tells the frequency to the Hz, so only entries of one frequency can share a name.
-  std::unordered_multimap<std::int64_t, const OutputEntry*> m_byFrequency;
+  void NameEntry(SListed& listed, const std::string& name, const std::string& folder);
+  void Drop(const std::vector<bool>& dropped);  // one flag for each entry
+
+  // What entries are made from.
+  struct SInput {
+    std::int64_t tStart = 0;
+    std::int64_t tEnd = 0;
+    std::int64_t nFrequency = 0;
+    std::uint32_t nSampleRate = 0;
+  };
+  SInput m_input;
+  CSharedMetadata m_metadata;
+  CSharedText m_info[4];
+  std::vector<std::unique_ptr<SListed>> m_entries;
+  CEntryNames m_names;
+  bool m_bRebuilt = true;  // nothing was added since
 };
 
 }  // namespace carvello

@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "dsp/start_dsp.h"
 #include "engine/background_thread_reader.h"
 #include "engine/block_reader.h"
 #include "engine/output_files.h"
@@ -89,9 +90,7 @@ EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& 
 std::optional<CJobControl::SObstacle> CJobControl::FindObstacle(const std::vector<const OutputEntry*>& entries,
                                                                 const CRecordingSet& recording) const {
   if (m_dsp.bLoaded == 0) {
-    return SObstacle{
-        EStartResult::LibraryMissing,
-        Format("The downconverter library Vantrel is missing or incomplete: %s", DspLibraryPath().c_str())};
+    return SObstacle{EStartResult::LibraryMissing, MissingLibraryText()};
   }
   if (const auto problem = InputProblem(recording)) return SObstacle{EStartResult::InputUnsupported, *problem};
 

@@ -4,6 +4,9 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
+
+#include "engine/shared_texts.h"
 
 namespace carvello {
 
@@ -18,8 +21,8 @@ struct OutputEntry {
   std::string strDisplayName;  // file name alone
   std::string strFileName;     // full path
   std::uint32_t nReserved2 = 0;
-  std::string strMetadata;                             // the input's XML metadata text
-  std::string strInfo1, strInfo2, strInfo3, strInfo4;  // description texts of the input; read by nothing
+  CSharedMetadata strMetadata;                         // the input's XML metadata text
+  CSharedText strInfo1, strInfo2, strInfo3, strInfo4;  // description texts of the input; read by nothing
   std::string strTitle;                                // "%s, BW %s"
   std::int64_t nStartSample = 0;                       // input frames from the first sample of the first file
   std::int64_t nTotalSamples = 0;                      // input frames covered; 0 means to the end of the input
@@ -28,6 +31,14 @@ struct OutputEntry {
   std::int64_t nOutputFrequency = 0;  // Hz
   std::uint32_t nOutputSampleRate = 0;
 };
+
+// What makes an output's samples what they are. Two entries with the same are one output: sample size and file size do
+// not count, so that a list never cuts one stretch of one channel twice.
+using OutputKey = std::tuple<std::int64_t, std::uint32_t, std::int64_t, std::int64_t>;
+
+inline OutputKey KeyOf(const OutputEntry& entry) {
+  return {entry.nOutputFrequency, entry.nOutputSampleRate, entry.nStartSample, entry.nTotalSamples};
+}
 
 // Above this part size an output is one RF64 file: a WAV file's 32-bit sizes would come close to their end.
 inline constexpr std::uint32_t kMaxWavSplitMB = 2000;

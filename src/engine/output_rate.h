@@ -1,5 +1,5 @@
-// What the downconverter makes of an input rate and the rate asked for: the rate that an output really has, and how many
-// samples it owes for its stretch of the input.
+// What the downconverter makes of an input rate and the rate asked for: the rate that an output really has, and how
+// many samples it owes for its stretch of the input.
 #pragma once
 
 #include <cstdint>

@@ -3,8 +3,7 @@
 #include <QIcon>
 #include <clocale>
 
-#include "dsp/primitives.h"
-#include "support/text.h"
+#include "dsp/start_dsp.h"
 #include "support/version.h"
 #include "ui/carvello_dlg.h"
 #include "ui/message_boxes.h"
@@ -42,15 +41,9 @@ int CCarvelloApp::Run(const std::string& input, const std::string& library) {
 
 bool CCarvelloApp::InitInstance(const std::string& library) {
   m_pDsp = std::make_unique<DspBinding>();
-  if (BindDsp(*m_pDsp, library) == 0) {
-    ShowMessageBox(nullptr, {VersionValue("ProductName"),
-                             Format("The downconverter library Vantrel is missing or incomplete: %s", library.c_str()),
-                             EButtons::Ok, EIcon::Stop});
-    return false;
-  }
-  m_pDsp->Advanced(0);
-  InitPrimitives();
-  return true;
+  if (StartDsp(*m_pDsp, library)) return true;
+  ShowMessageBox(nullptr, {VersionValue("ProductName"), MissingLibraryText(library), EButtons::Ok, EIcon::Stop});
+  return false;
 }
 
 void CCarvelloApp::ExitInstance() {

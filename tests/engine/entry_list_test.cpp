@@ -4,7 +4,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <ctime>
+#include <functional>
+#include <limits>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "support/platform.h"
@@ -78,11 +84,11 @@ TEST_F(EntryListTest, EntryCarriesEveryField) {
   EXPECT_EQ(entry.strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz.wav");
   EXPECT_EQ(entry.strFileName, platform::JoinPath("out", entry.strDisplayName));
   EXPECT_EQ(entry.nReserved2, 0u);
-  EXPECT_EQ(entry.strMetadata, "<SDR-XML-Root/>");
-  EXPECT_EQ(entry.strInfo1, "product");
-  EXPECT_EQ(entry.strInfo2, "artist");
-  EXPECT_EQ(entry.strInfo3, "comment");
-  EXPECT_EQ(entry.strInfo4, "rights");
+  EXPECT_EQ(entry.strMetadata.Text(), "<SDR-XML-Root/>");
+  EXPECT_EQ(entry.strInfo1.Text(), "product");
+  EXPECT_EQ(entry.strInfo2.Text(), "artist");
+  EXPECT_EQ(entry.strInfo3.Text(), "comment");
+  EXPECT_EQ(entry.strInfo4.Text(), "rights");
   EXPECT_EQ(entry.strTitle, "7.100 MHz, BW 10 kHz");
   EXPECT_EQ(entry.nStartSample, 0);
   EXPECT_EQ(entry.nTotalSamples, 0) << "0 means to the end";
@@ -210,6 +216,35 @@ TEST_F(EntryListTest, EntriesThatDifferOnlyInFolderCollapseToTheEarlier) {
   EXPECT_EQ(list[0].strFileName, platform::JoinPath("out", list[0].strDisplayName));
 }
 
+TEST_F(EntryListTest, DroppedEntriesAreToldWithWhatWasNotTakenOver) {
+  ExpectAdded();
+  ExpectAdded();
+  fields.strOutputFolder = "elsewhere";
+  ExpectAdded();
+  fields.b32Bit = true;
+  fields.nFileSizeMB = 0;
+  ExpectAdded();
+  const auto dropped = list.Rebuild();
+  ASSERT_EQ(dropped.size(), 3u);
+  EXPECT_EQ(dropped[0].strTitle, "7.100 MHz, BW 10 kHz");
+  EXPECT_EQ(dropped[0].strNotTakenOver, "");
+  EXPECT_EQ(dropped[1].strNotTakenOver, "folder");
+  EXPECT_EQ(dropped[2].strNotTakenOver, "folder, sample size, file size");
+  EXPECT_TRUE(list.Rebuild().empty());
+}
+
+TEST_F(EntryListTest, FieldsThatAProblemPutsRightCountForTheRestOfASequence) {
+  fields.startMode = EStartMode::At;
+  fields.tPickedStart = kStart - 1;
+  int problems = 0;
+  list.AddSequence(fields, 0, 40, 10, [&](const SEntryProblem&, SEntryFields& forTheRest) {
+    if (++problems == 2) forTheRest.tPickedStart = kStart + 5;
+  });
+  EXPECT_EQ(problems, 2);
+  EXPECT_THAT(Frequencies(), ElementsAre(20, 30, 40));
+  EXPECT_EQ(list[2].tStart, kStart + 5);
+}
+
 TEST_F(EntryListTest, EqualLengthsWithDifferentStartsStayApart) {
   fields.startMode = EStartMode::At;
   fields.endMode = EEndMode::After;
@@ -257,6 +292,127 @@ TEST_F(EntryListTest, TheNameOfARemovedEntryIsFreeAgain) {
   EXPECT_EQ(addAt(40), name);
 }
 
+// Processor time that so many entries of one frequency take, the shortest of three tries.
+class EntryListCost : public EntryListTest {
+ protected:
+  double Seconds(int count, const std::function<void(int)>& choose) {
+    double shortest = std::numeric_limits<double>::max();
+    for (int attempt = 0; attempt < 3; ++attempt) {
+      list.Reset();
+      const std::clock_t begun = std::clock();
+      for (int i = 0; i < count; ++i) {
+        choose(i);
+        ExpectAdded();
+      }
+      list.Rebuild();
+      shortest = std::min(shortest, static_cast<double>(std::clock() - begun) / CLOCKS_PER_SEC);
+    }
+    return shortest;
+  }
+
+  // Ten times the entries may take ten times as long, and some more for what grows with them: caches, trees. A list
+  // that looks through all for each one takes a hundred times as long.
+  static constexpr double kMostTimes = 40.0;
+};
+
+TEST_F(EntryListCost, OfEntriesThatAreAllTheSameGrowsWithTheirNumber) {
+  const double few = Seconds(5'000, [](int) {});
+  EXPECT_EQ(list.Size(), 1u);
+  EXPECT_LT(Seconds(50'000, [](int) {}), kMostTimes * few);
+}
+
+TEST_F(EntryListCost, OfEntriesThatWouldShareANameGrowsWithTheirNumber) {
+  fields.startMode = EStartMode::At;
+  fields.endMode = EEndMode::After;
+  const auto choose = [&](int i) {
+    fields.tPickedStart = kStart + i % 60;
+    fields.nDurationSeconds = static_cast<std::uint32_t>(1 + i / 60);
+  };
+  const double few = Seconds(5'000, choose);
+  EXPECT_EQ(list.Size(), 5'000u);
+  EXPECT_LT(Seconds(50'000, choose), kMostTimes * few);
+  EXPECT_EQ(list.Size(), 50'000u);
+}
+
+TEST_F(EntryListCost, OfTakingBatchesOffTheFrontIsNotThatOfSortingAnew) {
+  const auto choose = [&](int i) { fields.nFrequency = 1'000'000 - i; };
+  const double making = Seconds(20'000, choose);
+  const std::clock_t begun = std::clock();
+  for (int batch = 0; batch < 100; ++batch) {
+    list.Remove({0, 1, 2, 3, 4, 5, 6, 7});
+    EXPECT_TRUE(list.Rebuild().empty());
+  }
+  EXPECT_LT(static_cast<double>(std::clock() - begun) / CLOCKS_PER_SEC, 10 * making);
+  EXPECT_EQ(list.Size(), 19'200u);
+  EXPECT_EQ(list[0].nOutputFrequency, 1'000'000 - 19'999 + 800);
+}
+
+TEST_F(EntryListTest, EntriesShareTheTextsOfTheirRecording) {
+  list.AddSequence(fields, 7'000'000, 7'100'000, 50'000, [](const SEntryProblem&, SEntryFields&) { FAIL(); });
+  ASSERT_EQ(list.Size(), 3u);
+  EXPECT_EQ(&list[0].strMetadata.Text(), &list[2].strMetadata.Text());
+  EXPECT_EQ(&list[0].strMetadata.Lists(), &list[2].strMetadata.Lists());
+  EXPECT_EQ(&list[0].strInfo1.Text(), &list[2].strInfo1.Text());
+  EXPECT_EQ(&list[0].strInfo4.Text(), &list[2].strInfo4.Text());
+}
+
+TEST_F(EntryListTest, TextsOfAnEntryOutliveTheListsRecording) {
+  ExpectAdded();
+  const OutputEntry entry = list[0];
+  list.SetRecording(CRecordingSet{}, SInfoTexts{});
+  EXPECT_EQ(entry.strMetadata.Text(), "<SDR-XML-Root/>");
+  EXPECT_EQ(entry.strInfo3.Text(), "comment");
+}
+
+// By the rules alone: the first of equal entries, ascending, equal keys in the order in which they came.
+TEST_F(EntryListTest, ManyEntriesComeOutAsIfEachWereComparedWithEach) {
+  fields.startMode = EStartMode::At;
+  struct SAsked {
+    std::int64_t nFrequency;
+    std::uint32_t nBandwidth;
+    std::int64_t tStart;
+    std::uint32_t nFileSizeMB;  // tells which of equal entries it is
+  };
+  std::vector<SAsked> asked;
+  std::uint32_t random = 1;
+  const auto next = [&random](std::uint32_t below) {
+    random = random * 1'664'525 + 1'013'904'223;
+    return (random >> 16) % below;
+  };
+  for (std::uint32_t i = 0; i < 400; ++i) {
+    asked.push_back({7'000'000 + next(4), 10 + next(3), kStart + next(12), i});
+  }
+  for (const SAsked& one : asked) {
+    fields.nFrequency = one.nFrequency;
+    fields.nBandwidth = one.nBandwidth;
+    fields.tPickedStart = one.tStart;
+    fields.nFileSizeMB = one.nFileSizeMB;
+    ExpectAdded();
+  }
+  list.Rebuild();
+
+  for (std::size_t later = asked.size(); later-- > 1;) {
+    for (std::size_t earlier = 0; earlier < later; ++earlier) {
+      if (asked[earlier].nFrequency == asked[later].nFrequency &&
+          asked[earlier].nBandwidth == asked[later].nBandwidth && asked[earlier].tStart == asked[later].tStart) {
+        asked.erase(asked.begin() + static_cast<std::ptrdiff_t>(later));
+        break;
+      }
+    }
+  }
+  for (std::size_t end = asked.size(); end > 1; --end) {
+    for (std::size_t i = 1; i < end; ++i) {
+      if (std::tie(asked[i].nFrequency, asked[i].nBandwidth) <
+          std::tie(asked[i - 1].nFrequency, asked[i - 1].nBandwidth)) {
+        std::swap(asked[i], asked[i - 1]);
+      }
+    }
+  }
+  ASSERT_EQ(list.Size(), asked.size());
+  ASSERT_LT(asked.size(), 200u) << "or there were hardly any duplicates";
+  for (std::size_t i = 0; i < asked.size(); ++i) EXPECT_EQ(list[i].nFileSizeMB, asked[i].nFileSizeMB) << i;
+}
+
 TEST_F(EntryListTest, SortsByFrequencyThenBandwidth) {
   fields.nFrequency = 7'100'000;
   ExpectAdded();
@@ -285,36 +441,36 @@ TEST_F(EntryListTest, EqualKeysKeepTheirOrder) {
 }
 
 TEST_F(EntryListTest, SequenceAddsBothEndsInEitherOrder) {
-  const auto none = [](const SEntryProblem&) { FAIL(); };
+  const auto none = [](const SEntryProblem&, SEntryFields&) { FAIL(); };
   list.AddSequence(fields, 920'000, 900'000, 10'000, none);
   EXPECT_THAT(Frequencies(), ElementsAre(900'000, 910'000, 920'000));
 }
 
 TEST_F(EntryListTest, SequenceStopsAtTheLastFullStep) {
-  list.AddSequence(fields, 0, 25, 10, [](const SEntryProblem&) { FAIL(); });
+  list.AddSequence(fields, 0, 25, 10, [](const SEntryProblem&, SEntryFields&) { FAIL(); });
   EXPECT_THAT(Frequencies(), ElementsAre(0, 10, 20));
 }
 
 TEST_F(EntryListTest, SequenceAlsoAddsFrequenciesOutsideTheBand) {
-  list.AddSequence(fields, 0, 20'000'000, 10'000'000, [](const SEntryProblem&) { FAIL(); });
+  list.AddSequence(fields, 0, 20'000'000, 10'000'000, [](const SEntryProblem&, SEntryFields&) { FAIL(); });
   EXPECT_THAT(Frequencies(), ElementsAre(0, 10'000'000, 20'000'000));
 }
 
 TEST_F(EntryListTest, SequenceWithoutAStepAddsNothing) {
-  list.AddSequence(fields, 0, 10, 0, [](const SEntryProblem&) { FAIL(); });
+  list.AddSequence(fields, 0, 10, 0, [](const SEntryProblem&, SEntryFields&) { FAIL(); });
   EXPECT_EQ(list.Size(), 0u);
 }
 
 TEST_F(EntryListTest, SequenceAtTheEndOfTheNumberRangeEnds) {
   constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
-  list.AddSequence(fields, kMost - 1, kMost, 1, [](const SEntryProblem&) { FAIL(); });
+  list.AddSequence(fields, kMost - 1, kMost, 1, [](const SEntryProblem&, SEntryFields&) { FAIL(); });
   EXPECT_EQ(list.Size(), 2u);
 }
 
 TEST_F(EntryListTest, SequenceReportsEveryRefusedEntry) {
   fields.endMode = EEndMode::After;
   int refused = 0;
-  list.AddSequence(fields, 0, 40, 10, [&](const SEntryProblem& problem) {
+  list.AddSequence(fields, 0, 40, 10, [&](const SEntryProblem& problem, SEntryFields&) {
     EXPECT_EQ(problem.box.strText, "End duration cannot be zero.");
     ++refused;
   });
@@ -323,7 +479,7 @@ TEST_F(EntryListTest, SequenceReportsEveryRefusedEntry) {
 }
 
 TEST_F(EntryListTest, RemoveTakesAnyOrderAndIgnoresWhatIsNotThere) {
-  list.AddSequence(fields, 0, 40, 10, [](const SEntryProblem&) {});
+  list.AddSequence(fields, 0, 40, 10, [](const SEntryProblem&, SEntryFields&) {});
   list.Remove({3, 0, 99, 3});
   EXPECT_THAT(Frequencies(), ElementsAre(10, 20, 40));
   list.Remove({0, 1, 2});

@@ -61,7 +61,7 @@ class JobControlTest : public EngineTest {
     fields.nBandwidth = 1'000;
     fields.nFileSizeMB = 0;
     fields.strOutputFolder = Path("out");
-    list.AddSequence(fields, 1000, 1000 * count, 1000, [](const SEntryProblem&) { FAIL(); });
+    list.AddSequence(fields, 1000, 1000 * count, 1000, [](const SEntryProblem&, SEntryFields&) { FAIL(); });
   }
 
   void RunToEnd() {

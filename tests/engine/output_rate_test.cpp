@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "dsp/dsp_binding.h"
+#include "dsp/start_dsp.h"
 
 namespace carvello {
 namespace {
@@ -61,7 +61,7 @@ TEST(OutputRate, FramesDueOfTheLongestInputDoNotOverflow) {
 class OutputRateOfTheLibrary : public testing::TestWithParam<std::pair<std::uint32_t, std::uint32_t>> {
  protected:
   OutputRateOfTheLibrary() {
-    if (BindDsp(m_dsp) == 0) throw std::runtime_error("the library is missing: " + DspLibraryPath());
+    if (!StartDsp(m_dsp)) throw std::runtime_error(MissingLibraryText());
     m_hDsp = m_dsp.AllocInstance(L"Carvello");
     m_dsp.DownconvertInit(m_hDsp, GetParam().first, GetParam().second);
     if (DecimatesByWholeNumber(GetParam().second)) m_dsp.DisableFractionalResampler(m_hDsp);

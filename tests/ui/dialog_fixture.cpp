@@ -4,6 +4,7 @@
 #include <QTest>
 #include <QTimeEdit>
 
+#include "dsp/start_dsp.h"
 #include "ui/log_list.h"
 #include "ui/test_desktop.h"
 #include "ui/user_settings.h"
@@ -13,7 +14,7 @@ namespace carvello::test {
 CDialogFixture::CDialogFixture() {
   ForgetSettings();
   std::filesystem::create_directory(PathOf(OutputFolder()));
-  if (BindDsp(m_dsp) == 0) qFatal("no downconverter library beside the test");
+  if (!StartDsp(m_dsp)) qFatal("no downconverter library beside the test");
 }
 
 CDialogFixture::~CDialogFixture() = default;

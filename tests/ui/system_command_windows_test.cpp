@@ -3,7 +3,7 @@
 #include <windows.h>
 // clang-format on
 
-#include "dsp/dsp_binding.h"
+#include "dsp/start_dsp.h"
 #include "ui/answers.h"
 #include "ui/carvello_dlg.h"
 #include "ui/ui_test.h"
@@ -30,7 +30,7 @@ class SystemCommandTest : public QObject {
 };
 
 void SystemCommandTest::initTestCase() {
-  QVERIFY(BindDsp(m_dsp) != 0);
+  QVERIFY(StartDsp(m_dsp));
   m_pDialog = std::make_unique<CCarvelloDlg>(m_dsp);
 }
 
