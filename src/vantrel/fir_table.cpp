@@ -124,7 +124,7 @@ CFirTable::CFirTable(const SStagePlan& plan) : m_bCubic(plan.nPhases > kMostExac
 void CFirTable::FillAliasBands(const SStagePlan& plan) {
   const std::vector<double> taps = DesignAliasFilter(plan.nStep, plan.fPassEdge, plan.fStopEdge);
   // One more tap than there are stands behind the middle of an even number.
-  m_nTaps = (taps.size() + kTapGranule) / kTapGranule * kTapGranule;
+  m_nTaps = taps.size() + 1;
   m_Rows.resize(2 * m_nTaps);
   float* pair = m_Rows.data() + 2 * (MiddleTap() - taps.size() / 2);
   for (const double fTap : taps) {
