@@ -1,8 +1,8 @@
 #include "cli/cut_report.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
+#include "cli/json_text.h"
 #include "cli/readable.h"
 #include "support/formatting.h"
 #include "support/platform.h"
@@ -11,21 +11,19 @@
 namespace carvello {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-Json OutputJson(const SCutOutput& output) {
+void AddOutput(CJsonText& json, const SCutOutput& output) {
   const SOutputResult& result = output.result;
-  Json object;
-  object["file"] = result.strFileName;
-  object["files"] = result.files;
-  object["frequency"] = result.nOutputFrequency;
-  object["bandwidth"] = result.nBandwidth;
-  object["bits"] = result.nBitsPerSample;
-  object["frames"] = result.nFrames;
-  object["bytes"] = result.nBytes;
-  object["ok"] = result.bOk;
-  object["error"] = result.strError;
-  return object;
+  json.BeginObject();
+  json.Member("file", result.strFileName);
+  json.Member("files", result.files);
+  json.Member("frequency", result.nOutputFrequency);
+  json.Member("bandwidth", result.nBandwidth);
+  json.Member("bits", result.nBitsPerSample);
+  json.Member("frames", result.nFrames);
+  json.Member("bytes", result.nBytes);
+  json.Member("ok", result.bOk);
+  json.Member("error", result.strError);
+  json.EndObject();
 }
 
 std::string State(const SCutOutput& output) {
@@ -45,13 +43,17 @@ bool SCutReport::AllOk() const {
 }
 
 std::string CutReportJson(const SCutReport& report) {
-  Json object;
-  object["outputs"] = Json::array();
-  for (const SCutOutput& output : report.outputs) object["outputs"].push_back(OutputJson(output));
-  object["inputBytes"] = report.nInputBytes;
-  object["elapsedSeconds"] = report.dElapsedSeconds;
-  object["cpuSeconds"] = report.dCpuSeconds;
-  return PrintableJson(object.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
+  CJsonText json;
+  json.BeginObject();
+  json.Key("outputs");
+  json.BeginArray();
+  for (const SCutOutput& output : report.outputs) AddOutput(json, output);
+  json.EndArray();
+  json.Member("inputBytes", report.nInputBytes);
+  json.Member("elapsedSeconds", report.dElapsedSeconds);
+  json.Member("cpuSeconds", report.dCpuSeconds);
+  json.EndObject();
+  return PrintableJson(json.Text()) + "\n";
 }
 
 std::string CutReportText(const SCutReport& report) {

@@ -1,9 +1,12 @@
 #include "cli/info_report.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
+#include <cstdint>
+#include <string_view>
+#include <unordered_set>
 #include <vector>
 
+#include "cli/json_text.h"
 #include "cli/readable.h"
 #include "support/formatting.h"
 #include "support/platform.h"
@@ -12,16 +15,16 @@
 namespace carvello {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using Rows = std::vector<std::vector<std::string>>;
 
-Json MetadataJson(const SMetadataLists& metadata) {
-  Json object = Json::object();
+void AddMetadata(CJsonText& json, const SMetadataLists& metadata) {
+  std::unordered_set<std::string_view> seen;
+  json.BeginObject();
   for (std::size_t i = 0; i < metadata.names.size(); ++i) {
     // A name that comes twice counts with its first value, as everywhere else.
-    if (!object.contains(metadata.names[i])) object[metadata.names[i]] = metadata.values[i];
+    if (seen.insert(metadata.names[i]).second) json.Member(metadata.names[i], metadata.values[i]);
   }
-  return object;
+  json.EndObject();
 }
 
 void AddInfoTexts(const SInfoTexts& texts, Rows& rows) {
@@ -38,36 +41,42 @@ void AddInfoTexts(const SInfoTexts& texts, Rows& rows) {
 }  // namespace
 
 std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts) {
-  Json files = Json::array();
-  Json dataBytes = Json::array();
+  std::vector<std::string> files;
+  std::vector<std::int64_t> dataBytes;
   for (const SRecordingFile& file : recording.files) {
     files.push_back(file.strPath);
     dataBytes.push_back(file.nDataBytes);
   }
-  Json object;
-  object["source"] = recording.strSourceName;
-  object["files"] = std::move(files);
-  object["fileCount"] = recording.files.size();
-  object["dataBytes"] = std::move(dataBytes);
-  object["totalBytes"] = recording.TotalBytes();
-  object["sampleRate"] = recording.nSampleRate;
-  object["centreFrequency"] = recording.nRadioCenterFreq;
-  object["bandwidth"] = recording.nBandwidth;
-  object["bitsPerSample"] = recording.nBitsPerSample;
-  object["sampleFormat"] = recording.bFloat ? "float" : "pcm";
-  object["startUtc"] = recording.tStart;
-  object["endUtc"] = recording.tEnd;
-  object["startMilliseconds"] = recording.nStartMilliseconds;
-  object["endMilliseconds"] = recording.nEndMilliseconds;
-  object["seconds"] = recording.dDuration;
-  object["rf64"] = recording.bRF64;
-  object["infoTexts"] = {{"IPRD", texts.strIPRD},
-                         {"IART", texts.strIART},
-                         {"ICMT", texts.strICMT},
-                         {"ICOP", texts.strICOP},
-                         {"INAM", texts.strINAM}};
-  object["metadata"] = MetadataJson(recording.metadata);
-  return PrintableJson(object.dump(2, ' ', false, Json::error_handler_t::replace)) + "\n";
+  CJsonText json;
+  json.BeginObject();
+  json.Member("source", recording.strSourceName);
+  json.Member("files", files);
+  json.Member("fileCount", recording.files.size());
+  json.Member("dataBytes", dataBytes);
+  json.Member("totalBytes", recording.TotalBytes());
+  json.Member("sampleRate", recording.nSampleRate);
+  json.Member("centreFrequency", recording.nRadioCenterFreq);
+  json.Member("bandwidth", recording.nBandwidth);
+  json.Member("bitsPerSample", recording.nBitsPerSample);
+  json.Member("sampleFormat", recording.bFloat ? "float" : "pcm");
+  json.Member("startUtc", recording.tStart);
+  json.Member("endUtc", recording.tEnd);
+  json.Member("startMilliseconds", recording.nStartMilliseconds);
+  json.Member("endMilliseconds", recording.nEndMilliseconds);
+  json.Member("seconds", recording.dDuration);
+  json.Member("rf64", recording.bRF64);
+  json.Key("infoTexts");
+  json.BeginObject();
+  json.Member("IPRD", texts.strIPRD);
+  json.Member("IART", texts.strIART);
+  json.Member("ICMT", texts.strICMT);
+  json.Member("ICOP", texts.strICOP);
+  json.Member("INAM", texts.strINAM);
+  json.EndObject();
+  json.Key("metadata");
+  AddMetadata(json, recording.metadata);
+  json.EndObject();
+  return PrintableJson(json.Text()) + "\n";
 }
 
 std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts) {
