@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+#include "dsp/complex_sample.h"
 #include "dsp/primitives.h"
 
 namespace carvello::bench {

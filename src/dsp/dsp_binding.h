@@ -5,15 +5,10 @@
 #include <optional>
 #include <string>
 
+#include "dsp/complex_sample.h"
 #include "support/platform.h"
 
 namespace carvello {
-
-// A complex sample as the library and all engine code hold it: I then Q, 16-bit full scale is 32768.
-struct SComplex {
-  float re = 0.0f;
-  float im = 0.0f;
-};
 
 struct DspBinding {
   std::uint32_t bLoaded = 0;  // 1 when the library was loaded and all 18 names were found

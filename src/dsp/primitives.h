@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "dsp/dsp_binding.h"
+#include "dsp/complex_sample.h"
 
 namespace carvello {
 

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <vector>
 
+#include "dsp/complex_sample.h"
 #include "dsp/primitives.h"
 
 namespace carvello {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "dsp/complex_sample.h"
 #include "dsp/primitives.h"
 #include "input/wave_file_reader.h"
 #include "recording/wave_format.h"
