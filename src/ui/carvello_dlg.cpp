@@ -111,9 +111,7 @@ void CCarvelloDlg::ConnectControls() {
     connect(mode, &QAbstractButton::toggled, this, &CCarvelloDlg::UpdateControlStates);
   }
 
-  connect(m_ui->IDC_1015, &QAbstractButton::clicked, this, [this] {
-    if (AddEntry()) RebuildEntryList();
-  });
+  connect(m_ui->IDC_1015, &QAbstractButton::clicked, this, &CCarvelloDlg::AddEntry);
   connect(m_ui->IDC_1016, &QAbstractButton::clicked, this, &CCarvelloDlg::AddSequence);
   connect(m_ui->IDC_1025, &QAbstractButton::clicked, this, &CCarvelloDlg::DeleteSelectedEntries);
   connect(m_ui->IDC_1008, &CMyMFCListCtrl::DeletePressed, m_ui->IDC_1025, &QAbstractButton::click);

@@ -12,6 +12,7 @@
 #include "engine/recording_input.h"
 #include "support/my_settings_store.h"
 #include "support/platform.h"
+#include "ui/adding_slips.h"
 #include "ui/job_runner.h"
 #include "ui/output_fields.h"
 #include "ui/posted_messages.h"
@@ -56,8 +57,12 @@ class CCarvelloDlg : public QDialog {
   void ExploreOutputFolder();
 
   // carvello_dlg_entries.cpp: the list of entries
-  bool AddEntry();
+  SEntryFields EntryFields() const;
+  void AnswerProblem(const SEntryProblem& problem);
+  void AddEntry();
   void AddSequence();
+  void FinishAdding(std::size_t first);
+  void ShowSlips(const CAddingSlips& slips);
   void DeleteSelectedEntries();
   void ResetEntries();
   void RebuildEntryList();

@@ -10,30 +10,66 @@
 
 namespace carvello {
 
-bool CCarvelloDlg::AddEntry() {
+SEntryFields CCarvelloDlg::EntryFields() const {
   SEntryFields fields = m_fields.Read(IsUtc(), m_input.recording.tStart);
   fields.strOutputFolder = OutputFolder();
-  if (const auto problem = m_entries.AddEntry(fields)) {
-    if (ShowMessageBox(this, problem->box) == EAnswer::Yes) {
-      m_fields.ResetTime(problem->reset, m_input.recording, IsUtc());
-    }
-    return false;
+  return fields;
+}
+
+void CCarvelloDlg::AnswerProblem(const SEntryProblem& problem) {
+  if (ShowMessageBox(this, problem.box) == EAnswer::Yes) {
+    m_fields.ResetTime(problem.reset, m_input.recording, IsUtc());
+  }
+}
+
+void CCarvelloDlg::AddEntry() {
+  const std::size_t before = m_entries.Size();
+  if (const auto problem = m_entries.AddEntry(EntryFields())) {
+    AnswerProblem(*problem);
+    ShowSlips({});
+    return;
   }
   m_fields.Save(m_settings);
-  return true;
+  FinishAdding(before);
 }
 
 void CCarvelloDlg::AddSequence() {
   CAddSequence dialog(m_input.recording.nRadioCenterFreq, m_input.recording.nSampleRate, m_fixedFont, this);
-  if (dialog.exec() != QDialog::Accepted || dialog.StepSize() <= 0) return;
+  if (dialog.exec() != QDialog::Accepted) return;
   const std::int64_t frequencyBefore = m_fields.Frequency();
-  // Each step goes through the frequency field, so that a time that was put back on one step counts for the next.
-  for (std::int64_t frequency = dialog.Start(); frequency <= dialog.End(); frequency += dialog.StepSize()) {
-    m_fields.SetFrequency(frequency);
-    AddEntry();
+  const std::size_t before = m_entries.Size();
+  // The frequency field goes along where the user looks at it, and keeps the last one for the settings.
+  m_entries.AddSequence(EntryFields(), dialog.Start(), dialog.End(), dialog.StepSize(),
+                        [this](const SEntryProblem& problem, SEntryFields& fields) {
+                          m_fields.SetFrequency(fields.nFrequency);
+                          AnswerProblem(problem);
+                          fields = EntryFields();  // a time that was put back on one step counts for the next
+                        });
+  if (m_entries.Size() > before) {
+    m_fields.SetFrequency(m_entries[m_entries.Size() - 1].nOutputFrequency);
+    m_fields.Save(m_settings);
   }
   m_fields.SetFrequency(frequencyBefore);
-  RebuildEntryList();
+  FinishAdding(before);
+}
+
+// The entries from the index on were added just now.
+void CCarvelloDlg::FinishAdding(std::size_t first) {
+  CAddingSlips slips;
+  const SEntryFields fields = EntryFields();
+  for (std::size_t i = first; i < m_entries.Size(); ++i) slips.Added(fields, m_input.recording, m_entries[i]);
+  for (const SDroppedEntry& dropped : m_entries.Rebuild()) slips.Dropped(dropped);
+  ShowEntries();
+  ShowSlips(slips);
+}
+
+void CCarvelloDlg::ShowSlips(const CAddingSlips& slips) {
+  const QString hint = QString::fromStdString(slips.Hint());
+  m_ui->labelHint->setText(hint);
+  m_ui->labelHint->setToolTip(hint);  // there is room for a line or two
+  // A reader of the screen says the name only, so it carries the text.
+  m_ui->labelHint->setAccessibleName(hint.isEmpty() ? tr("Hint") : tr("Hint: %1").arg(hint));
+  for (const std::string& line : slips.LogLines()) m_ui->IDC_1022->AddLine(line);
 }
 
 void CCarvelloDlg::DeleteSelectedEntries() {

@@ -33,6 +33,7 @@ void CCarvelloDlg::SelectInput() {
   // Entries never outlive the recording that they were made for.
   m_entries.SetRecording(m_input.recording, m_input.infoTexts);
   ResetEntries();
+  ShowSlips({});
 }
 
 void CCarvelloDlg::ShowInputTexts() {

@@ -1,6 +1,8 @@
+#include <QApplication>
 #include <QDateEdit>
 #include <QDateTime>
 #include <QTimeEdit>
+#include <cstdlib>
 #include <ctime>
 
 #include "ui/dialog_fixture.h"
@@ -58,10 +60,23 @@ class DialogEntriesTest : public QObject {
   void ASequenceAddsFrequenciesOutsideTheBandToo();
   void ARefusedSequenceAsksOncePerFrequency();
   void ATimePutBackCountsForTheRestOfASequence();
+  void AGoodEntryIsAddedWithoutAHint();
+  void ABandPartlyOutsideIsAddedWithAHint();
+  void ABandWhollyOutsideIsAddedWithAHint();
+  void NoBandwidthIsAddedWithAHint();
+  void AnEndBeforeTheStartIsAddedWithAHint();
+  void AnEndAtTheStartIsAddedWithAHintThatItRunsOn();
+  void ADuplicateIsDroppedWithAHintOfWhatIsNotTakenOver();
+  void ASequenceHintsHowManyLieOutside();
+  void ALongSequenceIsToldInTwentyLines();
+  void TheHintGoesWithTheNextAddThatHasNone();
+  void TheHintGoesWithANewInput();
+  void AHintMovesNothingAndCanBeReadAloud();
 
  private:
   void Add(std::int64_t frequency, const QString& bandwidth);
   void CompareBox(const QString& caption, const QString& text, QMessageBox::StandardButtons buttons);
+  QString Hint() { return m_pFixture->Dialog().findChild<QLabel*>("labelHint")->text(); }
   // Fills the Add Sequence dialog and closes it with a button.
   void Sequence(std::int64_t start, std::int64_t end, const QString& step, int button);
   QDateTime Utc(int hour, int minute, int second, int day = 1) {
@@ -427,6 +442,123 @@ void DialogEntriesTest::ATimePutBackCountsForTheRestOfASequence() {
   Sequence(900'000, 920'000, "10 kHz", kOk);
   QCOMPARE(m_pFixture->Answers().Shown().size(), std::size_t{1});
   QCOMPARE(m_pFixture->List().RowCount(), 2);  // the refused step is not tried again
+}
+
+void DialogEntriesTest::AGoodEntryIsAddedWithoutAHint() {
+  m_pFixture->OpenReady();  // 7.1 MHz, 96 kHz wide, one hour
+  Add(7'143'000, "10 kHz");
+  QCOMPARE(Hint(), QString());
+  QCOMPARE(m_pFixture->Log().size(), 2);
+}
+
+void DialogEntriesTest::ABandPartlyOutsideIsAddedWithAHint() {
+  m_pFixture->OpenReady();
+  Add(7'143'001, "10 kHz");
+  QCOMPARE(m_pFixture->List().RowCount(), 1);
+  QCOMPARE(Hint(), QString("Partly outside 7.052 MHz to 7.148 MHz"));
+  QCOMPARE(m_pFixture->Log().back(),
+           QString("[WARNING] 7.143001 MHz, BW 10 kHz: partly outside 7.052 MHz to 7.148 MHz"));
+}
+
+void DialogEntriesTest::ABandWhollyOutsideIsAddedWithAHint() {
+  m_pFixture->OpenReady();
+  Add(9'000'000, "10 kHz");
+  QCOMPARE(m_pFixture->List().RowCount(), 1);
+  QCOMPARE(Hint(), QString("Wholly outside 7.052 MHz to 7.148 MHz"));
+}
+
+void DialogEntriesTest::NoBandwidthIsAddedWithAHint() {
+  m_pFixture->OpenReady();
+  m_pFixture->SetFrequency(7'100'000);
+  m_pFixture->Click(1015);
+  QCOMPARE(m_pFixture->Row(0)[1], QString("0 Hz"));
+  QCOMPARE(Hint(), QString("The bandwidth 0 is out of range."));
+  QCOMPARE(m_pFixture->Log().back(), QString("[WARNING] 7.100 MHz, BW 0 Hz: The bandwidth 0 is out of range."));
+}
+
+void DialogEntriesTest::AnEndBeforeTheStartIsAddedWithAHint() {
+  m_pFixture->OpenReady();
+  m_pFixture->Click(1086);
+  m_pFixture->Pick(1105, 1103, Utc(0, 30, 0, 2));
+  m_pFixture->Click(1087);
+  m_pFixture->Pick(1106, 1104, Utc(0, 10, 0, 2));
+  Add(7'100'000, "10 kHz");
+  QCOMPARE(m_pFixture->List().RowCount(), 1);
+  QCOMPARE(Hint(), QString("The end time is before the start time."));
+}
+
+void DialogEntriesTest::AnEndAtTheStartIsAddedWithAHintThatItRunsOn() {
+  m_pFixture->OpenReady();
+  m_pFixture->Click(1087);
+  m_pFixture->Pick(1106, 1104, Utc(23, 59, 0));
+  Add(7'100'000, "10 kHz");
+  QCOMPARE(m_pFixture->List().RowCount(), 1);
+  QCOMPARE(Hint(), QString("The end time is the start time: it runs to the end."));
+}
+
+void DialogEntriesTest::ADuplicateIsDroppedWithAHintOfWhatIsNotTakenOver() {
+  m_pFixture->OpenReady();
+  Add(7'100'000, "10 kHz");
+  Add(7'100'000, "10 kHz");
+  QCOMPARE(Hint(), QString("In the list already"));
+  m_pFixture->Click(1013);
+  m_pFixture->SetPath(1009, m_pFixture->Folder() / "elsewhere");
+  Add(7'100'000, "10 kHz");
+  QCOMPARE(Hint(), QString("In the list already; not taken over: folder, sample size"));
+  QCOMPARE(m_pFixture->List().RowCount(), 1);
+  QCOMPARE(m_pFixture->Log().back(),
+           QString("[WARNING] 7.100 MHz, BW 10 kHz: in the list already; not taken over: folder, sample size"));
+}
+
+void DialogEntriesTest::ASequenceHintsHowManyLieOutside() {
+  m_pFixture->OpenReady();
+  Add(7'100'000, "10 kHz");
+  Sequence(7'000'000, 7'200'000, "50 kHz", kOk);
+  QCOMPARE(m_pFixture->List().RowCount(), 5);
+  QCOMPARE(Hint(), QString("2 of 5: wholly outside 7.052 MHz to 7.148 MHz; 2 of 5: partly outside 7.052 MHz to 7.148 "
+                           "MHz; 1 of 5: in the list already"));
+  QCOMPARE(m_pFixture->Log().size(), 2 + 5);
+}
+
+void DialogEntriesTest::ALongSequenceIsToldInTwentyLines() {
+  m_pFixture->OpenReady();
+  m_pFixture->Choose(1011, "10 kHz");
+  Sequence(1'000'000, 1'049'000, "1 kHz", kOk);
+  QCOMPARE(m_pFixture->List().RowCount(), 50);
+  QCOMPARE(m_pFixture->Log().size(), 2 + 21);
+  QCOMPARE(m_pFixture->Log().back(), QString("[WARNING] ... and 30 more"));
+}
+
+void DialogEntriesTest::TheHintGoesWithTheNextAddThatHasNone() {
+  m_pFixture->OpenReady();
+  Add(9'000'000, "10 kHz");
+  QVERIFY(!Hint().isEmpty());
+  Add(7'100'000, "10 kHz");
+  QCOMPARE(Hint(), QString());
+}
+
+void DialogEntriesTest::TheHintGoesWithANewInput() {
+  m_pFixture->OpenReady();
+  Add(9'000'000, "10 kHz");
+  QVERIFY(!Hint().isEmpty());
+  m_pFixture->SetPath(1000, m_pFixture->WriteInput({}, "other.wav"));
+  QCOMPARE(Hint(), QString());
+}
+
+void DialogEntriesTest::AHintMovesNothingAndCanBeReadAloud() {
+  m_pFixture->OpenReady();
+  Add(7'100'000, "10 kHz");
+  const QRect before = m_pFixture->List().geometry();
+  Add(9'000'000, "10 kHz");
+  QApplication::processEvents();
+  QCOMPARE(m_pFixture->List().geometry(), before);
+  const auto* hint = m_pFixture->Dialog().findChild<QLabel*>("labelHint");
+  QVERIFY(hint->isVisible());
+  QCOMPARE(hint->accessibleName(), "Hint: " + hint->text());
+  QCOMPARE(hint->toolTip(), hint->text());
+  const QRect button = m_pFixture->Control(1015).geometry();
+  QVERIFY(hint->geometry().left() > button.right());
+  QVERIFY(std::abs(hint->geometry().center().y() - button.center().y()) <= 1);
 }
 
 }  // namespace carvello
