@@ -20,7 +20,9 @@ void CAddingSlips::Added(const SEntryFields& fields, const CRecordingSet& record
   if (const auto fault = BandwidthFault(fields.nBandwidth, recording))
     Note(Bandwidth, entry.strTitle, fault->strProblem);
   if (const auto fault = EndFault(fields, recording)) Note(End, entry.strTitle, EndText(*fault, entry));
-  if (const auto fault = StartFault(fields, recording)) Note(Start, entry.strTitle, fault->strProblem);
+  if (const auto fault = StartFault(fields, recording)) {
+    Note(Start, entry.strTitle, fault->strProblem.substr(0, fault->strProblem.find(':')));
+  }
   const EBandPlace place = BandPlace(entry);
   if (place == EBandPlace::Inside) return;
   Note(place == EBandPlace::WhollyOutside ? WhollyOutside : PartlyOutside, entry.strTitle, OutsideBandText(entry));
@@ -37,13 +39,15 @@ void CAddingSlips::Note(EKind kind, const std::string& title, const std::string&
 }
 
 std::string CAddingSlips::Hint() const {
+  // Of the gravest kind only: beside the button there is room for two lines.
   std::string hint;
+  std::size_t kinds = 0;
   for (const SKind& kind : m_kinds) {
-    if (kind.nEntries == 0) continue;
-    if (!hint.empty()) hint += "; ";
-    if (m_nAdded > 1) hint += Format("%zu of %zu: ", kind.nEntries, m_nAdded);
+    if (kind.nEntries == 0 || kinds++ > 0) continue;
+    if (m_nAdded > 1) hint = Format("%zu of %zu: ", kind.nEntries, m_nAdded);
     hint += kind.strFirst;
   }
+  if (kinds > 1) hint += "; see the log";
   if (!hint.empty() && hint[0] >= 'a' && hint[0] <= 'z') hint[0] = static_cast<char>(hint[0] - 'a' + 'A');
   return hint;
 }

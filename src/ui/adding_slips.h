@@ -19,7 +19,7 @@ class CAddingSlips {
   // One of them that the list did not keep.
   void Dropped(const SDroppedEntry& entry);
 
-  // In few words, for all entries together; empty when there is no slip.
+  // In few words, the gravest for all entries together; empty when there is no slip.
   std::string Hint() const;
   // One for each slip of each entry; beyond a number of them, how many more there are.
   std::vector<std::string> LogLines() const;
