@@ -305,6 +305,8 @@ void CBackgroundThreadReader::CloseWriters() {
       m_results.back().bOk = false;
       m_results.back().state = EOutputState::Failed;
       m_results.back().strError = m_strInputError;
+    } else if (m_results.back().bOk && !writer->ReachedEnd() && !m_bInputEnded) {
+      m_results.back().state = EOutputState::Stopped;
     }
   }
   m_writers.clear();

@@ -53,6 +53,7 @@ CCarvelloDlg::CCarvelloDlg(const DspBinding& dsp, const std::string& input, unsi
       m_messages(this),
       m_job(dsp, m_messages, m_entries, processors, this),
       m_taskbar(CreateTaskbarProgress(this)) {
+  m_clock.start();
   PrepareControls();
   ConnectControls();
   ClearLog();
@@ -121,6 +122,8 @@ void CCarvelloDlg::ConnectControls() {
   connect(m_ui->IDC_1018, &QAbstractButton::clicked, this, &CCarvelloDlg::Start);
   connect(m_ui->IDC_1019, &QAbstractButton::clicked, &m_job, &CJobRunner::Stop);
   connect(&m_job, &CJobRunner::Starting, this, &CCarvelloDlg::JobStarting);
+  connect(&m_job, &CJobRunner::Started, this, &CCarvelloDlg::JobStarted);
+  connect(&m_job, &CJobRunner::AccountChanged, this, &CCarvelloDlg::ShowAccount);
   connect(&m_job, &CJobRunner::RunningChanged, this, &CCarvelloDlg::UpdateControlStates);
   connect(&m_job, &CJobRunner::EntriesRemoved, this, &CCarvelloDlg::ShowEntries);
   // As if the user had clicked, and after what is happening now.
@@ -158,6 +161,8 @@ void CCarvelloDlg::reject() {
 void CCarvelloDlg::keyPressEvent(QKeyEvent* event) {
   // No button is the default one, so Enter does nothing wherever it is pressed.
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return;
+  // During a run the list cannot be gone to, but it can be read.
+  if (m_job.IsRunning() && m_ui->IDC_1008->ScrollByKey(event->key())) return;
   QDialog::keyPressEvent(event);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
 #include <memory>
@@ -16,6 +17,7 @@
 #include "ui/job_runner.h"
 #include "ui/output_fields.h"
 #include "ui/posted_messages.h"
+#include "ui/progress_rate.h"
 #include "ui/taskbar_progress.h"
 
 namespace Ui {
@@ -70,7 +72,10 @@ class CCarvelloDlg : public QDialog {
 
   // carvello_dlg_job.cpp: the job, the log and the progress
   void Start();
-  void JobStarting();
+  void JobStarting(bool continues);
+  void JobStarted();
+  void ShowAccount();
+  void ShowStates();
   void ClearLog();
   void WriteReadyLines();
   void ShowProgress(std::uint64_t total, std::uint64_t done);
@@ -89,6 +94,8 @@ class CCarvelloDlg : public QDialog {
   CPostedMessages m_messages;
   CJobRunner m_job;
   CTaskbarUpdates m_taskbar;
+  QElapsedTimer m_clock;
+  CProgressRate m_rate;
   QFont m_fixedFont;
   bool m_bInputValid = false;
   bool m_bOutputChosen = false;

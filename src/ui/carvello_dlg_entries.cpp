@@ -89,6 +89,7 @@ void CCarvelloDlg::RebuildEntryList() {
 }
 
 void CCarvelloDlg::ShowEntries() {
+  m_job.RetainEntries();
   std::vector<QStringList> rows;
   for (const OutputEntry* entry : m_entries.Pointers()) {
     QStringList row;
@@ -100,6 +101,7 @@ void CCarvelloDlg::ShowEntries() {
     rows.push_back(row << QString());
   }
   m_ui->IDC_1008->SetRows(rows);
+  ShowStates();
   m_ui->IDC_1027->setText(QString::fromStdString(Format(
       "Maximum entries: %d, current: %d", static_cast<int>(m_job.MaxEntries()), static_cast<int>(m_entries.Size()))));
   UpdateControlStates();

@@ -30,6 +30,7 @@ void CCarvelloDlg::SelectInput() {
   for (const std::string& warning : m_input.warnings) m_ui->IDC_1022->AddLine(warning);
   if (!m_bInputValid && !path.empty()) m_ui->IDC_1022->AddLine(problem);
 
+  m_job.ForgetRun();
   // Entries never outlive the recording that they were made for.
   m_entries.SetRecording(m_input.recording, m_input.infoTexts);
   ResetEntries();

@@ -16,10 +16,34 @@ void CCarvelloDlg::Start() {
   m_job.Start(m_input.recording);
 }
 
-void CCarvelloDlg::JobStarting() {
+void CCarvelloDlg::JobStarting(bool continues) {
   m_ui->IDC_1020->setValue(0);
   m_taskbar.Begin();
-  ClearLog();
+  // What went wrong in a batch is not swept away by the next one.
+  if (continues) {
+    m_ui->IDC_1022->ClearButErrors();
+  } else {
+    ClearLog();
+  }
+  ShowAccount();
+}
+
+void CCarvelloDlg::JobStarted() {
+  m_rate.Begin(m_job.Span(m_input.recording), m_clock.elapsed());
+  m_ui->IDC_1008->ShowLastColumn();
+}
+
+void CCarvelloDlg::ShowAccount() {
+  m_ui->labelOutcome->SetText(m_job.IsRunning() ? SToneText() : m_job.Account().Outcome());
+  const std::string rate = m_job.IsRunning() ? m_rate.Text(m_clock.elapsed()) : std::string();
+  m_ui->labelRate->setText(QString::fromStdString(rate));
+  ShowStates();
+}
+
+void CCarvelloDlg::ShowStates() {
+  for (std::size_t i = 0; i < m_entries.Size(); ++i) {
+    m_ui->IDC_1008->SetLastCell(static_cast<int>(i), m_job.Account().StateOf(&m_entries[i]));
+  }
 }
 
 void CCarvelloDlg::ClearLog() {
@@ -39,6 +63,7 @@ void CCarvelloDlg::ShowProgress(std::uint64_t total, std::uint64_t done) {
   m_ui->IDC_1020->setValue(position);
   m_ui->IDC_1021->setText(QString::fromStdString(Format("%.2f%%", part * 100.0)));
   m_ui->IDC_1021->show();
+  m_rate.Update(part, m_clock.elapsed());
   m_taskbar.Update(static_cast<std::uint64_t>(position), done, total);
 }
 

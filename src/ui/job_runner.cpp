@@ -1,5 +1,8 @@
 #include "ui/job_runner.h"
 
+#include <utility>
+
+#include "support/version.h"
 #include "ui/message_boxes.h"
 #include "ui/wait_cursor.h"
 
@@ -9,6 +12,8 @@ namespace {
 
 // How long the end of a job may go unnoticed. The reader ends after its last message, so no event tells.
 constexpr int kEndIntervalMilliseconds = 50;
+// Every so many looks for the end, the states of the entries are told.
+constexpr int kLooksPerUpdate = 5;
 // Timer 101 of the dialog: from the end of a batch to the question about the next.
 constexpr int kBatchDelayMilliseconds = 100;
 
@@ -27,15 +32,31 @@ CJobRunner::CJobRunner(const DspBinding& dsp, IMessageTarget& target, CEntryList
 void CJobRunner::Start(const CRecordingSet& recording) {
   if (m_job.IsRunning()) return;
   m_batchTimer.stop();
-  if (m_job.Start(m_entries, recording) == EStartResult::Started) m_endTimer.start();
+  const EStartResult result = m_job.Start(m_entries, recording);
+  m_bContinues = false;
+  if (result == EStartResult::Started || result == EStartResult::AllFilesExist) {
+    m_account.BeginBatch(m_job.Batch(m_entries));
+  }
+  if (result == EStartResult::Started) {
+    m_endTimer.start();
+    emit Started();
+  } else if (result == EStartResult::AllFilesExist) {
+    m_account.EndBatchOfExisting();
+  }
   emit RunningChanged();
+  emit AccountChanged();
 }
 
 void CJobRunner::Stop() {
   const CWaitCursor wait;
   m_endTimer.stop();
   m_job.Stop();
-  emit RunningChanged();
+  EndBatch(true);
+}
+
+void CJobRunner::ForgetRun() {
+  m_account.Reset();
+  emit AccountChanged();
 }
 
 EAnswer CJobRunner::Ask(EJobQuestion /*question*/, const SMessageBox& box) {
@@ -43,19 +64,36 @@ EAnswer CJobRunner::Ask(EJobQuestion /*question*/, const SMessageBox& box) {
 }
 
 void CJobRunner::JobStarting() {
-  emit Starting();
+  if (!m_bContinues) m_account.Reset();
+  emit Starting(m_bContinues);
   emit RunningChanged();
 }
 
 void CJobRunner::LookForEnd() {
-  if (!m_job.OnIdle()) return;
-  m_endTimer.stop();
+  if (m_job.OnIdle()) {
+    m_endTimer.stop();
+    EndBatch(false);
+    if (m_job.MoreThanOneBatch(m_entries)) m_batchTimer.start();
+  } else if (++m_nLooks % kLooksPerUpdate == 0) {
+    m_account.Update(m_job.EntryStates());
+    emit AccountChanged();
+  }
+}
+
+// Whatever failed is told before anything else is asked.
+void CJobRunner::EndBatch(bool stopped) {
+  m_account.EndBatch(m_job.EntryStates(), stopped);
   emit RunningChanged();
-  if (m_job.MoreThanOneBatch(m_entries)) m_batchTimer.start();
+  emit AccountChanged();
+  const std::string failures = m_account.Failures();
+  if (!failures.empty()) {
+    ShowMessageBox(m_pWindow, {VersionValue("ProductName"), failures, EButtons::Ok, EIcon::Stop});
+  }
 }
 
 void CJobRunner::AskForNextBatch() {
   if (!m_job.ContinueBatch(m_entries)) return;
+  m_bContinues = true;
   emit EntriesRemoved();
   emit NextBatch();
 }

@@ -34,6 +34,7 @@ CLogList::CLogList(QWidget* parent)
   m_pTimer->setSingleShot(true);
   m_pTimer->setInterval(kIntervalMilliseconds);
   connect(m_pTimer, &QTimer::timeout, this, &CLogList::ShowWaiting);
+  MarkLines();
   UpdateExtent(0);
 }
 
@@ -68,6 +69,14 @@ void CLogList::Clear() {
   UpdateExtent(0);
 }
 
+void CLogList::ClearButErrors() {
+  std::vector<std::string> lines = Lines();
+  std::erase_if(lines, [](const std::string& line) { return ToneOfLine(line) == ETone::Plain; });
+  Clear();
+  m_waiting.assign(lines.begin(), lines.end());
+  if (!m_waiting.empty()) m_pTimer->start();
+}
+
 std::vector<std::string> CLogList::Lines() const {
   std::vector<std::string> lines = m_pModel->Lines();
   lines.insert(lines.end(), m_waiting.begin(), m_waiting.end());
@@ -75,7 +84,9 @@ std::vector<std::string> CLogList::Lines() const {
 }
 
 int CLogList::WidthOf(const std::string& line) const {
-  return fontMetrics().horizontalAdvance(QString::fromStdString(line) + QLatin1Char(' '));
+  const bool marked = ToneOfLine(line) != ETone::Plain;
+  const QFontMetrics metrics = marked ? QFontMetrics(m_pModel->MarkedFont()) : fontMetrics();
+  return metrics.horizontalAdvance(QString::fromStdString(line) + QLatin1Char(' '));
 }
 
 void CLogList::ShowWaiting() {
@@ -94,16 +105,30 @@ void CLogList::ShowWaiting() {
   if (!m_waiting.empty()) m_pTimer->start();
 }
 
+// How marked lines look, in the view's colours and font.
+void CLogList::MarkLines() {
+  QFont marked = font();
+  marked.setBold(true);
+  const QList<QColor> backgrounds = {palette().color(QPalette::Base)};
+  const QColor plain = palette().color(QPalette::Text);
+  m_pModel->SetMarks(marked, ToneColour(ETone::Bad, backgrounds, plain),
+                     ToneColour(ETone::Caution, backgrounds, plain));
+  viewport()->update();
+}
+
 void CLogList::UpdateExtent(int extent) {
   m_nExtent = extent;
   const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
-  m_pModel->SetLineSize({extent + 2 * margin, fontMetrics().lineSpacing() + 1});
+  const int height = std::max(fontMetrics().lineSpacing(), QFontMetrics(m_pModel->MarkedFont()).lineSpacing());
+  m_pModel->SetLineSize({extent + 2 * margin, height + 1});
   scheduleDelayedItemsLayout();
 }
 
 void CLogList::changeEvent(QEvent* event) {
   QListView::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) MarkLines();
   if (event->type() != QEvent::FontChange) return;
+  MarkLines();
   int extent = 0;
   for (const std::string& line : m_pModel->Lines()) extent = std::max(extent, WidthOf(line));
   UpdateExtent(extent);

@@ -26,6 +26,8 @@ class CLogList : public QListView {
   void AddLine(const std::string& text);
   void AddLine(const std::string& worker, const std::string& text);
   void Clear();
+  // Clears all lines but those that are marked as an error or a warning.
+  void ClearButErrors();
   // All lines, also those that are not in view yet.
   std::vector<std::string> Lines() const;
 
@@ -43,6 +45,7 @@ class CLogList : public QListView {
   int WidthOf(const std::string& line) const;
   void ShowWaiting();
   void UpdateExtent(int extent);
+  void MarkLines();
   void CopySelected() const;
 
   CLogModel* m_pModel;

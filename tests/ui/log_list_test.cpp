@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <ctime>
 
+#include "ui/readable_colours.h"
+#include "ui/themes.h"
 #include "ui/ui_test.h"
 
 namespace carvello {
@@ -32,6 +34,10 @@ class LogListTest : public QObject {
   void ABurstOf100000LinesLosesNoneAndKeepsAnswering();
   void TheTimeIsThatOfTheLine();
   void MeasuresAnewForAnotherFont();
+  void ErrorsAndWarningsStandOutInEveryTheme_data();
+  void ErrorsAndWarningsStandOutInEveryTheme();
+  void AMarkedLineIsAsHighAsAnyOther();
+  void ClearingButErrorsKeepsErrorsAndWarningsWithTheirTimes();
 
  private:
   void ShowAll() const {
@@ -211,6 +217,61 @@ void LogListTest::MeasuresAnewForAnotherFont() {
   m_pLog->setFont(font);
   QVERIFY(m_pLog->HorizontalExtent() > 2 * before);
   QTRY_VERIFY(m_pLog->visualRect(m_pLog->model()->index(0, 0)).height() >= m_pLog->fontMetrics().lineSpacing());
+}
+
+void LogListTest::ErrorsAndWarningsStandOutInEveryTheme_data() {
+  QTest::addColumn<QPalette>("palette");
+  for (const auto& [name, palette] : test::Themes()) QTest::newRow(name) << palette;
+}
+
+void LogListTest::ErrorsAndWarningsStandOutInEveryTheme() {
+  QFETCH(QPalette, palette);
+  m_pLog->setPalette(palette);
+  m_pLog->AddLine("Reader", "Opening");
+  m_pLog->AddLine("Reader", "[WARNING] Data size");
+  m_pLog->AddLine("Writer [0]", "[ERROR] a.wav: disk full");
+  m_pLog->AddLine("Writer [1]", "Error creating b.wav - no such folder");
+  ShowAll();
+  const auto colour = [this](int row) { return m_pLog->model()->index(row, 0).data(Qt::ForegroundRole); };
+  const auto bold = [this](int row) { return m_pLog->model()->index(row, 0).data(Qt::FontRole).value<QFont>().bold(); };
+  QVERIFY(!colour(0).isValid() && !bold(0));
+  const QColor base = m_pLog->palette().color(QPalette::Base);
+  for (int row = 1; row < 4; ++row) {
+    QVERIFY(bold(row));
+    QVERIFY(ContrastOf(colour(row).value<QColor>(), base) >= 4.5);
+    // What is painted has that colour.
+    const QRect line = m_pLog->visualRect(m_pLog->model()->index(row, 0));
+    QVERIFY(test::BestContrast(m_pLog->viewport()->grab(line).toImage(), base) >= 4.5);
+  }
+  QVERIFY(colour(1) != colour(2));
+  QCOMPARE(colour(2), colour(3));
+}
+
+void LogListTest::AMarkedLineIsAsHighAsAnyOther() {
+  m_pLog->AddLine("Opening");
+  m_pLog->AddLine("[ERROR] disk full");
+  ShowAll();
+  QCOMPARE(m_pLog->visualRect(m_pLog->model()->index(1, 0)).size(),
+           m_pLog->visualRect(m_pLog->model()->index(0, 0)).size());
+  QFont bold = m_pLog->font();
+  bold.setBold(true);
+  QVERIFY(m_pLog->HorizontalExtent() >= QFontMetrics(bold).horizontalAdvance("00:59:00> [ERROR] disk full "));
+}
+
+void LogListTest::ClearingButErrorsKeepsErrorsAndWarningsWithTheirTimes() {
+  m_pLog->AddLine("Opening");
+  m_pLog->AddLine("[ERROR] disk full");
+  ShowAll();
+  m_pLog->AddLine("[WARNING] not in view yet");
+  m_pLog->AddLine("Closed");
+  m_now += 60;
+  m_pLog->ClearButErrors();
+  m_pLog->AddLine("Ready");
+  const std::vector<std::string> expected = {"00:59:00> [ERROR] disk full", "00:59:00> [WARNING] not in view yet",
+                                             "01:00:00> Ready"};
+  QCOMPARE(m_pLog->Lines(), expected);
+  ShowAll();
+  QCOMPARE(m_pLog->Lines(), expected);
 }
 
 }  // namespace carvello

@@ -2,8 +2,12 @@
 
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSignalSpy>
+#include <QWheelEvent>
 
+#include "ui/readable_colours.h"
+#include "ui/themes.h"
 #include "ui/ui_test.h"
 
 namespace carvello {
@@ -33,6 +37,12 @@ class MyListCtrlTest : public QObject {
   void TellsTheWholeTextOfANarrowColumn();
   void CannotBeEdited();
   void TakesThousandsOfRows();
+  void TheLastCellTellsInAColourAndInFull();
+  void TheLastColumnGrowsToALimitAndStaysInView();
+  void IsReadableInEveryThemeAlsoWhileItIsDisabled_data();
+  void IsReadableInEveryThemeAlsoWhileItIsDisabled();
+  void ScrollsAlsoWhileItIsDisabled();
+  void SelectsAndDeletesNothingWhileItIsDisabled();
 
  private:
   void Click(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -138,6 +148,128 @@ void MyListCtrlTest::CannotBeEdited() {
 void MyListCtrlTest::TakesThousandsOfRows() {
   m_pList->SetRows(std::vector<QStringList>(20'000, Row("7.100.000")));
   QCOMPARE(m_pList->RowCount(), 20'000);
+}
+
+void MyListCtrlTest::TheLastCellTellsInAColourAndInFull() {
+  const QSignalSpy changes(m_pList->model(), &QAbstractItemModel::dataChanged);
+  m_pList->SetLastCell(1, {"failed: No space left on device", ETone::Bad});
+  QCOMPARE(m_pList->topLevelItem(1)->text(5), "failed: No space left on device");
+  QCOMPARE(m_pList->topLevelItem(1)->toolTip(5), "failed: No space left on device");
+  QCOMPARE(m_pList->topLevelItem(1)->data(5, Qt::AccessibleTextRole).toString(), "failed: No space left on device");
+  const auto told = changes.count();
+  QVERIFY(told > 0);
+  m_pList->SetLastCell(1, {"failed: No space left on device", ETone::Bad});
+  m_pList->SetLastCell(0, {});
+  QCOMPARE(changes.count(), told);  // what is there already costs nothing
+}
+
+void MyListCtrlTest::TheLastColumnGrowsToALimitAndStaysInView() {
+  m_pList->resize(400, 300);
+  m_pList->SetRows({Row("3.500.000")});
+  QCoreApplication::processEvents();
+  m_pList->ShowLastColumn();
+  QScrollBar* pBar = m_pList->horizontalScrollBar();
+  QVERIFY(pBar->maximum() > 0);
+  QCOMPARE(pBar->value(), pBar->maximum());
+  const int empty = m_pList->columnWidth(5);
+  m_pList->SetLastCell(0, {"failed: disk full", ETone::Bad});
+  const int reason = m_pList->columnWidth(5);
+  QVERIFY(reason > empty);
+  m_pList->SetLastCell(0, {"failed: " + std::string(500, 'x'), ETone::Bad});
+  const int limit = m_pList->columnWidth(5);
+  QVERIFY(limit > reason && limit < 300);
+  QCoreApplication::processEvents();
+  QCOMPARE(pBar->value(), pBar->maximum());
+  m_pList->SetLastCell(0, {"done", ETone::Good});
+  QCOMPARE(m_pList->columnWidth(5), limit);
+  // Who has scrolled away stays there.
+  pBar->setValue(0);
+  m_pList->SetRows({Row("1.000.000")});
+  m_pList->SetLastCell(0, {"100%", ETone::Plain});
+  QCoreApplication::processEvents();
+  QCOMPARE(pBar->value(), 0);
+}
+
+void MyListCtrlTest::IsReadableInEveryThemeAlsoWhileItIsDisabled_data() {
+  QTest::addColumn<QPalette>("palette");
+  for (const auto& [name, palette] : test::Themes()) QTest::newRow(name) << palette;
+}
+
+// The darkest against the lightest that is painted in a cell; a text as pale as other disabled ones has about 1.6.
+void MyListCtrlTest::IsReadableInEveryThemeAlsoWhileItIsDisabled() {
+  QFETCH(QPalette, palette);
+  m_pList->setPalette(palette);
+  m_pList->resize(1200, 300);
+  const std::vector<SToneText> texts = {
+      {"45%", ETone::Plain}, {"done", ETone::Good}, {"stopped", ETone::Caution}, {"failed: No space left", ETone::Bad}};
+  for (int row = 0; row < 4; ++row) m_pList->SetLastCell(row, texts[static_cast<std::size_t>(row)]);
+  for (const bool enabled : {true, false}) {
+    m_pList->setEnabled(enabled);
+    QCoreApplication::processEvents();
+    for (int row = 0; row < 4; ++row) {
+      for (const int column : {0, 4, 5}) {
+        const QRect cell = m_pList->visualRect(m_pList->model()->index(row, column));
+        const double contrast = test::BestContrast(m_pList->viewport()->grab(cell).toImage());
+        QVERIFY2(contrast >= 4.5, qPrintable(QString("%1 %2: %3").arg(row).arg(column).arg(contrast)));
+      }
+    }
+    const QImage titles = m_pList->header()->viewport()->grab(QRect(0, 0, 60, m_pList->header()->height())).toImage();
+    QVERIFY2(test::BestContrast(titles) >= 4.5, qPrintable(QString::number(test::BestContrast(titles))));
+  }
+  // A row that was selected before stays readable, too.
+  m_pList->setEnabled(true);
+  Click(0);
+  m_pList->setEnabled(false);
+  QCoreApplication::processEvents();
+  const QRect cell = m_pList->visualRect(m_pList->model()->index(0, 0));
+  QVERIFY(test::BestContrast(m_pList->viewport()->grab(cell).toImage()) >= 4.5);
+}
+
+void MyListCtrlTest::ScrollsAlsoWhileItIsDisabled() {
+  m_pList->SetRows(std::vector<QStringList>(500, Row("7.100.000")));
+  m_pList->resize(400, 300);
+  m_pList->setEnabled(false);
+  QCoreApplication::processEvents();
+  QScrollBar* pBar = m_pList->verticalScrollBar();
+  QVERIFY(pBar->maximum() > 0);
+
+  const QPointF middle = m_pList->viewport()->rect().center();
+  QWheelEvent wheel(middle, m_pList->viewport()->mapToGlobal(middle), {}, {0, -240}, Qt::NoButton, Qt::NoModifier,
+                    Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(m_pList->viewport(), &wheel);
+  const int wheeled = pBar->value();
+  QVERIFY(wheeled > 0);
+
+  QTest::mouseClick(pBar, Qt::LeftButton, {}, {pBar->width() / 2, pBar->height() * 3 / 4});
+  QVERIFY(pBar->value() > wheeled);
+
+  const int before = m_pList->horizontalScrollBar()->value();
+  QScrollBar* pAcross = m_pList->horizontalScrollBar();
+  QTest::mousePress(pAcross, Qt::LeftButton, {}, {pAcross->width() / 4, pAcross->height() / 2});
+  QTest::mouseMove(pAcross, {pAcross->width() * 3 / 4, pAcross->height() / 2});
+  QTest::mouseRelease(pAcross, Qt::LeftButton, {}, {pAcross->width() * 3 / 4, pAcross->height() / 2});
+  QVERIFY(pAcross->value() > before);
+
+  QVERIFY(m_pList->ScrollByKey(Qt::Key_Home));
+  QCOMPARE(pBar->value(), 0);
+  QVERIFY(m_pList->ScrollByKey(Qt::Key_PageDown));
+  QVERIFY(pBar->value() > 0);
+  QVERIFY(m_pList->ScrollByKey(Qt::Key_End));
+  QCOMPARE(pBar->value(), pBar->maximum());
+  QVERIFY(m_pList->ScrollByKey(Qt::Key_PageUp));
+  QVERIFY(!m_pList->ScrollByKey(Qt::Key_A));
+}
+
+void MyListCtrlTest::SelectsAndDeletesNothingWhileItIsDisabled() {
+  Click(1);
+  m_pList->setEnabled(false);
+  const QSignalSpy spy(m_pList.get(), &CMyMFCListCtrl::DeletePressed);
+  Click(2);
+  Click(3, Qt::ControlModifier);
+  QTest::keySequence(m_pList.get(), QKeySequence::SelectAll);
+  QTest::keyClick(m_pList.get(), Qt::Key_Delete);
+  QCOMPARE(m_pList->SelectedRows(), std::vector<std::size_t>{1});
+  QCOMPARE(spy.count(), 0);
 }
 
 }  // namespace carvello
