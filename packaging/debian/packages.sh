@@ -4,6 +4,7 @@ packages_build=(g++ cmake ninja-build libpugixml-dev libcli11-dev nlohmann-json3
 packages_test=("${packages_build[@]}" libgtest-dev libgmock-dev sox sndfile-programs python3 python3-numpy
   dbus-daemon xvfb xdotool imagemagick)
 packages_windows=("${packages_test[@]}" g++-mingw-w64-x86-64-posix googletest dpkg-dev wine wine64 fonts-dejavu-core)
+packages_fuzz=(clang libclang-rt-14-dev cmake ninja-build libpugixml-dev libcli11-dev nlohmann-json3-dev)
 packages_lint=("${packages_test[@]}" clang-format clang-tidy)
 
 package_is_installed() {

@@ -267,6 +267,11 @@ TEST_F(StreamingParse, OtherChunksOfAnRf64FileAreLoggedAndSkipped) {
   EXPECT_EQ(NextBytes(4), "ABCD");
 }
 
+TEST_F(StreamingParse, ChunkNamesCannotMoveATerminalsCursor) {
+  ASSERT_TRUE(Parse(Rf64(0, 4, FormatChunk() + Chunk("\x1B[2\xCB", "x") + ChunkHeader("data", 0xFFFFFFFF) + "ABCD")));
+  EXPECT_TRUE(HasLine(Log(), "\\x1B[2\\xCB chunk found, size 1"));
+}
+
 TEST_F(StreamingParse, ASizeTableInDs64IsNotSkipped) {
   // Deliberate: the header behind ds64 is expected directly after the table length.
   const std::string ds64 = Le64(0) + Le64(4) + Le64(1) + Le32(1) + std::string(12, 't');
