@@ -23,7 +23,6 @@ constexpr std::size_t kIQOffset = 48;
 constexpr std::size_t kSpare = 52;
 
 constexpr std::uint32_t kClockOf164 = 66'666'667;  // Hz, whatever the block says
-constexpr int kFirstCalendarYear = 1900;
 
 template <class Value>
 Value At(std::string_view auxi, std::size_t offset) {
@@ -39,13 +38,22 @@ std::uint32_t Number(std::string_view auxi, std::size_t offset) {
 // Local time to UTC; the milliseconds stay. A time that was never written counts from 1970.
 SYSTEMTIME LocalToUtc(const SYSTEMTIME& local, const std::string& where) {
   std::int64_t seconds = 0;
-  if (local.wYear >= kFirstCalendarYear) {
+  if (local.wYear >= kFirstWrittenYear) {
     seconds =
         LocalCalendarTime({local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond}, where);
   }
   SYSTEMTIME utc = UtcSystemTime(seconds, where);
   utc.wMilliseconds = local.wMilliseconds;
   return utc;
+}
+
+// Local time to UTC where the program writes local time. Times that were never written count from 1970.
+void TakeTimes(bool local, RecordingSourceInfo& source) {
+  source.bNoStart = source.start.wYear < kFirstWrittenYear;
+  const bool noStop = source.stop.wYear < kFirstWrittenYear;
+  if (source.bNoStart) source.strNote = NeverWritten("start time of the auxi chunk");
+  if (local || source.bNoStart) source.start = LocalToUtc(source.start, "start time of the auxi chunk");
+  if (local || noStop) source.stop = LocalToUtc(source.stop, "stop time of the auxi chunk");
 }
 
 void ReadMinorFrequencies(std::string_view auxi, RecordingSourceInfo& source) {
@@ -81,6 +89,7 @@ bool ReadAuxiBlock(std::string_view auxi, bool elad, RecordingSourceInfo& source
   source.start = At<SYSTEMTIME>(auxi, kStart);
   if (auxi.size() == 28) {
     source.stop = source.start;
+    TakeTimes(false, source);
     source.nCentreFrequency = Number(auxi, kShortCentreFrequency);
     source.nADFrequency = Number(auxi, kShortADFrequency);
     return true;
@@ -89,10 +98,7 @@ bool ReadAuxiBlock(std::string_view auxi, bool elad, RecordingSourceInfo& source
   source.nCentreFrequency = Number(auxi, kCentreFrequency);
   source.nADFrequency = auxi.size() == 164 ? kClockOf164 : Number(auxi, kADFrequency);
   if (auxi.size() == 68 || auxi.size() == 72) ReadMinorFrequencies(auxi, source);
-  if (auxi.size() == 68) {
-    source.start = LocalToUtc(source.start, "start time of the auxi chunk");
-    source.stop = LocalToUtc(source.stop, "stop time of the auxi chunk");
-  }
+  TakeTimes(auxi.size() == 68, source);
   return true;
 }
 

@@ -91,6 +91,10 @@ SYSTEMTIME AddSeconds(const SYSTEMTIME& time, double seconds) {
   return moved;
 }
 
+std::string NeverWritten(const std::string& where) {
+  return where + " was never written, 1970-01-01 taken";
+}
+
 std::string DateText(const SYSTEMTIME& time) {
   return Text({time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond});
 }

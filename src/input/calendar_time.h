@@ -8,6 +8,9 @@
 
 namespace carvello {
 
+// Records and names that tell no time hold zeros, or the first day of some calendar. No recording is older.
+inline constexpr int kFirstWrittenYear = 1900;
+
 struct SDateFields {
   int nYear = 0;
   int nMonth = 0;  // 1 to 12
@@ -28,6 +31,9 @@ SYSTEMTIME UtcSystemTime(std::int64_t seconds, const std::string& where);
 
 // The record moved on by seconds with their fraction; unchanged when it is no date, or would be none.
 SYSTEMTIME AddSeconds(const SYSTEMTIME& time, double seconds);
+
+// What the user is told of a start that was never written.
+std::string NeverWritten(const std::string& where);
 
 // "2023-04-15 19:45:10", also for fields that are no date.
 std::string DateText(const SYSTEMTIME& time);

@@ -13,7 +13,6 @@
 #include "input/calendar_time.h"
 #include "input/format_chunk.h"
 #include "input/set_names.h"
-#include "input/signal_info_source.h"
 #include "input/source_recognition.h"
 #include "support/formatting.h"
 #include "support/platform.h"
@@ -71,10 +70,6 @@ std::optional<STime> TimeOf(const SYSTEMTIME& time) {
   return STime{seconds, time.wMilliseconds};
 }
 
-bool IsUnset(const SYSTEMTIME& time) {
-  return time.wYear == 0 && time.wMonth == 0 && time.wDay == 0;
-}
-
 // By what is there and the format's own rate: the bytes per second that a format tells are wrong in some files.
 STime EndOfSamples(const SLink& link) {
   const RecordingSourceInfo& source = link.facts.source;
@@ -90,7 +85,7 @@ STime EndOfSamples(const SLink& link) {
 // recordings whose format has none, is reckoned from the samples. The text of what cannot be; empty when all is well.
 std::string TakeTimes(SLink& link) {
   const RecordingSourceInfo& source = link.facts.source;
-  if (HasNoSignalTime(source)) {
+  if (source.bNoStart) {
     link.start = {};
     link.stop = EndOfSamples(link);
     return {};
@@ -98,9 +93,9 @@ std::string TakeTimes(SLink& link) {
   const std::optional<STime> start = TimeOf(source.start);
   if (!start) return Format("start time %s cannot be", DateText(source.start).c_str());
   const std::optional<STime> stop = TimeOf(source.stop);
-  if (!stop && !IsUnset(source.stop)) return Format("stop time %s cannot be", DateText(source.stop).c_str());
+  if (!stop) return Format("stop time %s cannot be", DateText(source.stop).c_str());
   link.start = *start;
-  const bool told = stop && stop->nSeconds > start->nSeconds;
+  const bool told = stop->nSeconds > start->nSeconds;
   link.stop = told ? *stop : EndOfSamples(link);
   return {};
 }

@@ -20,20 +20,22 @@ namespace carvello {
 namespace {
 
 constexpr const char* kWhere = "start time in the file's name";
-constexpr int kFirstCalendarYear = 1900;
 constexpr std::int64_t kMegahertz = 1'000'000;
 constexpr std::int64_t kUnknownFrequency = 10'000'000;  // Hz
 constexpr std::int64_t kMostBeforeUnit = std::numeric_limits<std::int64_t>::max() / kMegahertz;
 
 constexpr std::string_view kDigits = "0123456789";
 
-std::string_view WithoutLeadingBlanks(std::string_view text) {
-  return text.substr(std::min(text.find_first_not_of(' '), text.size()));
+// Without what may stand before a number, blanks and a plus sign.
+std::string_view FromDigits(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+  if (text.starts_with('+')) text.remove_prefix(1);
+  return text;
 }
 
-// The digits that the text begins with, behind blanks; 0 when there are none or too many.
+// The digits that the text begins with, behind blanks and a plus sign; 0 when there are none or too many.
 std::int64_t WholeNumber(std::string_view text) {
-  const std::string_view digits = WithoutLeadingBlanks(text);
+  const std::string_view digits = FromDigits(text);
   std::int64_t number = 0;
   std::from_chars(digits.data(), digits.data() + digits.size(), number);
   return number >= 0 && number <= kMostBeforeUnit ? number : 0;
@@ -47,7 +49,7 @@ int Digits(std::string_view text, std::size_t position, std::size_t count) {
 // "7.0505" MHz as Hz, exactly; what is below 1 Hz is cut off.
 std::int64_t MegahertzToHz(std::string_view text) {
   constexpr std::size_t kFractionDigits = 6;
-  const std::string_view number = WithoutLeadingBlanks(text);
+  const std::string_view number = FromDigits(text);
   const std::int64_t hz = WholeNumber(number) * kMegahertz;
   const std::size_t point = number.find_first_not_of(kDigits);
   if (point == std::string_view::npos || number[point] != '.') return hz;
@@ -138,7 +140,9 @@ bool ReadSdrSharpName(std::string_view name, RecordingSourceInfo& source) {
     source.strSourceName = kSourceSdrSharp;
     source.nCentreFrequency = field.size() > kFrequency ? WholeNumber(field.substr(kFrequency)) * multiplier : 0;
     // The names are in UTC (the "z" behind the time), so no zone comes in.
-    const std::int64_t start = date.nYear >= kFirstCalendarYear ? UtcCalendarTime(date, kWhere) : 0;
+    source.bNoStart = date.nYear < kFirstWrittenYear;
+    if (source.bNoStart) source.strNote = NeverWritten(kWhere);
+    const std::int64_t start = source.bNoStart ? 0 : UtcCalendarTime(date, kWhere);
     source.start = UtcSystemTime(start, kWhere);
     source.stop = AddSeconds(source.start, std::ceil(Duration(source)));
     return true;

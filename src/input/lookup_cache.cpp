@@ -20,9 +20,13 @@ namespace {
 
 constexpr std::size_t kBuckets = 99'991;
 
+constexpr std::size_t kUsualXmlBytes = 65'536;
+constexpr std::size_t kMaxLargeXmlBytes = 64U << 20U;
+
 std::atomic<LookupTrace> s_pTrace = nullptr;
 std::atomic<std::uint64_t> s_nHits = 0;
 std::atomic<std::uint64_t> s_nWalks = 0;
+std::atomic<std::size_t> s_nLargeXmlBytes = 0;  // of texts above the usual size, kept or once kept
 
 void Trace(const std::string& line) {
   if (const LookupTrace trace = s_pTrace) trace(line);
@@ -115,6 +119,9 @@ SWalked WalkAndStore(const std::string& fileName, const SFileStamp& stamp) {
   SWalked walked = Walk(fileName);
   // A file that could not be read may be in order the next time.
   if (walked.facts.nError != 0) return walked;
+  // Metadata takes a few kilobytes. Files that are made to fill the memory are walked again each time.
+  const std::size_t bytes = walked.facts.strXml.size();
+  if (bytes > kUsualXmlBytes && (s_nLargeXmlBytes += bytes) > kMaxLargeXmlBytes) return walked;
   MetadataMap().Store(fileName, stamp, walked.facts);
   DataSizeMap().Store(fileName, stamp, walked.nDataBytes);
   return walked;

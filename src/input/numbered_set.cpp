@@ -57,6 +57,13 @@ class CMemberNames {
   std::size_t m_nEnding = std::string::npos;
 };
 
+bool IsWholeNumber(const std::string& text) {
+  std::string_view digits = text;
+  digits.remove_prefix(std::min(digits.find_first_not_of(' '), digits.size()));
+  if (digits.starts_with('+') || digits.starts_with('-')) digits.remove_prefix(1);
+  return !digits.empty() && digits.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 class CNumberedSet {
  public:
   CNumberedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set, CMyStringArray& log)
@@ -86,6 +93,7 @@ class CNumberedSet {
   std::uint32_t Number(const std::string& path, const char* key, std::uint32_t instead);
   // False, with a line, for a start time in the metadata that cannot be. A missing one is 0, with a warning.
   bool TakeStartTime(const std::string& path);
+  void TakeCentreFrequency(const std::string& path);
   void WarnIfUnequal(const std::string& path, const char* key, std::uint32_t told, std::uint32_t format);
   std::string PathOf(const std::string& name) const {
     return m_strSelected.substr(0, m_strSelected.size() - m_strName.size()) + name;
@@ -108,7 +116,9 @@ bool CNumberedSet::Describe() {
   ParseMetadataXml(m_selected.strXml, metadata);
   const CMemberNames names(FirstName(metadata.Find("FirstFile")));
   if (names.First().empty()) {
-    m_log.Add(Format("[ERROR] %s: the XML metadata names no first file (attribute FirstFile)", m_strSelected.c_str()));
+    const std::string problem = MetadataXmlProblem(m_selected.strXml);
+    m_log.Add(Format("[ERROR] %s: %s", m_strSelected.c_str(),
+                     problem.empty() ? "the XML metadata names no first file (attribute FirstFile)" : problem.c_str()));
     return false;
   }
   unsigned next = 1;
@@ -203,6 +213,8 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   m_set.bFloat = IsFloat(first.format);
   m_set.strMetadata = first.strXml;
   ParseMetadataXml(first.strXml, m_set.metadata);
+  const std::string problem = MetadataXmlProblem(first.strXml);
+  if (!problem.empty()) Warn(path, problem);
 
   const WAVEFORMATEX& format = first.format.Format;
   m_set.nSampleRate = Number(path, "SampleRate", format.nSamplesPerSec);
@@ -213,16 +225,14 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   }
   WarnIfUnequal(path, "SampleRate", m_set.nSampleRate, format.nSamplesPerSec);
   m_set.nBandwidth = m_set.nSampleRate;
-  m_set.nBytesPerSecond = Number(path, "BytesPerSecond", WholeBytesPerSecond(format, m_set.nSampleRate));
+  const std::uint32_t bytesPerSecond = WholeBytesPerSecond(format, m_set.nSampleRate);
+  m_set.nBytesPerSecond = Number(path, "BytesPerSecond", bytesPerSecond);
+  WarnIfUnequal(path, "BytesPerSecond", m_set.nBytesPerSecond, bytesPerSecond);
   const std::int64_t bits = m_set.metadata.FindNumber("BitsPerSample");
   m_set.nBitsPerSample = bits >= 1 && bits <= kMaxBits ? static_cast<std::uint32_t>(bits) : kUsualBits;
   WarnIfUnequal(path, "BitsPerSample", m_set.nBitsPerSample, format.wBitsPerSample);
   if (!TakeStartTime(path)) return false;
-  const bool hasCentre = !m_set.metadata.Find("RadioCenterFreq").empty();
-  m_set.nRadioCenterFreq = m_set.metadata.FindNumber(hasCentre ? "RadioCenterFreq" : "CenterFrequency");
-  if (!hasCentre && m_set.metadata.Find("CenterFrequency").empty()) {
-    Warn(path, "no centre frequency in the XML metadata (attribute RadioCenterFreq), 0 Hz taken");
-  }
+  TakeCentreFrequency(path);
 
   const std::string& level = m_set.metadata.Find("XMLLevel");
   m_set.strSourceName = kSourceHalvarn;
@@ -282,6 +292,18 @@ bool CNumberedSet::TakeStartTime(const std::string& path) {
     Warn(path, "no usable UTCSeconds in the XML metadata, 0 taken");
   }
   return true;
+}
+
+void CNumberedSet::TakeCentreFrequency(const std::string& path) {
+  const char* const key = m_set.metadata.Find("RadioCenterFreq").empty() ? "CenterFrequency" : "RadioCenterFreq";
+  const std::string& told = m_set.metadata.Find(key);
+  m_set.nRadioCenterFreq = m_set.metadata.FindNumber(key);
+  if (told.empty()) {
+    Warn(path, "no centre frequency in the XML metadata (attribute RadioCenterFreq), 0 Hz taken");
+  } else if (!IsWholeNumber(told)) {
+    Warn(path, Format("%s \"%s\" is no whole number, %lld Hz taken", key, told.c_str(),
+                      static_cast<long long>(m_set.nRadioCenterFreq)));
+  }
 }
 
 void CNumberedSet::WarnIfUnequal(const std::string& path, const char* key, std::uint32_t told, std::uint32_t format) {

@@ -15,6 +15,7 @@ struct RecordingSourceInfo {
   // First sample and end, UTC. They may be no date: blocks are taken as they are written.
   SYSTEMTIME start;
   SYSTEMTIME stop;
+  bool bNoStart = false;              // nobody wrote when it began; 1970 stands in for it, whatever `start` holds
   std::int64_t nCentreFrequency = 0;  // Hz; names of files know frequencies above 4.29 GHz
   std::uint32_t nADFrequency = 0;     // Hz, converter sample clock
   std::uint32_t nIFFrequency = 0;     // Hz

@@ -10,6 +10,7 @@
 
 #include "input/calendar_time.h"
 #include "input/format_chunk.h"
+#include "input/signal_time.h"
 #include "input/source_recognition.h"
 #include "support/text.h"
 
@@ -30,7 +31,8 @@ double ElementNumber(const pugi::xml_node& root, const char* name) {
   constexpr double kMost = 1e15;
   const std::string text = ElementText(root, name);
   double number = 0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
+  const std::size_t sign = text.starts_with('+') ? 1 : 0;
+  std::from_chars(text.data() + sign, text.data() + text.size(), number);
   return std::abs(number) < kMost ? number : 0;
 }
 
@@ -39,26 +41,6 @@ std::uint32_t Whole32(double number) {
 }
 
 constexpr SYSTEMTIME kNoSignalTime{.wYear = 1899, .wMonth = 12, .wDayOfWeek = 6, .wDay = 30};
-
-// "2026-11-16T00:44:40.000Z", the fraction cut off. Nothing for a text of another form.
-std::optional<SDateFields> SignalTime(const std::string& text) {
-  std::string clean = Trim(ReplaceAll(ReplaceAll(text, "T", " "), "Z", " "));
-  clean.resize(std::min(clean.size(), clean.rfind('.')));
-  SDateFields date;
-  const char* at = clean.data();
-  const char* const end = at + clean.size();
-  const auto next = [&](int& number, std::string_view separators) {
-    const auto [behind, error] = std::from_chars(at, end, number);
-    if (error != std::errc() || behind == at) return false;
-    at = behind;
-    while (at != end && separators.find(*at) != std::string_view::npos) ++at;
-    return true;
-  };
-  const bool read =
-      next(date.nYear, "-") && next(date.nMonth, "-") && next(date.nDay, " ") &&
-      (at == end || (next(date.nHour, ":") && next(date.nMinute, ":") && (at == end || next(date.nSecond, ""))));
-  return read && at == end ? std::optional(date) : std::nullopt;
-}
 
 }  // namespace
 
@@ -87,21 +69,16 @@ bool RecogniseSignalInfo(const std::string& meta, std::int64_t dataBytes, const 
   found.nBandwidth = Whole32(bandwidth);
   found.nDataBytes = dataBytes;
   found.dDuration = static_cast<double>(dataBytes) / bytesPerSecond;
-  if (const std::optional<SDateFields> date = SignalTime(ElementText(root, "signaltime"))) {
+  if (const std::optional<SDateFields> date = ParseSignalTime(ElementText(root, "signaltime"))) {
     found.start = UtcSystemTime(UtcCalendarTime(*date, kWhere), kWhere);
   } else {
     found.start = kNoSignalTime;
+    found.bNoStart = true;
     found.strNote = std::string(kWhere) + " is no time such as 2026-11-16T00:44:40.000Z, 1970-01-01 taken";
   }
   found.stop = AddSeconds(found.start, std::floor(found.dDuration + 0.5));
   source = found;
   return true;
-}
-
-bool HasNoSignalTime(const RecordingSourceInfo& source) {
-  const SYSTEMTIME& start = source.start;
-  return source.strSourceName == kSourceGo2Monitor && start.wYear == kNoSignalTime.wYear &&
-         start.wMonth == kNoSignalTime.wMonth && start.wDay == kNoSignalTime.wDay;
 }
 
 }  // namespace carvello

@@ -15,8 +15,4 @@ namespace carvello {
 bool RecogniseSignalInfo(const std::string& meta, std::int64_t dataBytes, const WAVEFORMATEXTENSIBLE& format,
                          RecordingSourceInfo& source);
 
-// Whether the record is one whose signal time is none. Its start is then day 0 of the calendar that signal times are
-// kept in, 30 December 1899.
-bool HasNoSignalTime(const RecordingSourceInfo& source);
-
 }  // namespace carvello

@@ -31,6 +31,14 @@ void AppendAttributes(const pugi::xml_node& element, SMetadataLists& lists) {
   }
 }
 
+// Whether the text ends with its root element, as a whole document does.
+bool EndsItsRoot(std::string_view xml) {
+  for (const std::string_view end : {"</SDR-XML-Root>", "</SDR-Server>"}) {
+    if (xml.rfind(end) != std::string_view::npos) return true;
+  }
+  return false;
+}
+
 template <typename Value>
 void Append(pugi::xml_node& element, const char* name, const Value& value) {
   element.append_attribute(name).set_value(value);
@@ -67,6 +75,20 @@ int ParseMetadataXml(std::string_view xml, SMetadataLists& lists) {
   AppendAttributes(root.child("Definition"), lists);
   AppendAttributes(root.child("Size"), lists);
   return 0;
+}
+
+std::string MetadataXmlProblem(std::string_view xml) {
+  pugi::xml_document document;
+  const pugi::xml_parse_result result =
+      document.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
+  if (result) {
+    return document.child("SDR-XML-Root") || document.child("SDR-Server")
+               ? std::string()
+               : "the XML metadata has no element SDR-XML-Root or SDR-Server";
+  }
+  if (!EndsItsRoot(xml)) return "the XML metadata is cut short";
+  return Format("the XML metadata is damaged at character %lld: %s", static_cast<long long>(result.offset),
+                result.description());
 }
 
 std::string BuildMetadataXml(const SMetadataFacts& facts) {

@@ -25,6 +25,10 @@ struct SMetadataLists {
 // UTF-8 form of the text. Always 0; a text that cannot be read leaves both lists empty.
 int ParseMetadataXml(std::string_view xml, SMetadataLists& lists);
 
+// Why ParseMetadataXml leaves the lists of this text empty, for the user: whether it is cut short or damaged, or has no
+// such root. Empty for a text that it reads.
+std::string MetadataXmlProblem(std::string_view xml);
+
 // What an output file says of itself. Texts are UTF-8, frequencies in Hz, rates in samples/s, times in seconds since
 // 1970 UTC.
 struct SMetadataFacts {

@@ -169,6 +169,7 @@ std::string LocaleTime(const std::tm& fields);
 // ---- texts of the system code page (ANSI on Windows, UTF-8 elsewhere) ------------------------------------------
 
 std::string Utf8ToSystemCodePage(std::string_view text);
+// Where the code page is UTF-8, bytes that are none are taken for Windows-1252.
 std::string SystemCodePageToUtf8(std::string_view bytes);
 
 // ---- desktop and console ---------------------------------------------------------------------------------------

@@ -443,7 +443,8 @@ std::string Utf8ToSystemCodePage(std::string_view text) {
 }
 
 std::string SystemCodePageToUtf8(std::string_view bytes) {
-  return Utf16ToUtf8(Utf8ToUtf16(bytes));
+  // What is no UTF-8 was most likely written on Windows.
+  return IsUtf8(bytes) ? std::string(bytes) : Windows1252ToUtf8(bytes);
 }
 
 // ---- desktop and console ---------------------------------------------------------------------------------------

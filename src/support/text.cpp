@@ -267,6 +267,29 @@ std::string Utf16ToUtf8(std::u16string_view text) {
   return result;
 }
 
+bool IsUtf8(std::string_view text) {
+  while (!text.empty()) {
+    const std::string_view before = text;
+    // The replacement character may stand there itself, in its three bytes.
+    if (TakeUtf8(text) == kReplacement && before.size() - text.size() == 1) return false;
+  }
+  return true;
+}
+
+std::string Windows1252ToUtf8(std::string_view bytes) {
+  // What stands at 0x80 to 0x9F; the rest is as in Latin-1.
+  constexpr char16_t kUpper[] = {0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+                                 0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD, 0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+                                 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
+  std::string text;
+  text.reserve(bytes.size());
+  for (const char c : bytes) {
+    const auto code = static_cast<std::uint8_t>(c);
+    AppendUtf8(text, code >= 0x80 && code < 0xA0 ? kUpper[code - 0x80U] : char32_t{code});
+  }
+  return text;
+}
+
 std::u16string Utf16FromLittleEndian(std::string_view bytes) {
   std::u16string result;
   result.reserve(bytes.size() / 2);

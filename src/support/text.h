@@ -49,6 +49,10 @@ std::string ReplaceAll(std::string_view text, std::string_view what, std::string
 std::u16string Utf8ToUtf16(std::string_view text);
 std::string Utf16ToUtf8(std::u16string_view text);
 
+bool IsUtf8(std::string_view text);
+// Bytes of Windows code page 1252; the five that it does not use become U+FFFD.
+std::string Windows1252ToUtf8(std::string_view bytes);
+
 // UTF-16LE bytes as they stand in a file. A trailing odd byte is ignored; the text ends at the first zero character.
 std::u16string Utf16FromLittleEndian(std::string_view bytes);
 // The characters of `text` as little-endian bytes, without a terminator.

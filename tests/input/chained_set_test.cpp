@@ -229,6 +229,16 @@ TEST_F(ChainedSet, ASignalTimeThatIsNoTimeLeavesTheRestReadable) {
       << Joined(m_log);
 }
 
+TEST_F(ChainedSet, AStartThatWasNeverWrittenIs1970WithTheLengthOfItsSamples) {
+  const SAuxi auxi{.start = {0, 0, 0, 0, 0, 0, 0}};
+  const std::string path = Write("a.wav", SecondsOfWave(60, Chunk("auxi", AuxiBody(164, auxi))));
+  ASSERT_TRUE(Analyse("a.wav")) << Joined(m_log);
+  EXPECT_EQ(m_set.tStart, 0);
+  EXPECT_EQ(m_set.tEnd, 60);
+  EXPECT_EQ(Joined(m_log),
+            "[WARNING] " + path + ": start time of the auxi chunk was never written, 1970-01-01 taken\n");
+}
+
 // Of two files that could both go on, the one that begins earlier does, however much closer the other one is.
 TEST_F(ChainedSet, TheFirstThatFitsGoesOn) {
   WriteWinrad("a.wav", 0, 60);

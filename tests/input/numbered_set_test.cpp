@@ -335,6 +335,49 @@ TEST_F(NumberedSet, NumbersThatCannotBeAreTreatedAsMissing) {
   EXPECT_EQ(CountLines(m_log, "SizeInBytes \"9999999\" cannot be"), 1);
 }
 
+TEST_F(NumberedSet, WhatContradictsTheFileIsWarnedOf) {
+  const std::string path =
+      Write("rec.wav", PlainWave(8000, XmlChunk("FirstFile=\"rec.wav\" SampleRate=\"+1000\" BytesPerSecond=\"8000\" "
+                                                "UTCSeconds=\"+1\" RadioCenterFreq=\"7.05e6\" SizeInBytes=\"8004\"")));
+  ASSERT_TRUE(Analyse("rec.wav"));
+  EXPECT_EQ(m_set.nSampleRate, 1000u);
+  EXPECT_EQ(m_set.tStart, 1);
+  EXPECT_EQ(Joined(m_log), "[WARNING] " + path + ": BytesPerSecond is 8000, but the file's format says 4000\n" +
+                               "[WARNING] " + path + ": RadioCenterFreq \"7.05e6\" is no whole number, 7 Hz taken\n" +
+                               "[WARNING] " + path + ": SizeInBytes is 8004, but its data chunk holds 8000 bytes\n");
+}
+
+TEST_F(NumberedSet, MetadataThatIsCutShortIsCalledThat) {
+  const std::string whole = XmlChunk("FirstFile=\"rec.wav\" SampleRate=\"1000\"").substr(8);
+  for (const std::size_t length : {std::size_t{20}, whole.size() / 4 * 2, whole.size() - 10}) {
+    const std::string path = Write("rec.wav", PlainWave(8000, Chunk("auxi", whole.substr(0, length))));
+    m_log.Clear(0);
+    EXPECT_FALSE(Analyse("rec.wav"));
+    EXPECT_EQ(Error(), "[ERROR] " + path + ": the XML metadata is cut short") << length;
+  }
+}
+
+TEST_F(NumberedSet, WhatIsWrongWithAMembersChunksIsWarnedOf) {
+  const std::string xml = XmlChunk(Attributes("rec 000.wav"));
+  const std::string first =
+      Write("rec 000.wav", Riff(FormatChunk() + xml + ChunkHeader("data", 1'000'000) + std::string(4000, 'x')));
+  const std::string second =
+      Write("rec 001.wav", PlainWave(4004, xml + Chunk("rcvr", std::string((16u << 20) + 1, 'x'))));
+  const std::string third = Write("rec 002.wav", ChunkHeader("RIFF", 0) + "WAVE" + FormatChunk() + xml +
+                                                     ChunkHeader("data", 0xFFFFFFFF) + std::string(4008, 'x'));
+  ASSERT_TRUE(Analyse("rec 000.wav"));
+  EXPECT_EQ(Joined(m_log), "[WARNING] " + first +
+                               ": chunk \"data\": Data size 1000000 exceeds the 4000 bytes that the file holds, the "
+                               "samples end there\n[WARNING] " +
+                               second +
+                               ": chunk \"rcvr\": Size 16777217, at most 16777216 bytes and "
+                               "67108864 in all are read, ignored\n[WARNING] " +
+                               third +
+                               ": chunk \"data\": Data size 4294967295 was "
+                               "never made final, the samples are read to the file's end\n");
+  EXPECT_EQ(m_set.TotalBytes(), 12'012);
+}
+
 TEST_F(NumberedSet, BitsThatNoSampleHasAreTreatedAsMissing) {
   for (const char* bits : {"-1", "4294967312", "65", "1e3x"}) {
     Write("rec.wav", PlainWave(8000, XmlChunk(Attributes("rec.wav", std::string("BitsPerSample=\"") + bits + "\" "))));

@@ -7,6 +7,7 @@
 
 #include "input/input_fixture.h"
 #include "input/recording_set.h"
+#include "input/wave_file_reader.h"
 
 namespace carvello::test {
 namespace {
@@ -83,6 +84,15 @@ TEST_F(PosixNames, ANeighbourThatCannotBeReadIsAnErrorWhenItIsNamedLikeTheSet) {
   EXPECT_TRUE(set.bReadFailed);
   EXPECT_EQ(log[log.Size() - 1],
             "[ERROR] " + Path("Radio_17.WAV") + ": Too many levels of symbolic links; it could belong to the set");
+}
+
+TEST_F(PosixNames, AnInfoTextThatIsNoUtf8IsReadAsWindows1252) {
+  const std::string path = Write("a.wav", PlainWave(8, Chunk("LIST", "INFO" + InfoText("INAM", "J\xF6rg \x80\x81") +
+                                                                         InfoText("IART", "J\xC3\xB6rg"))));
+  SInfoTexts texts;
+  ASSERT_TRUE(ReadInfoTexts(path, texts));
+  EXPECT_EQ(texts.strINAM, "J\xC3\xB6rg \xE2\x82\xAC\xEF\xBF\xBD");
+  EXPECT_EQ(texts.strIART, "J\xC3\xB6rg");
 }
 
 TEST_F(PosixNames, ANeighboursNameCannotMoveATerminalsCursor) {

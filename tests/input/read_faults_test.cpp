@@ -182,10 +182,10 @@ TEST_F(ReadFaults, OfANumberedSetEndInTheSameDescriptionOrAnError) {
 
 TEST_F(ReadFaults, OfAChainedSetEndInTheSameDescriptionOrAnError) {
   const auto write = [this](const std::string& folder) {
-    for (unsigned minute = 0; minute < 3; ++minute) {
-      const SAuxi auxi{.start = {.nMinute = minute}, .stop = {.nMinute = minute + 1}};
-      Write(folder + "/radio_12" + std::to_string(minute) + ".wav",
-            SecondsOfWave(60, Chunk("elad", "x") + Chunk("auxi", AuxiBody(164, auxi))));
+    for (unsigned part = 0; part < 3; ++part) {
+      const SAuxi auxi{.start = {.nSecond = 3 * part}, .stop = {.nSecond = 3 * part + 3}};
+      Write(folder + "/radio_12" + std::to_string(part) + ".wav",
+            SecondsOfWave(3, Chunk("elad", "x") + Chunk("auxi", AuxiBody(164, auxi))));
     }
   };
   ExpectTheSameOrAnError(write, "radio_121.wav", 3);
@@ -193,8 +193,8 @@ TEST_F(ReadFaults, OfAChainedSetEndInTheSameDescriptionOrAnError) {
 
 TEST_F(ReadFaults, OfASetFoundByItsNamesEndInTheSameDescriptionOrAnError) {
   const auto write = [this](const std::string& folder) {
-    Write(folder + "/SDRSharp_20230415_120000Z_7050000Hz_IQ.wav", SecondsOfWave(60));
-    Write(folder + "/SDRSharp_20230415_120100Z_7050000Hz_IQ.wav", SecondsOfWave(30));
+    Write(folder + "/SDRSharp_20230415_120000Z_7050000Hz_IQ.wav", SecondsOfWave(3));
+    Write(folder + "/SDRSharp_20230415_120003Z_7050000Hz_IQ.wav", SecondsOfWave(2));
   };
   ExpectTheSameOrAnError(write, "SDRSharp_20230415_120000Z_7050000Hz_IQ.wav", 2);
 }

@@ -211,6 +211,13 @@ TEST_F(AnalysisWalk, AFileWithoutDataIsNoRecording) {
   EXPECT_EQ(m_result.strError, "no data chunk found");
 }
 
+TEST_F(AnalysisWalk, AWalkThatEndsBeforeTheSamplesSaysWhatEndedIt) {
+  EXPECT_FALSE(Scan(ChunkHeader("RIFF", 36) + "WAVE" + FormatChunk() + Chunk("data", "ABCD")));
+  EXPECT_EQ(m_result.strError, "the RIFF size, 36, ends the file before a data chunk");
+  EXPECT_FALSE(Scan(ChunkHeader("RIFF", 0) + "WAVE" + FormatChunk() + ChunkHeader("junk", 100) + "x"));
+  EXPECT_EQ(m_result.strError, "the file ends in chunk \"junk\", before a data chunk");
+}
+
 TEST_F(AnalysisWalk, FailuresNameTheChunkAndTheStep) {
   const std::string head = ChunkHeader("RIFF", 0xFFFFFFFF) + "WAVE";
   const std::vector<std::pair<std::string, std::string>> cases = {

@@ -111,6 +111,23 @@ TEST_F(SourceRecognition, TimesNeverWrittenIntoA68ByteBlockCountFrom1970) {
   EXPECT_EQ(Start(source), "1970-01-01 00:00:00");
 }
 
+TEST_F(SourceRecognition, AStartNeverWrittenIntoAnyBlockCountsFrom1970) {
+  // Zeros, and the first day of the calendar that such records are made from.
+  for (const SDate& date : {SDate{0, 0, 0, 0, 0, 0, 0}, SDate{1601, 1, 1, 0, 0, 0, 0}}) {
+    const auto bytes = [&](std::size_t size) {
+      const SAuxi auxi{.start = date, .stop = date};
+      return SecondsOfWave(5, Chunk("auxi", size == 28 ? ShortAuxiBody(auxi) : AuxiBody(size, auxi)));
+    };
+    for (const std::size_t size : {28u, 44u, 68u, 72u, 164u}) {
+      const RecordingSourceInfo& source = Recognise("a.wav", bytes(size));
+      EXPECT_EQ(Start(source), "1970-01-01 00:00:00") << size;
+      EXPECT_TRUE(source.bNoStart) << size;
+      EXPECT_EQ(source.strNote, "start time of the auxi chunk was never written, 1970-01-01 taken") << size;
+      EXPECT_EQ(source.nCentreFrequency, 7'050'000) << size;
+    }
+  }
+}
+
 TEST_F(SourceRecognition, A164ByteBlockIsWinradWithAFixedClock) {
   const SAuxi auxi{.start = kTwoOClock, .stop = {.nHour = 15}, .nADFrequency = 1, .nIFFrequency = 455'000};
   const RecordingSourceInfo& source = Recognise("a.wav", SecondsOfWave(5, Chunk("auxi", AuxiBody(164, auxi))));
@@ -254,8 +271,32 @@ TEST_F(SourceRecognition, SignalTimesOfLessPrecisionAreRead) {
   EXPECT_EQ(start("2026-11-16"), "2026-11-16 00:00:00");
 }
 
+TEST_F(SourceRecognition, SignalTimesOfOtherFormsAreRead) {
+  for (const char* text : {"2023/04/15 19:45:10", "2023.04.15 19:45:10", "15.04.2023 19:45:10", "15.4.2023 19:45:10.5",
+                           "15 Apr 2023 19:45:10", "15-april-2023 7:45:10 PM", "April 15, 2023 19:45:10",
+                           "2023-4-15T19:45:10Z", "2023/04/15T19:45:10.123Z"}) {
+    const RecordingSourceInfo& source =
+        Recognise("a.wav", SecondsOfWave(5, Chunk("meta", SignalInfoBody("complex", text))));
+    EXPECT_EQ(Start(source), "2023-04-15 19:45:10") << text;
+    EXPECT_EQ(source.strNote, "") << text;
+  }
+  EXPECT_EQ(Start(Recognise("a.wav", SecondsOfWave(5, Chunk("meta", SignalInfoBody("complex", "1.5.2023 12:07 AM"))))),
+            "2023-05-01 00:07:00");
+}
+
+TEST_F(SourceRecognition, NumbersMayHaveAPlusSign) {
+  std::string meta = SignalInfoBody("complex", "2023-04-15");
+  const std::size_t frequency = meta.find("<rf_frequency>") + 14;
+  meta.insert(frequency, "+");
+  EXPECT_EQ(Recognise("a.wav", SecondsOfWave(5, Chunk("meta", meta))).nCentreFrequency, 7'050'000);
+  EXPECT_EQ(Recognise("rec_+7050khz.wav", SecondsOfWave(5)).nCentreFrequency, 7'050'000);
+  EXPECT_EQ(Recognise("g-+7.050mhz_23-04-17_19'45'10.ddc", SecondsOfWave(5)).nCentreFrequency, 7'050'000);
+}
+
 TEST_F(SourceRecognition, ASignalTimeThatIsNoDateAtAllIsDateZero) {
-  for (const char* text : {"", "yesterday", "2026-11", "2026-11-16T00:44:40+01:00"}) {
+  for (const char* text :
+       {"", "yesterday", "2026-11", "2026-11-16T00:44:40+01:00", "04/05/2023 19:45:10", "15 Foo 2023", "15.04.2023 25",
+        "2023-04/15", "15.04.2023 19:45:10 XM", "15.04.2023 13:00 PM"}) {
     const RecordingSourceInfo& source =
         Recognise("a.wav", SecondsOfWave(5, Chunk("meta", SignalInfoBody("complex", text))));
     EXPECT_EQ(source.strSourceName, "go2MONITOR") << text;
