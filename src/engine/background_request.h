@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "engine/block_pool.h"
@@ -18,7 +19,7 @@ inline constexpr std::uint32_t kSynchronise = 101;  // nothing is done; marks a 
 inline constexpr std::uint32_t kSetPriority = 102;  // nParam1: priority
 // The reader.
 inline constexpr std::uint32_t kStartJob = 201;  // strParam: first file, llParam1: frames to skip, llParam2: bytes
-inline constexpr std::uint32_t kStopJob = 202;
+inline constexpr std::uint32_t kStopJob = 202;  // nParam1: 1 when the job ends by itself, 0 for the user's wish
 inline constexpr std::uint32_t kReadBlock = 203;
 inline constexpr std::uint32_t kHandOnBlock = 204;    // nParam1: frames in the block buffer
 inline constexpr std::uint32_t kCreateWriters = 205;  // nParam1: how many
@@ -26,15 +27,15 @@ inline constexpr std::uint32_t kGiveEntry = 206;      // nParam1: writer, pEntry
 inline constexpr std::uint32_t kWriterFinished = 207;
 // A writer.
 inline constexpr std::uint32_t kStartEntry = 201;  // pEntry
-inline constexpr std::uint32_t kDataBlock = 202;   // block, nParam2: frames in it
+inline constexpr std::uint32_t kDataBlock = 202;  // block, nParam1: 1 when a stretch ends with it, nParam2: frames in it
 inline constexpr std::uint32_t kCloseOutput = 203;
 inline constexpr std::uint32_t kInputSkipped = 204;  // llParam1: frames skipped
 }  // namespace request
 
 class CBackgroundRequest {
  public:
-  // Back to an empty request for its next use; a block still held is freed.
-  void Reset();
+  // Back to an empty request for its next use; a block still held is let go.
+  void Reset() noexcept;
 
   CBackgroundThreadBase* pOwner = nullptr;
   bool bCancelled = false;  // taken off the queue without being handled
@@ -46,6 +47,32 @@ class CBackgroundRequest {
   std::string strParam;
   const OutputEntry* pEntry = nullptr;  // not owned
   SharedBlock block;
+
+ private:
+  friend class CRequestQueue;
+  CBackgroundRequest* m_pNext = nullptr;
+};
+
+// Requests one after the other. They are linked through themselves, so that a queue never needs memory of its own.
+class CRequestQueue {
+ public:
+  using RequestPtr = std::unique_ptr<CBackgroundRequest>;
+
+  CRequestQueue() = default;
+  ~CRequestQueue() { Clear(); }
+  CRequestQueue(const CRequestQueue&) = delete;
+  CRequestQueue& operator=(const CRequestQueue&) = delete;
+
+  std::uint32_t Size() const noexcept { return m_nSize; }
+  void Push(RequestPtr request) noexcept;  // at the end
+  RequestPtr Pop() noexcept;               // the first; nothing when the queue is empty
+  void Clear() noexcept;
+  void Swap(CRequestQueue& other) noexcept;
+
+ private:
+  CBackgroundRequest* m_pFirst = nullptr;
+  CBackgroundRequest* m_pLast = nullptr;
+  std::uint32_t m_nSize = 0;
 };
 
 }  // namespace carvello

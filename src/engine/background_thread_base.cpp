@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdarg>
+#include <exception>
+#include <new>
 #include <thread>
 
 #include "support/platform.h"
@@ -13,7 +15,7 @@ namespace carvello {
 namespace {
 
 constexpr int kLowestPriority = -2;
-constexpr std::size_t kMaxFreeRequests = 100;
+constexpr std::uint32_t kMaxFreeRequests = 100;
 // How often an idle worker looks again, a millisecond apart, before it sleeps until it is woken.
 constexpr int kIdleLooks = 100;
 constexpr std::chrono::milliseconds kIdlePause{1};
@@ -70,11 +72,8 @@ CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::TakeRequest(std::uint32
   RequestPtr request;
   {
     const std::lock_guard guard(m_freeLock);
-    if (!m_free.empty()) {
-      request = std::move(m_free.back());
-      m_free.pop_back();
-      m_nFreeCount = static_cast<std::uint32_t>(m_free.size());
-    }
+    request = m_free.Pop();
+    m_nFreeCount = m_free.Size();
   }
   if (!request) request = std::make_unique<CBackgroundRequest>();
   request->Reset();
@@ -83,13 +82,14 @@ CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::TakeRequest(std::uint32
   return request;
 }
 
-void CBackgroundThreadBase::Post(RequestPtr request) {
+void CBackgroundThreadBase::Post(RequestPtr request) noexcept {
   bool wasEmpty = false;
   {
     const std::lock_guard guard(m_queueLock);
-    wasEmpty = m_queue.empty();
-    m_queue.push_back(std::move(request));
-    m_nQueued = static_cast<std::uint32_t>(m_queue.size());
+    wasEmpty = m_queue.Size() == 0;
+    m_queue.Push(std::move(request));
+    ++m_nPosted;
+    m_nQueued = m_queue.Size();
     m_nQueuedMax = std::max(m_nQueuedMax.load(), m_nQueued.load());
   }
   // A worker with requests left is not asleep, so it needs no waking.
@@ -102,33 +102,36 @@ void CBackgroundThreadBase::Post(std::uint32_t code, std::int32_t param1) {
   Post(std::move(request));
 }
 
-void CBackgroundThreadBase::WaitIdle() {
+void CBackgroundThreadBase::WaitIdle() noexcept {
   if (!m_bStarted) return;
-  Post(request::kSynchronise);
-  while (m_nQueued != 0 && IsThreadRunning()) std::this_thread::sleep_for(kIdlePause);
+  // By number, where a marker in the queue would do as well: a marker could find no memory.
+  const std::uint64_t posted = m_nPosted;
+  while (m_nHandled < posted && IsThreadRunning()) std::this_thread::sleep_for(kIdlePause);
 }
 
-CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::NextRequest(std::uint32_t& remaining) {
+CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::NextRequest(std::uint32_t& remaining) noexcept {
   const std::lock_guard guard(m_queueLock);
-  if (m_queue.empty()) return nullptr;
-  RequestPtr request = std::move(m_queue.front());
-  m_queue.pop_front();
-  remaining = static_cast<std::uint32_t>(m_queue.size());
+  RequestPtr request = m_queue.Pop();
+  remaining = m_queue.Size();
   m_nQueued = remaining;
   return request;
 }
 
-void CBackgroundThreadBase::Recycle(RequestPtr request) {
+void CBackgroundThreadBase::Recycle(RequestPtr request) noexcept {
   request->Reset();
-  std::vector<RequestPtr> surplus;  // freed after the lock is gone
+  CRequestQueue surplus;  // freed after the lock is gone
   const std::lock_guard guard(m_freeLock);
-  m_free.push_back(std::move(request));
-  if (m_free.size() >= kMaxFreeRequests) surplus.swap(m_free);
-  m_nFreeCount = static_cast<std::uint32_t>(m_free.size());
+  m_free.Push(std::move(request));
+  if (m_free.Size() >= kMaxFreeRequests) surplus.Swap(m_free);
+  m_nFreeCount = m_free.Size();
 }
 
-void CBackgroundThreadBase::OnThreadStart() {
-  platform::SetCurrentThreadName(m_strName);
+void CBackgroundThreadBase::OnThreadStart() noexcept {
+  try {
+    platform::SetCurrentThreadName(m_strName);
+  } catch (const std::exception&) {
+    // Without memory the thread has no name. It works all the same.
+  }
   // Lowest until the worker's own priority is set; left out where the way back up is barred.
   if (platform::CanRaiseThreadPriority()) platform::SetCurrentThreadPriority(kLowestPriority);
   const int priority = m_nPriority;
@@ -146,7 +149,7 @@ void CBackgroundThreadBase::ChangePriority(int priority) {
   Log("Setting priority to '%s' (%d)", PriorityName(priority).c_str(), priority);
 }
 
-void CBackgroundThreadBase::ProcessQueue() {
+void CBackgroundThreadBase::ProcessQueue() noexcept {
   for (int idle = 0; !StopRequested();) {
     std::uint32_t remaining = 0;
     RequestPtr request = NextRequest(remaining);
@@ -155,20 +158,29 @@ void CBackgroundThreadBase::ProcessQueue() {
       WaitForWake(kIdlePause);
       continue;
     }
-    if (!request->bCancelled) {
-      switch (request->nCode) {
-        case request::kSynchronise:
-          break;
-        case request::kSetPriority:
-          ChangePriority(request->nParam1);
-          break;
-        default:
-          HandleRequest(*request, remaining);
-          break;
-      }
-    }
+    if (!request->bCancelled) Handle(*request, remaining);
     Recycle(std::move(request));
+    ++m_nHandled;
     idle = 0;
+  }
+}
+
+void CBackgroundThreadBase::Handle(CBackgroundRequest& request, std::uint32_t remaining) noexcept {
+  switch (request.nCode) {
+    case request::kSynchronise:
+      return;
+    case request::kSetPriority:
+      ChangePriority(request.nParam1);
+      return;
+    default:
+      break;
+  }
+  try {
+    HandleRequest(request, remaining);
+  } catch (const std::bad_alloc&) {
+    OnException(request, kNotEnoughMemory);
+  } catch (const std::exception& error) {
+    OnException(request, error.what());
   }
 }
 
@@ -177,11 +189,18 @@ CMyStringArray CBackgroundThreadBase::History() const {
   return m_history;
 }
 
-void CBackgroundThreadBase::Log(const char* format, ...) {
+void CBackgroundThreadBase::Log(const char* format, ...) noexcept {
   va_list arguments;
   va_start(arguments, format);
-  std::string text = TrimRight(FormatV(format, arguments));
+  try {
+    LogLine(TrimRight(FormatV(format, arguments)));
+  } catch (const std::exception&) {
+    // A line for which there is no memory is no reason to lose samples.
+  }
   va_end(arguments);
+}
+
+void CBackgroundThreadBase::LogLine(const std::string& text) {
   if (text.empty() && m_strLastLine.empty()) return;
 
   if (m_bDebugOutput) platform::DebugOutput(Format("%s: %s", m_strName.c_str(), text.c_str()));
@@ -198,17 +217,21 @@ void CBackgroundThreadBase::Log(const char* format, ...) {
     const std::lock_guard guard(m_historyLock);
     m_history.Add(std::move(line));
   }
-  m_strLastLine = std::move(text);
+  m_strLastLine = text;
 }
 
-void CBackgroundThreadBase::DebugLog(const char* format, ...) const {
+void CBackgroundThreadBase::DebugLog(const char* format, ...) const noexcept {
   va_list arguments;
   va_start(arguments, format);
-  const std::string text = FormatV(format, arguments);
+  try {
+    const std::string text = FormatV(format, arguments);
+    const std::string stamp =
+        Format("Halvarn @ %s.%03u", FormatLocal("%H:%M:%S", CurrentTime()).c_str(), CurrentMilliseconds());
+    platform::DebugOutput(Format("%s: %s> %s", stamp.c_str(), m_strName.c_str(), text.c_str()));
+  } catch (const std::exception&) {
+    // As in Log.
+  }
   va_end(arguments);
-  const std::string stamp =
-      Format("Halvarn @ %s.%03u", FormatLocal("%H:%M:%S", CurrentTime()).c_str(), CurrentMilliseconds());
-  platform::DebugOutput(Format("%s: %s> %s", stamp.c_str(), m_strName.c_str(), text.c_str()));
 }
 
 }  // namespace carvello

@@ -3,12 +3,9 @@
 
 #include <atomic>
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <memory>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "engine/background_request.h"
 #include "engine/message_target.h"
@@ -18,12 +15,16 @@
 
 namespace carvello {
 
+// Why something failed for which there was no memory; itself it needs none.
+inline constexpr const char* kNotEnoughMemory = "Not enough memory";
+
 // Anybody may post; only the worker's own thread removes and handles. Three locks (queue, free list, history), never
-// two at once. The owner stops the worker before it destroys it.
+// two at once. The owner stops the worker before it destroys it. Once a request is at hand, posting, handling and
+// recycling it need no memory, and a line of the log for which there is none is dropped.
 class CBackgroundThreadBase : public CThinThread {
  public:
   using LogCallback = std::function<void(const std::string& worker, const std::string& text, int)>;
-  using RequestPtr = std::unique_ptr<CBackgroundRequest>;
+  using RequestPtr = CRequestQueue::RequestPtr;
 
   // Before the thread is started: who hears the log lines, the worker's name and the priority it runs at.
   void SetTarget(IMessageTarget* target, std::uint32_t logMessage);
@@ -43,10 +44,10 @@ class CBackgroundThreadBase : public CThinThread {
 
   // An empty request of this worker's, recycled where one is left over. Fill it and post it.
   RequestPtr TakeRequest(std::uint32_t code);
-  void Post(RequestPtr request);
+  void Post(RequestPtr request) noexcept;
   void Post(std::uint32_t code, std::int32_t param1 = 0);
   // Waits until everything posted so far has been handled; returns at once when the thread does not run.
-  void WaitIdle();
+  void WaitIdle() noexcept;
 
   std::uint32_t Queued() const { return m_nQueued; }
   std::uint32_t QueuedMax() const { return m_nQueuedMax; }
@@ -56,19 +57,23 @@ class CBackgroundThreadBase : public CThinThread {
   CMyStringArray History() const;
 
   // A line for the log: trailing white space is cut, and a second blank line in a row is dropped. Worker's thread only.
-  void Log(const char* format, ...) CARVELLO_PRINTF(2, 3);
+  void Log(const char* format, ...) noexcept CARVELLO_PRINTF(2, 3);
   // A line for the debugger alone.
-  void DebugLog(const char* format, ...) const CARVELLO_PRINTF(2, 3);
+  void DebugLog(const char* format, ...) const noexcept CARVELLO_PRINTF(2, 3);
 
  protected:
-  void OnThreadStart() override;
-  void ProcessQueue() final;
+  void OnThreadStart() noexcept override;
+  void ProcessQueue() noexcept final;
   // `remaining`: requests still queued behind this one.
   virtual void HandleRequest(CBackgroundRequest& request, std::uint32_t remaining) = 0;
+  // HandleRequest was left by an exception: of exhausted memory, or of an impossible time.
+  virtual void OnException(const CBackgroundRequest& /*request*/, const char* /*reason*/) noexcept {}
 
  private:
-  RequestPtr NextRequest(std::uint32_t& remaining);
-  void Recycle(RequestPtr request);
+  RequestPtr NextRequest(std::uint32_t& remaining) noexcept;
+  void Handle(CBackgroundRequest& request, std::uint32_t remaining) noexcept;
+  void Recycle(RequestPtr request) noexcept;
+  void LogLine(const std::string& text);
   void ChangePriority(int priority);
 
   IMessageTarget* m_pTarget = nullptr;
@@ -89,9 +94,11 @@ class CBackgroundThreadBase : public CThinThread {
   mutable std::mutex m_historyLock;
   CMyStringArray m_history;
   std::mutex m_queueLock;
-  std::deque<RequestPtr> m_queue;
+  CRequestQueue m_queue;
+  std::atomic<std::uint64_t> m_nPosted = 0;   // requests ever posted; written under m_queueLock
+  std::atomic<std::uint64_t> m_nHandled = 0;  // requests ever handled or dropped; the worker's thread only
   std::mutex m_freeLock;
-  std::vector<RequestPtr> m_free;
+  CRequestQueue m_free;
 };
 
 // The name of a thread priority as log lines show it: 2 "Highest", 1 "Above normal", 0 "Normal", ...

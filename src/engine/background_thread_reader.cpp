@@ -4,8 +4,10 @@
 #include <chrono>
 #include <exception>
 #include <new>
+#include <utility>
 #include <thread>
 
+#include "input/format_chunk.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -20,6 +22,8 @@ constexpr int kWriterPriority = -2;
 constexpr std::chrono::milliseconds kBusyPause{1};
 constexpr std::chrono::milliseconds kClosePause{10};
 constexpr std::size_t kFileLogGrowth = 1000;
+constexpr std::size_t kErrorRoom = 6'000;       // characters of a long reason
+constexpr std::int32_t kByItself = 1;           // parameter of a request to stop
 constexpr double kMega = 1 << 20;
 constexpr double kGiga = 1 << 30;
 
@@ -32,7 +36,9 @@ std::int64_t WallMilliseconds() {
 
 CBackgroundThreadReader::~CBackgroundThreadReader() {
   Stop();
-  for (const auto& writer : m_writers) writer->Stop();
+  for (const auto& writer : m_writers) {
+    if (writer) writer->Stop();
+  }
 }
 
 void CBackgroundThreadReader::SetProgressTarget(IMessageTarget* target, std::uint32_t progressMessage) {
@@ -40,9 +46,50 @@ void CBackgroundThreadReader::SetProgressTarget(IMessageTarget* target, std::uin
   m_nProgressMessage = progressMessage;
 }
 
-void CBackgroundThreadReader::SetInput(std::vector<std::string> files, bool floatScale) {
+void CBackgroundThreadReader::SetInput(std::vector<SRecordingFile> files, const WAVEFORMATEXTENSIBLE& format,
+                                       bool floatScale) {
   m_files = std::move(files);
-  m_file.SetFloatScale(floatScale);
+  m_nFrameBytes = FrameBytes(format.Format);
+  m_file.Describe(format, floatScale);
+}
+
+void CBackgroundThreadReader::SetOutputs(const std::vector<const OutputEntry*>& entries) {
+  m_accounts.clear();
+  for (const OutputEntry* entry : entries) m_accounts.push_back(std::make_unique<COutputAccount>(*entry));
+  m_results.clear();
+  m_results.resize(entries.size());
+  m_strInputError.clear();
+  m_strInputError.reserve(kErrorRoom);
+  m_pStopRequest = TakeRequest(request::kStopJob);
+  m_bStopped = false;
+  m_bAccountsOpen = true;
+
+  m_llFirstFrame = entries.empty() ? 0 : entries.front()->nStartSample;
+  for (const OutputEntry* entry : entries) m_llFirstFrame = std::min(m_llFirstFrame, entry->nStartSample);
+  std::int64_t inputFrames = 0;
+  std::int64_t late = 0;
+  for (const SRecordingFile& file : m_files) {
+    // Where a file begins with the first frame wanted, nothing is sought in it and the writers are not told of the files
+    // before: they skip as much once more. See FindFirstFile and StartJob.
+    if (inputFrames > 0 && inputFrames == m_llFirstFrame) late = m_llFirstFrame;
+    inputFrames += FramesIn(file);
+  }
+  for (const auto& account : m_accounts) account->Open(inputFrames, late);
+}
+
+std::int64_t CBackgroundThreadReader::FramesIn(const SRecordingFile& file) const {
+  return m_nFrameBytes == 0 ? 0 : file.nSampleBytes / m_nFrameBytes;
+}
+
+void CBackgroundThreadReader::PostStop() noexcept {
+  if (m_pStopRequest) Post(std::move(m_pStopRequest));
+}
+
+std::vector<SEntryState> CBackgroundThreadReader::EntryStates() const {
+  std::vector<SEntryState> states;
+  states.reserve(m_accounts.size());
+  for (const auto& account : m_accounts) states.push_back(account->State());
+  return states;
 }
 
 void CBackgroundThreadReader::HandleRequest(CBackgroundRequest& request, std::uint32_t /*remaining*/) {
@@ -52,7 +99,7 @@ void CBackgroundThreadReader::HandleRequest(CBackgroundRequest& request, std::ui
       if (m_bRunning) Post(request::kReadBlock);
       break;
     case request::kStopJob:
-      StopJob();
+      StopJob(request.nParam1 != kByItself);
       break;
     case request::kReadBlock:
       ReadBlock();
@@ -74,55 +121,91 @@ void CBackgroundThreadReader::HandleRequest(CBackgroundRequest& request, std::ui
   }
 }
 
-void CBackgroundThreadReader::CreateWriters(std::int32_t count) {
-  CloseWriters();
-  m_results.clear();
-  for (std::int32_t i = 0; i < count; ++i) {
-    auto writer = std::make_unique<CBackgroundThreadWriter>(m_dsp, *this, m_blockDone);
-    writer->SetName(Format("Writer [%d]", i));
-    ShareLogWith(*writer);
-    if (!m_writers.empty()) m_writers.back()->SetNext(writer.get());
-    m_writers.push_back(std::move(writer));
+// Exhausted memory: the entry that it hit fails, or else the job ends with what there is. Either way it ends.
+void CBackgroundThreadReader::OnException(const CBackgroundRequest& request, const char* reason) noexcept {
+  if (request.nCode == request::kCreateWriters) {
+    for (const auto& account : m_accounts) account->Fail(reason);
+  } else if (request.nCode == request::kGiveEntry) {
+    EntryFails(static_cast<std::size_t>(request.nParam1), reason);
+  } else {
+    InputFails(reason);
+    if (m_bRunning) {
+      StopJob(false);
+    } else {
+      CloseFile();
+      CloseWriters();
+    }
   }
+}
+
+void CBackgroundThreadReader::CreateWriters(std::int32_t count) {
   m_nActiveWriters = count;
+  m_writers.clear();
+  m_writers.resize(static_cast<std::size_t>(count));
+  m_givenOut.clear();
+  m_givenOut.resize(m_writers.size());
+  for (std::size_t i = 0; i < m_writers.size(); ++i) {
+    try {
+      auto writer = std::make_unique<CBackgroundThreadWriter>(m_dsp, *this, m_blockDone, *m_accounts[i]);
+      writer->SetName(Format("Writer [%d]", static_cast<int>(i)));
+      writer->SetSaveInterval(m_saveInterval);
+      ShareLogWith(*writer);
+      m_writers[i] = std::move(writer);
+    } catch (const std::bad_alloc&) {
+      m_accounts[i]->Fail(kNotEnoughMemory);
+    }
+  }
 }
 
+// The writer begins on its own thread, so that all of them design their filters side by side.
 void CBackgroundThreadReader::GiveEntry(std::int32_t writer, const OutputEntry& entry) {
-  CBackgroundThreadWriter& target = *m_writers[static_cast<std::size_t>(writer)];
+  const auto index = static_cast<std::size_t>(writer);
+  if (m_accounts[index]->HasFailed()) {
+    EntryFails(index, {});
+    return;
+  }
+  CBackgroundThreadWriter& target = *m_writers[index];
   RequestPtr request = target.TakeRequest(request::kStartEntry);
+  RequestPtr priority = target.TakeRequest(request::kSetPriority);
   request->pEntry = &entry;
+  priority->nParam1 = kWriterPriority;
   target.Post(std::move(request));
-  target.SetEntry(entry);
-  target.Start();
-  if (target.Priority() != kWriterPriority) target.Post(request::kSetPriority, kWriterPriority);
-  target.WaitIdle();
+  if (!target.Start()) {
+    EntryFails(index, "A thread could not be started");
+    return;
+  }
+  if (target.Priority() != kWriterPriority) target.Post(std::move(priority));
 }
 
-void CBackgroundThreadReader::WriterFinished() {
+// An entry that no thread works on; it may have failed before.
+void CBackgroundThreadReader::EntryFails(std::size_t entry, std::string_view reason) noexcept {
+  COutputAccount& account = *m_accounts[entry];
+  account.Fail(reason);
+  Log("[ERROR] %s: %s", account.Entry().strFileName.c_str(), account.Reason().c_str());
+  WriterFinished();
+}
+
+void CBackgroundThreadReader::WriterFinished() noexcept {
+  if (m_nActiveWriters == 0) return;
   --m_nActiveWriters;
   Log("%d active writers", m_nActiveWriters);
 }
 
 void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
-  m_strFirstFile = request.strParam;
-  m_llSeek = request.llParam1;
-  m_llTotalBytes = request.llParam2;
-  Log("Start, file = %s", m_strFirstFile.c_str());
   m_nFile = 0;
   m_llBytesRead = 0;
   m_nReads = 0;
   m_nProgress = 0;
-  m_nBlocksHandedOn = 0;
-  m_bBlockWaits = m_bInputEnded = false;
-  m_strInputError.clear();
+  m_nStretchFrames = 0;
+  m_bBlockWaits = m_bInputEnded = m_bStretchEnds = false;
+  m_strFirstFile = request.strParam;
+  m_llSeek = request.llParam1;
+  m_llTotalBytes = request.llParam2;
+  Log("Start, file = %s", m_strFirstFile.c_str());
   m_file.Log().Clear(kFileLogGrowth);
-  // A writer without its thread would hold up the chain for ever.
-  const bool allRun =
-      std::all_of(m_writers.begin(), m_writers.end(), [](const auto& w) { return w->IsThreadRunning(); });
-  if (!allRun) InputFails("A thread could not be started");
 
   std::int64_t remaining = m_llSeek;
-  if (!allRun || !FindFirstFile(remaining)) {
+  if (!FindFirstFile(remaining)) {
     ReplayFileLog();
     CloseWriters();
     return;
@@ -131,15 +214,24 @@ void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
   // A skip that ends exactly at a file's start is deliberately neither sought nor told: the writers keep their full
   // start offsets then.
   if (remaining > 0) {
-    m_file.SkipFrames(remaining);
     const long long samples = remaining;
     const long long bytes = samples * m_file.BytesPerFrame();
     Log("Seek %lld samples (%lld bytes)", samples, bytes);
+    if (!m_file.SkipFrames(remaining)) {
+      InputFails(m_file.Problem());
+      CloseFile();
+      CloseWriters();
+      return;
+    }
     for (const auto& writer : m_writers) {
+      if (!writer) continue;
       RequestPtr skipped = writer->TakeRequest(request::kInputSkipped);
       skipped->llParam1 = m_llSeek;
       writer->Post(std::move(skipped));
     }
+  } else if (m_llSeek > 0) {
+    Log("[WARNING] The first entry begins with the first frame of %s: all entries of this job begin %lld frames later",
+        m_files[m_nFile].strPath.c_str(), static_cast<long long>(m_llSeek));
   }
   m_nCpuStart = platform::ProcessCpuMilliseconds();
   m_nWallStart = WallMilliseconds();
@@ -147,30 +239,18 @@ void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
 }
 
 // Opens the file at m_nFile and leaves it at its first sample. On failure the reason is kept and the file is closed.
-bool CBackgroundThreadReader::OpenFile(std::int64_t& dataSize) {
-  const std::string& name = m_files[m_nFile];
-  WAVEFORMATEXTENSIBLE format;
-  if (!m_file.Open(name)) {
-    InputFails(Format("%s: cannot be opened", name.c_str()));
-    return false;
-  }
-  if (!m_file.ParseWave(format, dataSize)) {
-    InputFails(Format("%s: no samples could be found in it", name.c_str()));
-  } else if (!CanConvert(format)) {
-    InputFails(Format("%s: %s", name.c_str(), UnsupportedFormatText(format).c_str()));
-  } else {
-    return true;
-  }
-  m_file.Close();
+bool CBackgroundThreadReader::OpenFile() {
+  if (m_file.Open(m_files[m_nFile])) return true;
+  InputFails(m_file.Problem());
   return false;
 }
 
-// Skips whole files until the one that holds the first frame wanted; `remaining` becomes the frames to skip in it.
+// Skips whole files until the one that holds the first frame wanted; `remaining` becomes the frames to skip in it. The
+// files that are passed over are opened too: what they hold decides where the others stand in the recording.
 bool CBackgroundThreadReader::FindFirstFile(std::int64_t& remaining) {
   for (m_nFile = 0; m_nFile < m_files.size(); ++m_nFile) {
-    std::int64_t dataSize = 0;
-    if (!OpenFile(dataSize)) return false;
-    const std::int64_t frames = dataSize / m_file.BytesPerFrame();
+    if (!OpenFile()) return false;
+    const std::int64_t frames = m_file.Frames();
     // The first file's name whatever the index: it names the recording, the index its part.
     Log("Opening [%d] %s", static_cast<int>(m_nFile), m_strFirstFile.c_str());
     if (remaining < frames || remaining < 1) return true;
@@ -185,76 +265,90 @@ void CBackgroundThreadReader::ReadBlock() {
   if (!m_bRunning || m_bInputEnded) return;
   if (m_nActiveWriters == 0) {
     Log("Stopping (read request)");
-    Post(request::kStopJob);
+    PostEnd();
     return;
   }
-  std::uint32_t frames = 0;
-  try {
-    m_pBlock = m_blocks.Take();
-    if (!m_pBlock) throw std::bad_alloc();
-    frames = m_blockReader.ReadBlock(m_file, m_pBlock.get());
-  } catch (const std::bad_alloc&) {
-    InputFails("Not enough memory");
-    Post(request::kStopJob);
-    return;
-  }
+  m_pBlock = m_blocks.Take();
+  if (!m_pBlock) throw std::bad_alloc();
+  const std::uint32_t frames = m_file.ReadBlock(m_pBlock.get());
   m_llBytesRead += static_cast<std::int64_t>(frames) * m_file.BytesPerFrame();
-  if (m_pProgressTarget != nullptr && m_llTotalBytes > 0) {
-    const std::int64_t done = (m_llSeek * m_file.BytesPerFrame() + m_llBytesRead);
-    const double share = static_cast<double>(done) / static_cast<double>(m_llTotalBytes);
-    const auto progress = static_cast<std::uint64_t>(std::clamp(share, 0.0, 1.0) * kProgressTotal);
-    if (progress != m_nProgress) m_pProgressTarget->PostNumbers(m_nProgressMessage, kProgressTotal, progress);
-    m_nProgress = progress;
-  }
+  TellProgressOfReading();
   if (m_nReads < 0) Log("Read, %u of %u samples", frames, kBlockFrames);
   m_nReads = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nReads) + 1);
 
+  // What was read in front of a hole is good. Behind it nothing is: not of this file, nor of the next.
+  const bool hole = !m_file.Problem().empty();
+  if (hole) InputFails(m_file.Problem());
+  const bool fileEnds = hole || m_file.AtEnd();
+  m_nStretchFrames += frames;
+  m_bStretchEnds = fileEnds || m_nStretchFrames == kStretchFrames;
+  if (m_bStretchEnds) m_nStretchFrames = 0;
+
   if (frames > 0) HandOnBlock(static_cast<std::int32_t>(frames));
-  if (frames < kBlockFrames) EndOfFile(frames > 0);
+  if (hole) {
+    m_bInputEnded = true;
+    if (!m_bBlockWaits) PostEnd();
+  } else if (fileEnds) {
+    EndOfFile(frames > 0);
+  }
+}
+
+void CBackgroundThreadReader::TellProgressOfReading() noexcept {
+  if (m_llTotalBytes <= 0) return;
+  const std::int64_t done = m_llSeek * m_file.BytesPerFrame() + m_llBytesRead;
+  const double share = static_cast<double>(done) / static_cast<double>(m_llTotalBytes);
+  const auto progress = static_cast<std::uint64_t>(std::clamp(share, 0.0, 1.0) * kProgressTotal);
+  if (progress != m_nProgress) TellProgress(progress);
+  m_nProgress = progress;
+}
+
+void CBackgroundThreadReader::TellProgress(std::uint64_t progress) noexcept {
+  if (m_pProgressTarget == nullptr) return;
+  try {
+    m_pProgressTarget->PostNumbers(m_nProgressMessage, kProgressTotal, progress);
+  } catch (const std::exception&) {
+    // Without memory the user is not told how far it is; the job goes on.
+  }
 }
 
 // Goes on with the next file, or ends the job. A block that still waits in the buffer is handed on first.
 void CBackgroundThreadReader::EndOfFile(bool blockRead) {
-  if (m_file.DataBytesRead() < m_file.DataBytesTotal() - (m_file.BytesPerFrame() - 1)) {
-    InputFails(Format("%s: reading stopped at byte %lld of its %lld sample bytes", m_file.FileName().c_str(),
-                      static_cast<long long>(m_file.DataBytesRead()), static_cast<long long>(m_file.DataBytesTotal())));
-  }
   const bool more = m_nFile + 1 < m_files.size() && OpenNextFile();
   if (more) {
-    // A file that ended with its last full block brought nothing to hand on, so nothing asks for the next block yet.
+    // A file without a whole frame brought nothing to hand on, so nothing asks for the next block yet.
     if (!blockRead) Post(request::kReadBlock);
     return;
   }
   m_bInputEnded = true;
-  if (!m_bBlockWaits) Post(request::kStopJob);
+  if (!m_bBlockWaits) PostEnd();
 }
 
 bool CBackgroundThreadReader::OpenNextFile() {
   m_file.Close();
   ReplayFileLog();
   ++m_nFile;
-  Log("Opening [%d] %s", static_cast<int>(m_nFile), m_files[m_nFile].c_str());
-  std::int64_t dataSize = 0;
-  if (!OpenFile(dataSize)) {
+  Log("Opening [%d] %s", static_cast<int>(m_nFile), m_files[m_nFile].strPath.c_str());
+  if (!OpenFile()) {
     ReplayFileLog();
     Log("Failed");
     return false;
   }
-  LogSize(dataSize);
+  LogSize(m_files[m_nFile].nSampleBytes);
   return true;
 }
 
 bool CBackgroundThreadReader::AnyWriterBusy() const {
-  return std::any_of(m_writers.begin(), m_writers.end(), [this](const auto& writer) {
-    // The queue's length alone would let a slow writer at the chain's end collect the blocks of all queues before it.
-    return writer->Queued() >= kMaxQueued || m_nBlocksHandedOn - writer->BlocksDone() >= kMaxBlocksAhead;
+  return std::any_of(m_writers.begin(), m_writers.end(), [](const auto& writer) {
+    if (!writer || writer->IsFinished() || !writer->IsThreadRunning()) return false;
+    // The queue alone does not hold the block that is being worked on.
+    return writer->Queued() >= kMaxQueued || writer->BlocksAhead() >= kMaxBlocksAhead;
   });
 }
 
 void CBackgroundThreadReader::HandOnBlock(std::int32_t frames) {
   if (m_nActiveWriters == 0) {
     Log("Stopping (forwarding)");
-    Post(request::kStopJob);
+    PostEnd();
     return;
   }
   m_bBlockWaits = AnyWriterBusy();
@@ -265,57 +359,86 @@ void CBackgroundThreadReader::HandOnBlock(std::int32_t frames) {
     Post(request::kHandOnBlock, frames);
     return;
   }
-  CBackgroundThreadWriter::HandOn(*m_writers.front(), std::move(m_pBlock), frames);
-  ++m_nBlocksHandedOn;
+  GiveOut(frames);
   if (m_bInputEnded) {
-    Post(request::kStopJob);
+    PostEnd();
   } else if (m_nActiveWriters >= 1) {
     Post(request::kReadBlock);
   }
 }
 
-void CBackgroundThreadReader::StopJob() {
+// To every writer from here, so that what one of them gets does not depend on another. All requests are there before the
+// first is posted: either all writers get the block or none.
+void CBackgroundThreadReader::GiveOut(std::int32_t frames) {
+  const SharedBlock block = std::move(m_pBlock);
+  for (std::size_t i = 0; i < m_writers.size(); ++i) {
+    m_givenOut[i].reset();
+    if (!m_writers[i] || m_writers[i]->IsFinished()) continue;
+    m_givenOut[i] = m_writers[i]->TakeRequest(request::kDataBlock);
+    m_givenOut[i]->nParam1 = m_bStretchEnds ? 1 : 0;
+    m_givenOut[i]->nParam2 = frames;
+    m_givenOut[i]->block = block;
+  }
+  for (std::size_t i = 0; i < m_writers.size(); ++i) {
+    if (m_givenOut[i]) m_writers[i]->GiveBlock(std::move(m_givenOut[i]));
+  }
+}
+
+void CBackgroundThreadReader::PostEnd() {
+  Post(request::kStopJob, kByItself);
+}
+
+void CBackgroundThreadReader::StopJob(bool byUser) noexcept {
   if (!m_bRunning) return;
+  m_bStopped = byUser;
   Log("Stop");
-  m_file.Close();
-  ReplayFileLog();
+  CloseFile();
   m_bRunning = false;
   LogStatistics();
   CloseWriters();
-  if (m_pProgressTarget != nullptr) {
-    m_pProgressTarget->PostNumbers(m_nProgressMessage, kProgressTotal, kProgressTotal);
-  }
+  TellProgress(kProgressTotal);
 }
 
-void CBackgroundThreadReader::CloseWriters() {
-  if (m_writers.empty()) return;
+void CBackgroundThreadReader::CloseWriters() noexcept {
+  if (!m_bAccountsOpen) return;
+  m_bAccountsOpen = false;
+  m_pBlock.reset();
   Log("Closing %d writer threads", static_cast<int>(m_writers.size()));
-  m_writers.front()->Post(request::kCloseOutput);
-  // The request travels down the chain; behind a writer without its thread it must be set off again.
-  for (std::size_t i = 1; i < m_writers.size(); ++i) {
-    if (!m_writers[i - 1]->IsThreadRunning()) m_writers[i]->Post(request::kCloseOutput);
-  }
-  const auto isOpen = [](const auto& writer) { return writer->IsFileOpen() && writer->IsThreadRunning(); };
-  while (std::any_of(m_writers.begin(), m_writers.end(), isOpen)) std::this_thread::sleep_for(kClosePause);
   for (const auto& writer : m_writers) {
-    writer->WaitIdle();
-    writer->Stop();
-    m_results.push_back(writer->Result());
-    if (!m_strInputError.empty() && m_results.back().bOk && !writer->ReachedEnd()) {
-      m_results.back().bOk = false;
-      m_results.back().state = EOutputState::Failed;
-      m_results.back().strError = m_strInputError;
-    } else if (m_results.back().bOk && !writer->ReachedEnd() && !m_bInputEnded) {
-      m_results.back().state = EOutputState::Stopped;
+    if (writer) writer->PostClose();
+  }
+  const auto isOpen = [](const auto& writer) {
+    return writer && writer->IsFileOpen() && writer->IsThreadRunning();
+  };
+  while (std::any_of(m_writers.begin(), m_writers.end(), isOpen)) std::this_thread::sleep_for(kClosePause);
+  const SJobEnd end{m_bStopped, m_strInputError};
+  for (std::size_t i = 0; i < m_accounts.size(); ++i) {
+    if (i < m_writers.size() && m_writers[i]) {
+      m_writers[i]->WaitIdle();
+      m_writers[i]->Stop();
+      m_writers[i]->CloseAccount(end);
+    } else {
+      m_accounts[i]->Close(end, 0, 0, {});
     }
+    m_results[i] = m_accounts[i]->TakeResult();
   }
   m_writers.clear();
+  m_nActiveWriters = 0;
   Log("Closed");
 }
 
-void CBackgroundThreadReader::InputFails(const std::string& reason) {
-  if (m_strInputError.empty()) m_strInputError = reason;
-  Log("[ERROR] %s", reason.c_str());
+void CBackgroundThreadReader::InputFails(std::string_view reason) noexcept {
+  if (m_strInputError.empty()) m_strInputError.assign(reason.substr(0, m_strInputError.capacity()));
+  Log("[ERROR] %.*s", static_cast<int>(reason.size()), reason.data());
+}
+
+void CBackgroundThreadReader::CloseFile() noexcept {
+  try {
+    m_file.Close();
+    ReplayFileLog();
+  } catch (const std::exception&) {
+    // Only the lines that tell of it are lost.
+  }
 }
 
 void CBackgroundThreadReader::ReplayFileLog() {
@@ -323,7 +446,7 @@ void CBackgroundThreadReader::ReplayFileLog() {
   m_file.Log().Clear(kFileLogGrowth);
 }
 
-void CBackgroundThreadReader::LogSize(std::int64_t bytes) {
+void CBackgroundThreadReader::LogSize(std::int64_t bytes) noexcept {
   const auto size = static_cast<double>(bytes);
   if (size < kGiga) {
     Log("Size = %.1f MB", size / kMega);
@@ -332,7 +455,7 @@ void CBackgroundThreadReader::LogSize(std::int64_t bytes) {
   }
 }
 
-void CBackgroundThreadReader::LogStatistics() {
+void CBackgroundThreadReader::LogStatistics() noexcept {
   const auto cpu = static_cast<long long>(platform::ProcessCpuMilliseconds() - m_nCpuStart);
   Log("CPU = %lld.%03lld seconds", cpu / 1000, cpu % 1000);
   Log("%s", "");

@@ -1,25 +1,34 @@
 #include "engine/background_thread_writer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <exception>
 #include <new>
+#include <optional>
 #include <utility>
 
+#include "engine/block_reader.h"
 #include "engine/output_rate.h"
 #include "recording/metadata_xml.h"
 #include "support/formatting.h"
 #include "support/system_time.h"
+#include "support/text.h"
 
 namespace carvello {
 
 namespace {
 
-constexpr std::uint32_t kOutputBytes = 16'777'216;
 // Samples that are shifted and decimated at a time: few enough to stay in the processor's cache in between.
 constexpr std::int32_t kPieceFrames = 4'096;
+// Output samples that a stretch may bring beyond what its length says: filters give them out when they have them.
+constexpr double kUnevenSamples = 1'024.0;
 // Output samples by which the filters of a library are late that does not tell.
 constexpr std::int64_t kUsualDelay = 64;
+// What rounding in the stages may add to what a library tells.
+constexpr std::int64_t kDelayRounding = 2;
+// Looks at the clock in one interval of saving.
+constexpr int kLooksPerInterval = 4;
 
 const wchar_t* const kApplicationName = L"Carvello";
 
@@ -32,80 +41,112 @@ std::string RecordingTag() {
 }  // namespace
 
 CBackgroundThreadWriter::CBackgroundThreadWriter(const DspBinding& dsp, CBackgroundThreadBase& reader,
-                                                 std::condition_variable& blockDone)
+                                                 std::condition_variable& blockDone, COutputAccount& account)
     : m_dsp(dsp),
       m_reader(reader),
       m_blockDone(blockDone),
-      m_hDsp(dsp.AllocInstance(kApplicationName)),
+      m_account(account),
+      m_pFinishedNotice(reader.TakeRequest(request::kWriterFinished)),
+      m_pCloseRequest(TakeRequest(request::kCloseOutput)),
+      m_buffer(m_output),
       m_pPiece(AllocComplex(kPieceFrames)),
-      m_pOutput(AllocComplex(kOutputBytes / sizeof(SComplex))) {}
+      m_hDsp(dsp.AllocInstance(kApplicationName)) {
+  SetSaveInterval(kSaveInterval);
+}
 
 CBackgroundThreadWriter::~CBackgroundThreadWriter() {
   m_dsp.ReleaseInstance(m_hDsp);
 }
 
-void CBackgroundThreadWriter::HandOn(CBackgroundThreadWriter& writer, SharedBlock block, std::int32_t count) {
-  RequestPtr request = writer.TakeRequest(request::kDataBlock);
-  request->nParam2 = count;
-  request->block = std::move(block);
-  writer.Post(std::move(request));
+void CBackgroundThreadWriter::SetSaveInterval(std::chrono::milliseconds interval) {
+  m_buffer.SetSaveInterval(interval);
+  SetWakeInterval(std::max(interval / kLooksPerInterval, std::chrono::milliseconds(1)));
 }
 
-void CBackgroundThreadWriter::HandleRequest(CBackgroundRequest& request, std::uint32_t /*remaining*/) {
-  // Only impossible times and exhausted memory raise exceptions. They end this entry, never the chain.
+void CBackgroundThreadWriter::GiveBlock(RequestPtr request) noexcept {
+  ++m_nBlocksGiven;
+  Post(std::move(request));
+}
+
+void CBackgroundThreadWriter::PostClose() noexcept {
+  if (m_pCloseRequest) Post(std::move(m_pCloseRequest));
+}
+
+// What a step cannot do ends the entry, and nothing else: only impossible times and exhausted memory raise exceptions.
+template <typename TStep>
+void CBackgroundThreadWriter::Guard(TStep step) noexcept {
   try {
-    switch (request.nCode) {
-      case request::kStartEntry:
-        StartEntry(*request.pEntry);
-        break;
-      case request::kDataBlock:
-        ProcessBlock(request);
-        break;
-      case request::kCloseOutput:
-        CloseOutput();
-        break;
-      case request::kInputSkipped:
-        InputSkipped(request.llParam1);
-        break;
-      default:
-        break;
-    }
+    step();
   } catch (const std::bad_alloc&) {
-    Fail("Not enough memory");
+    Fail(kNotEnoughMemory);
   } catch (const std::exception& error) {
     Fail(error.what());
   }
-  if (request.nCode == request::kDataBlock) {
-    request.block.reset();
-    ++m_nBlocksDone;
-    m_blockDone.notify_one();
-  } else if (request.nCode == request::kCloseOutput) {
-    m_bFileOpen = false;
-    if (m_pNext != nullptr) m_pNext->Post(request::kCloseOutput);
+}
+
+void CBackgroundThreadWriter::HandleRequest(CBackgroundRequest& request, std::uint32_t /*remaining*/) {
+  switch (request.nCode) {
+    case request::kStartEntry:
+      Guard([&] { StartEntry(*request.pEntry); });
+      break;
+    case request::kDataBlock:
+      if (!m_bFinished) Guard([&] { ProcessBlock(request); });
+      request.block.reset();
+      ++m_nBlocksDone;
+      m_blockDone.notify_one();
+      break;
+    case request::kCloseOutput:
+      CloseOutput();
+      m_bFileOpen = false;
+      break;
+    case request::kInputSkipped:
+      InputSkipped(request.llParam1);
+      break;
+    default:
+      break;
   }
+}
+
+// Nothing came for a while: what waits here goes into the file all the same.
+void CBackgroundThreadWriter::OnWakeTimeout() noexcept {
+  if (m_bFileOpen && !m_account.HasFailed()) Guard([this] { CheckWritten(m_buffer.SaveIfDue()); });
 }
 
 void CBackgroundThreadWriter::StartEntry(const OutputEntry& entry) {
   m_pEntry = &entry;
-  m_dsp.DownconvertInit(m_hDsp, entry.nInputSampleRate, entry.nOutputSampleRate);
-  if (DecimatesByWholeNumber(entry.nOutputSampleRate)) m_dsp.DisableFractionalResampler(m_hDsp);
-  m_nOutputFill = 0;
-  m_bFinished = m_bStarted = false;
+  m_bStarted = false;
   m_llSkip = entry.nStartSample;
   m_llLeft = entry.nTotalSamples;
+  if (!m_pPiece || !m_buffer.HasMemory()) throw std::bad_alloc();
+  PrepareDownconverter();
+  if (m_account.HasFailed()) return;
   LogEntry();
-  if (!m_pPiece || !m_pOutput) throw std::bad_alloc();
 
   DescribeOutput();
   m_bFileOpen = m_output.Open(entry.strFileName, 0, RecordingTag());
-  if (!m_bFileOpen) {
-    Log("Error creating %s - %s", entry.strFileName.c_str(), m_output.LastError().c_str());
-    m_strError = m_output.LastError();
-    Finish();
+  if (m_bFileOpen) return;
+  Log("Error creating %s - %s", entry.strFileName.c_str(), m_output.LastError().c_str());
+  m_account.Fail(m_output.LastError());
+  Finish();
+}
+
+// The library tells of no failure; whether it can do what it was asked for shows in the rate that it gives.
+void CBackgroundThreadWriter::PrepareDownconverter() {
+  const OutputEntry& entry = *m_pEntry;
+  if (m_hDsp == 0) {
+    Fail("The downconverter library has no memory for it");
     return;
   }
-  // An entry that ends before it begins holds nothing; without this it would count as one without a limit.
-  if (m_llLeft < 0) Finish();
+  m_dsp.DownconvertInit(m_hDsp, entry.nInputSampleRate, entry.nOutputSampleRate);
+  if (DecimatesByWholeNumber(entry.nOutputSampleRate)) m_dsp.DisableFractionalResampler(m_hDsp);
+  if (m_dsp.DownconvertRateOut(m_hDsp) == 0) {
+    Fail(Format("The downconverter library does not bring %u to %u samples per second", entry.nInputSampleRate,
+                entry.nOutputSampleRate));
+    return;
+  }
+  const double share = static_cast<double>(entry.nOutputSampleRate) / entry.nInputSampleRate;
+  const double longest = std::ceil(kStretchFrames * share) + kUnevenSamples;
+  m_buffer.Begin(entry.nBitsPerSample, static_cast<std::int64_t>(longest) * 2 * (entry.nBitsPerSample / 8));
 }
 
 void CBackgroundThreadWriter::LogEntry() {
@@ -158,13 +199,11 @@ void CBackgroundThreadWriter::InputSkipped(std::int64_t samples) {
 }
 
 void CBackgroundThreadWriter::ProcessBlock(const CBackgroundRequest& request) {
-  // Handed on first, so that the writers run side by side on the same stretch of input.
-  if (m_pNext != nullptr) HandOn(*m_pNext, request.block, request.nParam2);
-  if (m_bFinished) return;
-
   const SComplex* data = request.block.get();
   std::int32_t count = request.nParam2;
   if (TrimToEntry(data, count)) Downconvert(data, count);
+  if (request.nParam1 != 0) m_buffer.EndStretch();
+  CheckWritten(m_buffer.SaveIfDue());
 }
 
 // Cuts the block to the entry's span; false when nothing of it lies inside.
@@ -211,6 +250,7 @@ void CBackgroundThreadWriter::Downconvert(const SComplex* data, std::int32_t cou
     outputCount += produced;
   }
   m_llInputSamples += count;
+  m_account.CountGiven(count);
   if (outputCount == 0) return;
   StoreOutput(outputCount);
   // Wraps on purpose: the line is a sign of life in very long jobs only.
@@ -221,33 +261,37 @@ void CBackgroundThreadWriter::Downconvert(const SComplex* data, std::int32_t cou
 // The filters hold the last output samples back until the input behind them arrives. At the entry's end silence takes
 // its place, so that an output is as long as the stretch it was cut from, which counts most in very narrow ones.
 void CBackgroundThreadWriter::CompleteOutput() {
-  const std::int64_t due = OutputSamplesDue();
+  const OutputEntry& entry = *m_pEntry;
+  const std::int64_t due = OutputFramesDue(m_llInputSamples, entry.nInputSampleRate, entry.nOutputSampleRate);
   const std::int64_t missing = due - m_llOutputSamples;
   if (missing <= 0) return;
+  const std::optional<std::uint32_t> told = DownconvertDelay(m_dsp, m_hDsp);
+  if (told && missing > std::int64_t{*told} + kDelayRounding) {
+    // Samples that were lost on the way: silence must not take their place.
+    Fail(Format("The downconverter library gave %lld samples where %lld were due, of which it may keep %u back",
+                static_cast<long long>(m_llOutputSamples), static_cast<long long>(due), *told));
+    return;
+  }
   GrowWorkBuffer(kPieceFrames);
   std::fill_n(m_pPiece.get(), kPieceFrames, SComplex{});
   // Twice the silence that the missing samples and the delay span: enough at any rate, and an end where none ever come.
-  const auto ratio = static_cast<double>(m_pEntry->nInputSampleRate) / m_pEntry->nOutputSampleRate;
-  const std::int64_t delay = DownconvertDelay(m_dsp, m_hDsp).value_or(kUsualDelay);
+  const auto ratio = static_cast<double>(entry.nInputSampleRate) / entry.nOutputSampleRate;
+  const std::int64_t delay = told.value_or(kUsualDelay);
   auto left = static_cast<std::int64_t>(2.0 * ratio * static_cast<double>(missing + delay)) + kPieceFrames;
-  for (; m_llOutputSamples < due && left > 0; left -= kPieceFrames) {
+  for (; m_llOutputSamples < due && left > 0 && !m_account.HasFailed(); left -= kPieceFrames) {
     std::uint32_t produced = 0;
     m_dsp.DownconvertRun(m_hDsp, m_pPiece.get(), kPieceFrames, m_pWork.get(), &produced);
     StoreOutput(static_cast<std::uint32_t>(std::min<std::int64_t>(produced, due - m_llOutputSamples)));
   }
 }
 
-// Output samples whose time lies within the input given so far.
-std::int64_t CBackgroundThreadWriter::OutputSamplesDue() const {
-  return OutputFramesDue(m_llInputSamples, m_pEntry->nInputSampleRate, m_pEntry->nOutputSampleRate);
-}
-
 void CBackgroundThreadWriter::StoreOutput(std::uint32_t outputCount) {
+  if (outputCount == 0) return;
   const std::uint32_t bits = m_pEntry->nBitsPerSample;
-  if (bits != 16 && bits != 32) return;
   const std::uint32_t bytes = outputCount * 2 * (bits / 8);
-  if (m_nOutputFill + bytes > kOutputBytes && !FlushOutput()) return;
-  std::uint8_t* const destination = reinterpret_cast<std::uint8_t*>(m_pOutput.get()) + m_nOutputFill;
+  std::uint8_t* const destination = m_buffer.Reserve(bytes);
+  CheckWritten(destination != nullptr);
+  if (destination == nullptr) return;
   if (bits == 16) {
     FloatToInt16(&m_pWork[0].re, reinterpret_cast<std::int16_t*>(destination),
                  static_cast<std::int32_t>(2 * outputCount), kRoundHalfAway, 0);
@@ -256,60 +300,51 @@ void CBackgroundThreadWriter::StoreOutput(std::uint32_t outputCount) {
     // show the same levels.
     std::memcpy(destination, m_pWork.get(), bytes);
   }
-  m_nOutputFill += bytes;
+  m_buffer.Commit(bytes);
   m_llOutputSamples += outputCount;
 }
 
-bool CBackgroundThreadWriter::FlushOutput() {
-  const std::uint32_t bits = m_pEntry->nBitsPerSample;
-  const std::uint32_t fill = m_nOutputFill;
-  m_nOutputFill = 0;
-  if (fill == 0 || m_output.Write(m_pOutput.get(), fill / (bits / 8), bits)) return true;
-  Fail(m_output.LastError());
-  return false;
+void CBackgroundThreadWriter::CheckWritten(bool written) {
+  if (!written) Fail(m_output.LastError());
 }
 
-void CBackgroundThreadWriter::CloseOutput() {
+void CBackgroundThreadWriter::CloseOutput() noexcept {
   if (!m_bFileOpen) return;
   Log("Closing");
-  if (m_strError.empty()) CompleteOutput();
-  if (m_strError.empty()) FlushOutput();
-  m_output.Close();
-  if (!m_output.LastError().empty()) Fail(m_output.LastError());
+  if (!m_account.HasFailed()) {
+    Guard([this] {
+      m_buffer.EndStretch();
+      // An output that ends too early ends with samples that are right: silence would bend the last ones.
+      if (m_account.IsSpanGiven()) CompleteOutput();
+    });
+  }
+  // What is there is kept, also of an entry that is not complete.
+  Guard([this] { CheckWritten(m_buffer.Flush()); });
+  Guard([this] {
+    m_output.Close();
+    if (!m_output.LastError().empty()) Fail(m_output.LastError());
+  });
 }
 
-void CBackgroundThreadWriter::Finish() {
-  if (m_bFinished) return;
+void CBackgroundThreadWriter::CloseAccount(const SJobEnd& end) noexcept {
+  std::vector<std::string> files;
+  Guard([&] { files = m_output.Files(); });
+  m_account.Close(end, m_output.Description().nSampleRate, m_output.TotalDataBytes(), std::move(files));
+}
+
+void CBackgroundThreadWriter::Finish() noexcept {
   m_bFinished = true;
-  m_reader.Post(request::kWriterFinished);
+  if (m_pFinishedNotice) m_reader.Post(std::move(m_pFinishedNotice));
 }
 
 // The first reason is kept and logged; what was written before stays. The job goes on for the other entries.
-void CBackgroundThreadWriter::Fail(const std::string& reason) {
-  if (m_strError.empty()) {
-    m_strError = reason.empty() ? "Unknown error" : reason;
-    const std::string& name = m_output.FileName().empty() ? m_pEntry->strFileName : m_output.FileName();
-    Log("[ERROR] %s: %s", name.c_str(), m_strError.c_str());
+void CBackgroundThreadWriter::Fail(std::string_view reason) noexcept {
+  if (!m_account.HasFailed()) {
+    m_account.Fail(reason);
+    const std::string& name = m_output.FileName().empty() ? m_account.Entry().strFileName : m_output.FileName();
+    Log("[ERROR] %s: %s", name.c_str(), m_account.Reason().c_str());
   }
   Finish();
-}
-
-SOutputResult CBackgroundThreadWriter::Result() const {
-  SOutputResult result;
-  result.bOk = m_strError.empty();
-  result.strError = m_strError;
-  result.state = result.bOk ? EOutputState::Done : EOutputState::Failed;
-  if (m_pEntry == nullptr) return result;
-  result.strFileName = m_pEntry->strFileName;
-  result.files = m_output.Files();
-  result.nOutputFrequency = m_pEntry->nOutputFrequency;
-  result.nBandwidth = m_pEntry->nOutputSampleRate;
-  result.nSampleRate = m_output.Description().nSampleRate;
-  result.nBitsPerSample = m_pEntry->nBitsPerSample;
-  result.nBytes = static_cast<std::uint64_t>(m_output.TotalDataBytes());
-  const std::uint32_t bytesPerFrame = 2 * (m_pEntry->nBitsPerSample / 8);
-  if (bytesPerFrame != 0) result.nFrames = m_output.TotalDataBytes() / bytesPerFrame;
-  return result;
 }
 
 }  // namespace carvello

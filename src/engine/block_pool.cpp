@@ -1,26 +1,50 @@
 #include "engine/block_pool.h"
 
-#include <utility>
+#include <cstring>
+#include <new>
 
 namespace carvello {
 
-std::shared_ptr<SComplex[]> CBlockPool::Take() {
-  ComplexBuffer block;
-  {
-    const std::lock_guard guard(m_pFree->lock);
-    if (!m_pFree->blocks.empty()) {
-      block = std::move(m_pFree->blocks.back());
-      m_pFree->blocks.pop_back();
-    }
+namespace {
+
+static_assert(sizeof(SComplex) >= sizeof(SComplex*), "a free block's first sample holds the address of the next");
+
+SComplex* NextOf(const SComplex* block) {
+  SComplex* next = nullptr;
+  std::memcpy(&next, block, sizeof(next));
+  return next;
+}
+
+}  // namespace
+
+CBlockPool::CFreeBlocks::~CFreeBlocks() {
+  while (Take() != nullptr) {
   }
+}
+
+ComplexBuffer CBlockPool::CFreeBlocks::Take() noexcept {
+  const std::lock_guard guard(m_lock);
+  ComplexBuffer block(m_pFirst);
+  if (block) m_pFirst = NextOf(block.get());
+  return block;
+}
+
+void CBlockPool::CFreeBlocks::Add(SComplex* block) noexcept {
+  const std::lock_guard guard(m_lock);
+  std::memcpy(static_cast<void*>(block), &m_pFirst, sizeof(m_pFirst));
+  m_pFirst = block;
+}
+
+std::shared_ptr<SComplex[]> CBlockPool::Take() noexcept {
+  ComplexBuffer block = m_pFree->Take();
   if (!block) block.reset(AllocComplex(m_nLength));
   if (!block) return nullptr;
-  SComplex* const samples = block.release();
-  return {samples, [pool = m_pFree](SComplex* returned) {
-            ComplexBuffer buffer(returned);
-            const std::lock_guard guard(pool->lock);
-            pool->blocks.push_back(std::move(buffer));
-          }};
+  try {
+    // On failure the block goes back to the pool too.
+    return {block.release(), [pool = m_pFree](SComplex* returned) noexcept { pool->Add(returned); }};
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
 }
 
 }  // namespace carvello

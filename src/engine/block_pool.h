@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <vector>
 
 #include "dsp/complex_sample.h"
 #include "dsp/primitives.h"
@@ -18,19 +17,31 @@ using SharedBlock = std::shared_ptr<const SComplex[]>;
 class CBlockPool {
  public:
   // `length`: samples in every block.
-  explicit CBlockPool(std::int64_t length) : m_nLength(length), m_pFree(std::make_shared<SFreeBlocks>()) {}
+  explicit CBlockPool(std::int64_t length) : m_nLength(length), m_pFree(std::make_shared<CFreeBlocks>()) {}
 
   // A block to fill, free or new; nullptr without memory.
-  std::shared_ptr<SComplex[]> Take();
+  std::shared_ptr<SComplex[]> Take() noexcept;
 
  private:
-  struct SFreeBlocks {
-    std::mutex lock;
-    std::vector<ComplexBuffer> blocks;
+  // Blocks that nobody holds. Each keeps the address of the next in its own first bytes: whoever gives one back, on
+  // whatever thread, needs no memory for it.
+  class CFreeBlocks {
+   public:
+    CFreeBlocks() = default;
+    ~CFreeBlocks();
+    CFreeBlocks(const CFreeBlocks&) = delete;
+    CFreeBlocks& operator=(const CFreeBlocks&) = delete;
+
+    ComplexBuffer Take() noexcept;  // nothing when none is free
+    void Add(SComplex* block) noexcept;
+
+   private:
+    std::mutex m_lock;
+    SComplex* m_pFirst = nullptr;
   };
 
   std::int64_t m_nLength;
-  std::shared_ptr<SFreeBlocks> m_pFree;
+  std::shared_ptr<CFreeBlocks> m_pFree;
 };
 
 }  // namespace carvello

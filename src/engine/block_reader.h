@@ -13,6 +13,11 @@ namespace carvello {
 // Frames of one block, everywhere in the engine. The blocks that are in use at a time stay in the processor's cache
 // while all writers read them; with larger ones every writer would fetch its samples from memory.
 inline constexpr std::uint32_t kBlockFrames = 0x40000;
+// Frames after which the outputs take stock, counted from where reading began in each file and cut off at its end. What
+// a stretch brings goes into an output's buffer as a whole, and by this the parts of a split output end where they do,
+// whatever size the blocks have.
+inline constexpr std::uint32_t kStretchFrames = 0x200000;
+static_assert(kStretchFrames % kBlockFrames == 0);
 
 // Whether samples of this format can be converted: I/Q pairs of PCM with 8, 16, 24 or 32 bits, or of 32-bit float.
 bool CanConvert(const WAVEFORMATEXTENSIBLE& format);

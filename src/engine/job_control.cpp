@@ -1,6 +1,7 @@
 #include "engine/job_control.h"
 
 #include <algorithm>
+#include <new>
 #include <set>
 #include <utility>
 
@@ -34,6 +35,17 @@ CJobControl::~CJobControl() {
 }
 
 EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& recording) {
+  try {
+    return StartJob(entries, recording);
+  } catch (const std::bad_alloc&) {
+    m_bJobRunning = false;
+    m_pReader->Stop();
+  }
+  m_questions.Ask(EJobQuestion::CannotStart, {"Start", kNotEnoughMemory, EButtons::Ok, EIcon::Stop});
+  return EStartResult::NoThread;
+}
+
+EStartResult CJobControl::StartJob(const CEntryList& entries, const CRecordingSet& recording) {
   if (!std::exchange(m_bContinues, false)) m_failed.clear();
   const bool tooMany = MoreThanOneBatch(entries);
   std::vector<const OutputEntry*> chosen = Batch(entries);
@@ -117,6 +129,7 @@ bool CJobControl::BeginJob() {
   m_bJobRunning = true;
   m_jobEntries.clear();
   m_results.clear();
+  m_pReader->SetOutputs({});
   m_questions.JobStarting();
   m_target.PostNumbers(RegisterMessage(kProgressMessageName), kProgressTotal, 0);
   Log("Ready");
@@ -143,31 +156,32 @@ std::optional<std::string> CJobControl::RemoveOldParts(const std::vector<const O
   return std::nullopt;
 }
 
+// All requests are made before the first is posted: a job without memory for them does not begin.
 void CJobControl::PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording) {
   m_jobEntries = entries;
-  m_pReader->Post(request::kCreateWriters, static_cast<std::int32_t>(entries.size()));
-  std::int64_t seek = entries.front()->nStartSample;
+  m_pReader->SetInput(recording.files, recording.format, recording.bFloatScale);
+  m_pReader->SetOutputs(entries);
+  auto create = m_pReader->TakeRequest(request::kCreateWriters);
+  create->nParam1 = static_cast<std::int32_t>(entries.size());
+  std::vector<CBackgroundThreadReader::RequestPtr> give;
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    auto request = m_pReader->TakeRequest(request::kGiveEntry);
-    request->nParam1 = static_cast<std::int32_t>(i);
-    request->pEntry = entries[i];
-    m_pReader->Post(std::move(request));
-    seek = std::min(seek, entries[i]->nStartSample);
+    give.push_back(m_pReader->TakeRequest(request::kGiveEntry));
+    give.back()->nParam1 = static_cast<std::int32_t>(i);
+    give.back()->pEntry = entries[i];
   }
-  std::vector<std::string> files;
-  for (const SRecordingFile& file : recording.files) files.push_back(file.strPath);
-  auto request = m_pReader->TakeRequest(request::kStartJob);
-  request->strParam = files.front();
-  request->llParam1 = seek;
-  request->llParam2 = recording.TotalBytes();
-  m_pReader->SetInput(std::move(files), recording.bFloatScale);
-  m_pReader->Post(std::move(request));
+  auto start = m_pReader->TakeRequest(request::kStartJob);
+  start->strParam = recording.files.front().strPath;
+  start->llParam1 = m_pReader->FirstFrame();
+  start->llParam2 = recording.FileBytes();
+  m_pReader->Post(std::move(create));
+  for (auto& request : give) m_pReader->Post(std::move(request));
+  m_pReader->Post(std::move(start));
   m_pReader->WaitIdle();
 }
 
 void CJobControl::Stop() {
   if (!m_bJobRunning) return;
-  m_pReader->Post(request::kStopJob);
+  m_pReader->PostStop();
   FinishJob();
 }
 
@@ -177,20 +191,16 @@ bool CJobControl::OnIdle() {
   return true;
 }
 
-void CJobControl::FinishJob() {
+void CJobControl::FinishJob() noexcept {
   m_bJobRunning = false;
   m_pReader->WaitIdle();
   m_pReader->Stop();
-  m_results = m_pReader->Results();
+  m_results = m_pReader->TakeResults();
   m_nInputBytesRead = m_pReader->BytesRead();
 }
 
 std::vector<SEntryState> CJobControl::EntryStates() const {
-  std::vector<SEntryState> states;
-  for (std::size_t i = 0; i < m_results.size(); ++i) {
-    states.push_back({m_results[i].state, 0, m_results[i].strError, m_jobEntries[i]});
-  }
-  return states;
+  return m_pReader->EntryStates();
 }
 
 std::vector<const OutputEntry*> CJobControl::Batch(const CEntryList& entries) const {

@@ -46,7 +46,7 @@ enum class EStartResult {
   InputUnsupported,  // nothing converts the input's sample size
   OutputIsInput,     // an output would replace a file of the input
   OutputUnwritable,  // the output folder is missing or cannot be written to, or an old part cannot be removed
-  NoThread,          // the system gives no thread
+  NoThread,          // the system gives no thread or no memory
 };
 
 // Why no job can read this recording, as a text that names the file and what is accepted; nothing when one can.
@@ -97,12 +97,13 @@ class CJobControl {
     std::string strText;
   };
 
+  EStartResult StartJob(const CEntryList& entries, const CRecordingSet& recording);
   std::optional<SObstacle> FindObstacle(const std::vector<const OutputEntry*>& entries,
                                         const CRecordingSet& recording) const;
   bool BeginJob();
   static std::optional<std::string> RemoveOldParts(const std::vector<const OutputEntry*>& entries);
   void PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording);
-  void FinishJob();
+  void FinishJob() noexcept;
   void Log(const std::string& text);
 
   const DspBinding& m_dsp;

@@ -12,7 +12,7 @@ namespace carvello {
 struct SProgressSpan {
   double dBegin = 0.0;
   double dEnd = 0.0;
-  double dInputBytes = 0.0;  // of the whole input
+  double dInputBytes = 0.0;  // of the whole input, headers and all: what a job's progress is told of
 
   // The place of a progress told as `share` of the whole input, 0 to 1.
   double PlaceOf(double share) const { return share * dInputBytes; }

@@ -1,6 +1,6 @@
 #include "engine/thin_thread.h"
 
-#include <exception>
+#include <new>
 #include <system_error>
 
 namespace carvello {
@@ -19,6 +19,8 @@ bool CThinThread::StartThread() {
       return true;
     } catch (const std::system_error&) {
       std::this_thread::sleep_for(kStartPause);
+    } catch (const std::bad_alloc&) {
+      std::this_thread::sleep_for(kStartPause);
     }
   }
   m_bRunning = false;
@@ -31,7 +33,7 @@ void CThinThread::StopThread() {
   if (m_thread.joinable()) m_thread.join();
 }
 
-void CThinThread::Wake() {
+void CThinThread::Wake() noexcept {
   {
     const std::lock_guard guard(m_wakeLock);
     m_bWoken = true;
@@ -39,10 +41,12 @@ void CThinThread::Wake() {
   m_wake.notify_one();
 }
 
-void CThinThread::WaitForWake() {
+bool CThinThread::WaitForWake() {
+  if (m_wakeInterval.count() > 0) return WaitForWake(m_wakeInterval);
   std::unique_lock guard(m_wakeLock);
   m_wake.wait(guard, [this] { return m_bWoken; });
   m_bWoken = false;
+  return true;
 }
 
 bool CThinThread::WaitForWake(std::chrono::milliseconds timeout) {
@@ -52,16 +56,16 @@ bool CThinThread::WaitForWake(std::chrono::milliseconds timeout) {
   return woken;
 }
 
-void CThinThread::Body() {
-  try {
-    OnThreadStart();
-    while (!m_bStop) {
-      WaitForWake();
-      if (m_bStop) break;
+void CThinThread::Body() noexcept {
+  OnThreadStart();
+  while (!m_bStop) {
+    const bool woken = WaitForWake();
+    if (m_bStop) break;
+    if (woken) {
       ProcessQueue();
+    } else {
+      OnWakeTimeout();
     }
-  } catch (const std::exception&) {
-    // Exhausted memory where no worker could deal with it. The thread ends quietly; its owner sees that it has.
   }
   OnThreadEnd();
   m_bRunning = false;

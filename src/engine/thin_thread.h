@@ -26,22 +26,27 @@ class CThinThread {
   bool IsThreadRunning() const { return m_bRunning; }
 
  protected:
-  virtual void OnThreadStart() {}   // first in the thread
-  virtual void ProcessQueue() = 0;  // after every wake-up
-  virtual void OnThreadEnd() {}     // last in the thread
+  // None of them raises exceptions: a thread that ended by one would leave others waiting for what it owes them.
+  virtual void OnThreadStart() noexcept {}   // first in the thread
+  virtual void ProcessQueue() noexcept = 0;  // after every wake-up
+  virtual void OnWakeTimeout() noexcept {}   // instead of it when nothing has woken the thread for the wake interval
+  virtual void OnThreadEnd() noexcept {}     // last in the thread
 
   bool StopRequested() const { return m_bStop; }
-  void Wake();
+  void Wake() noexcept;
+  // Before the thread is started: how long it sleeps at most.
+  void SetWakeInterval(std::chrono::milliseconds interval) { m_wakeInterval = interval; }
   // True when woken, false when the time ran out. Consumes the wake-up.
   bool WaitForWake(std::chrono::milliseconds timeout);
 
  private:
-  void Body();
-  void WaitForWake();
+  void Body() noexcept;
+  bool WaitForWake();  // for the wake interval; false when it ran out
 
   std::mutex m_wakeLock;
   std::condition_variable m_wake;
   bool m_bWoken = false;  // under m_wakeLock
+  std::chrono::milliseconds m_wakeInterval{0};  // 0: until it is woken
   std::atomic<bool> m_bStop = false;
   std::atomic<bool> m_bRunning = false;
   std::thread m_thread;

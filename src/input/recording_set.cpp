@@ -28,6 +28,12 @@ SFileFacts FactsForSet(const std::string& selectedFile) {
 
 }  // namespace
 
+std::int64_t CRecordingSet::FileBytes() const {
+  std::int64_t bytes = 0;
+  for (const SRecordingFile& file : files) bytes += file.stamp.nSize;
+  return bytes;
+}
+
 void CRecordingSet::AddFile(SRecordingFile file) {
   nTotalMillions += file.nDataBytes / kMillion;
   nTotalRemainder += file.nDataBytes % kMillion;

@@ -54,6 +54,8 @@ struct CRecordingSet {
   // Appends a file and counts its data bytes.
   void AddFile(SRecordingFile file);
   std::int64_t TotalBytes() const { return nTotalMillions * 1'000'000 + nTotalRemainder; }
+  // The sizes of the files themselves, headers and all.
+  std::int64_t FileBytes() const;
 };
 
 // Finds the whole set that the file belongs to and describes it. False when the file is no recording, or the set cannot

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "input/scan_result.h"
@@ -39,6 +40,8 @@ class CWaveFileReader {
   bool ScanChunks(const std::string& fileName, SScanResult& result);
 
   const std::string& FileName() const { return m_strFileName; }
+  // Of the open file; nothing when it cannot be had.
+  std::optional<platform::FileStatus> Status() const { return m_file.Status(); }
   const WAVEFORMATEXTENSIBLE& Format() const { return m_format; }
   std::int64_t DataBytesRead() const { return m_nDataBytesRead; }
   std::int64_t DataBytesTotal() const { return m_nDataBytesTotal; }

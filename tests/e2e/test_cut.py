@@ -5,7 +5,7 @@ import unittest
 import numpy as np
 
 from makers import START, Layout, Pulse, Tone, signal, write_recording, write_set
-from program import EndToEndTest, local, run_ok
+from program import EndToEndTest, local, run, run_ok
 from wavtools import WaveFile, decibels, measure_tone, pulse_middle, spectrum, wrapped
 
 BLOCK = 2_097_152  # frames that the engine handles at a time; entries are placed inside and across such blocks
@@ -196,9 +196,12 @@ class TestStartAtFileBoundary(CutTest):
 
     def test_nothing_is_left_when_the_rest_is_not_longer_than_the_skipped_part(self):
         source = self.make_set(4, 4)
-        output, = self.cut(source, "--entry", "f=7.1M,bw=8k,start=+4,duration=2")
-        self.assertEqual(output["frames"], 0)
-        self.assertEqual(len(self.read(output)), 0)
+        result = run("cut", source, "--output", self.output, "--json", "--entry", "f=7.1M,bw=8k,start=+4,duration=2")
+        self.assertEqual(result.code, 1)
+        output, = result.json()["outputs"]
+        self.assertEqual((output["ok"], output["frames"], output["files"]), (False, 0, []))
+        self.assertIn("no samples of the input", output["error"])
+        self.assertEqual(self.names(), [])
 
     def test_another_entry_that_starts_earlier_keeps_the_start_right(self):
         source = self.make_set(4, 10)

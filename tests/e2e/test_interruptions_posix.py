@@ -100,7 +100,9 @@ class TestStopped(InterruptionTest):
             file = WaveFile(self.output / name)
             file.check_complete()
             frames[file.rate] = frames.get(file.rate, 0) + file.frames
-        self.assertEqual({each["bandwidth"]: each["frames"] for each in json.loads(out)["outputs"]}, frames)
+        outputs = json.loads(out)["outputs"]
+        self.assertEqual({each["bandwidth"]: each["frames"] for each in outputs}, frames)
+        self.assertEqual([(each["ok"], each["error"]) for each in outputs], [(False, "stopped")] * 2)
         self.assertGreater(frames[1_000_000], 0)
         self.assertLess(frames[1_000_000], 600 * self.RATE)
         # Both outputs end at the same place of the input.
@@ -165,10 +167,12 @@ class TestLostInput(InterruptionTest):
         os.truncate(source, 2 * seconds * self.RATE)
         _, err = process.communicate(timeout=TIMEOUT)
         self.assertEqual(process.returncode, 1, err)
-        self.assertIn(b"in.wav", err)
+        self.assertIn(b"in.wav: it has changed since it was analysed", err)
+        # Nothing that was read after the change counts, though some of it may be what it was.
         file = WaveFile(self.output / self.names()[0])
         file.check_complete()
-        self.assertAlmostEqual(file.frames, seconds * self.RATE, delta=1000)
+        self.assertGreater(file.frames, 0)
+        self.assertLessEqual(file.frames, seconds * self.RATE)
 
 
 if __name__ == "__main__":

@@ -4,7 +4,7 @@ import unittest
 
 import numpy as np
 
-from makers import START, Layout, Tone, signal, write_recording
+from makers import START, Layout, Tone, signal, write_recording, write_sparse
 from program import SLOW, EndToEndTest, local, native
 from wavtools import WaveFile, decibels, measure_tone
 
@@ -88,6 +88,32 @@ class TestSplitOutput(EndToEndTest):
         part.check_complete()
         self.assertGreater(part.data_bytes, LIMIT)
         self.assertEqual(part.form, b"RIFF")
+
+
+class TestEndsOfParts(EndToEndTest):
+    """Samples join the 16 MiB that are written at a time by stretches of 2,097,152 input frames, and a part ends between
+    two such writes. From 2 MHz to 300 kHz a stretch brings 314,572 or 314,573 samples of 4 bytes, 13 of which fit: the
+    writes end with stretches 13, 26, ..., and the seventh, which brings the first part to 91 stretches, is the first
+    beyond 100 MB."""
+
+    RATE = 2_000_000
+    STRETCH = 2_097_152
+    SECONDS = 100
+
+    def test_first_part_ends_and_second_begins_where_that_arithmetic_says(self):
+        source = write_sparse(self.folder / "in.wav", Layout(self.RATE, form="s8"), self.SECONDS * self.RATE)
+        output, = self.cut(source, "--entry", "f=7.1M,bw=300k")
+        parts = [WaveFile(local(name)) for name in output["files"]]
+        self.assertEqual(len(parts), 2)
+        for part in parts:
+            part.check_complete()
+        self.assertEqual(sum(part.frames for part in parts), self.SECONDS * 300_000)
+        # Filters are late, so a stretch's samples are those of a stretch that ends a little earlier.
+        first = 7 * 13 * self.STRETCH * 3 / 20
+        self.assertLessEqual(parts[0].frames, first)
+        self.assertGreater(parts[0].frames, first - 100)
+        self.assertAlmostEqual(parts[0].data_bytes, 114.5e6, delta=0.1e6)
+        self.assertEqual(parts[1].metadata()["UTCSeconds"], str(START + 95))
 
 
 if __name__ == "__main__":

@@ -15,6 +15,7 @@ namespace carvello::test {
 namespace {
 
 constexpr std::int64_t kNumberBase = 30'011;  // below 32768, and prime to every block length
+constexpr std::int64_t kHeaderBytes = 44;
 
 std::mutex passThroughLock;
 std::vector<SPassThrough::SInstance> instances;
@@ -23,7 +24,10 @@ std::atomic<int> delayMilliseconds = 0;
 std::atomic<std::uint32_t> delayedHandle = 0;
 std::atomic<std::uint32_t> heldHandle = 0;
 std::counting_semaphore<> letGo(0);
+std::atomic<bool> initHeld = false;
+std::counting_semaphore<> letInitGo(0);
 std::size_t heldBack = 0;
+std::size_t lost = 0;
 std::int64_t decimation = 1;
 
 template <typename TNumber>
@@ -67,10 +71,12 @@ void SPassThrough::Bind(DspBinding& binding) {
     instances.clear();
     reportedRateOut = 0;
     heldBack = 0;
+    lost = 0;
     decimation = 1;
   }
   delayMilliseconds = 0;
   heldHandle = 0;
+  initHeld = false;
   binding.bLoaded = 1;
   binding.AllocInstance = [](const wchar_t* name) -> std::uint32_t {
     EXPECT_STREQ(name, L"Carvello");
@@ -83,6 +89,7 @@ void SPassThrough::Bind(DspBinding& binding) {
     instances[handle - 1].bReleased = true;
   };
   binding.DownconvertInit = [](std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) {
+    if (initHeld) letInitGo.acquire();
     const std::lock_guard guard(passThroughLock);
     instances[handle - 1].nInputRate = inputRate;
     instances[handle - 1].nOutputRate = outputRate;
@@ -127,6 +134,9 @@ void SPassThrough::Bind(DspBinding& binding) {
     for (std::uint32_t i = 0; i < inputCount; ++i, ++instance.nSamples) {
       if (instance.nSamples % decimation == 0) instance.pending.push_back(input[i]);
     }
+    const std::size_t dropped = std::min(lost, instance.pending.size());
+    instance.pending.erase(instance.pending.begin(), instance.pending.begin() + static_cast<std::ptrdiff_t>(dropped));
+    lost -= dropped;
     const std::size_t ready = instance.pending.size() - std::min(instance.pending.size(), heldBack);
     std::copy_n(instance.pending.begin(), ready, output);
     instance.pending.erase(instance.pending.begin(), instance.pending.begin() + static_cast<std::ptrdiff_t>(ready));
@@ -157,9 +167,22 @@ void SPassThrough::LetAllGo() {
   letGo.release();  // for a run that waits at this moment
 }
 
+void SPassThrough::HoldInit() {
+  initHeld = true;
+}
+
+void SPassThrough::LetInitGo(int count) {
+  letInitGo.release(count);
+}
+
 void SPassThrough::HoldBack(std::size_t samples) {
   const std::lock_guard guard(passThroughLock);
   heldBack = samples;
+}
+
+void SPassThrough::Lose(std::size_t samples) {
+  const std::lock_guard guard(passThroughLock);
+  lost = samples;
 }
 
 void SPassThrough::DecimateBy(std::int64_t factor) {
@@ -170,6 +193,16 @@ void SPassThrough::DecimateBy(std::int64_t factor) {
 void SPassThrough::DelayRun(int milliseconds, std::uint32_t handle) {
   delayedHandle = handle;
   delayMilliseconds = milliseconds;
+}
+
+WAVEFORMATEXTENSIBLE NumberedFormat() {
+  WAVEFORMATEXTENSIBLE format;
+  format.Format.wFormatTag = kFormatTagExtensible;
+  format.Format.nChannels = 2;
+  format.Format.nSamplesPerSec = 1'000'000;
+  format.Format.wBitsPerSample = 16;
+  format.SubFormat = KSDATAFORMAT_SUBTYPE_PCM;
+  return format;
 }
 
 std::int16_t NumberedI(std::int64_t frame) {
@@ -248,28 +281,53 @@ std::vector<std::int64_t> EngineTest::ReadNumbered(const std::string& path) cons
   return numbers;
 }
 
-void EngineTest::RunJob(const std::vector<std::string>& files, const std::vector<OutputEntry>& entries,
-                        std::int64_t totalBytes) {
+std::vector<SRecordingFile> EngineTest::Describe(const std::vector<std::string>& files) {
+  std::vector<SRecordingFile> described;
+  for (const std::string& path : files) {
+    SRecordingFile& file = described.emplace_back();
+    file.strPath = path;
+    file.nSampleBytes = 4;
+    if (const auto status = platform::GetFileStatus(path)) {
+      file.stamp = SFileStamp(*status);
+      file.nSampleBytes = status->nSize - kHeaderBytes;
+    }
+    file.nDataBytes = file.nSampleBytes;
+  }
+  return described;
+}
+
+void EngineTest::StartJob(const std::vector<SRecordingFile>& files, const std::vector<OutputEntry>& entries,
+                          std::int64_t totalBytes) {
+  std::vector<const OutputEntry*> pointers;
+  for (const OutputEntry& entry : entries) pointers.push_back(&entry);
+  m_reader.SetInput(files, NumberedFormat(), false);
+  m_reader.SetOutputs(pointers);
   m_reader.Start();
   m_reader.Post(request::kCreateWriters, static_cast<std::int32_t>(entries.size()));
-  std::int64_t seek = entries.front().nStartSample;
   for (std::size_t i = 0; i < entries.size(); ++i) {
     auto request = m_reader.TakeRequest(request::kGiveEntry);
     request->nParam1 = static_cast<std::int32_t>(i);
     request->pEntry = &entries[i];
     m_reader.Post(std::move(request));
-    seek = std::min(seek, entries[i].nStartSample);
   }
-  m_reader.SetInput(files, false);
   auto request = m_reader.TakeRequest(request::kStartJob);
-  request->strParam = files.front();
-  request->llParam1 = seek;
+  request->strParam = files.front().strPath;
+  request->llParam1 = m_reader.FirstFrame();
   request->llParam2 = totalBytes;
   m_reader.Post(std::move(request));
   m_reader.WaitIdle();
+}
+
+void EngineTest::FinishJob() {
   while (m_reader.IsRunning()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   m_reader.WaitIdle();
   m_reader.Stop();
+}
+
+void EngineTest::RunJob(const std::vector<std::string>& files, const std::vector<OutputEntry>& entries,
+                        std::int64_t totalBytes) {
+  StartJob(Describe(files), entries, totalBytes);
+  FinishJob();
 }
 
 std::vector<std::uint8_t> ReadBytes(const std::string& path) {

@@ -51,13 +51,20 @@ struct SPassThrough {
   static void Hold(std::uint32_t handle);
   static void LetGo();
   static void LetAllGo();
+  // Setting the rates of any instance waits until it is let go.
+  static void HoldInit();
+  static void LetInitGo(int count);
   // Outputs lag behind the input by so many samples, as with filters.
   static void HoldBack(std::size_t samples);
+  // So many samples are dropped at the first run.
+  static void Lose(std::size_t samples);
   // Only the first of every so many samples comes out.
   static void DecimateBy(std::int64_t factor);
   static void DelayRun(int milliseconds, std::uint32_t handle);  // makes one instance slow
 };
 
+// The format of numbered recordings.
+WAVEFORMATEXTENSIBLE NumberedFormat();
 // Frame n of a numbered recording: its number can be read back from I and Q.
 std::int16_t NumberedI(std::int64_t frame);
 std::int16_t NumberedQ(std::int64_t frame);
@@ -73,6 +80,12 @@ class EngineTest : public testing::Test {
   OutputEntry MakeEntry(const std::string& name, std::int64_t startSample, std::int64_t totalSamples) const;
   // The frame numbers found in the data chunk of an output; 16 bit.
   std::vector<std::int64_t> ReadNumbered(const std::string& path) const;
+  // The files as the analysis of a set of 16-bit files describes them; one that does not exist as if it had a frame.
+  static std::vector<SRecordingFile> Describe(const std::vector<std::string>& files);
+  // Gives the reader a job and waits until it has begun to read.
+  void StartJob(const std::vector<SRecordingFile>& files, const std::vector<OutputEntry>& entries,
+                std::int64_t totalBytes);
+  void FinishJob();  // waits for the job's end
   // Runs one job on the reader to its end.
   void RunJob(const std::vector<std::string>& files, const std::vector<OutputEntry>& entries, std::int64_t totalBytes);
 

@@ -45,7 +45,8 @@ class CScriptedAnswers final : public IJobQuestions {
 class JobControlTest : public EngineTest {
  protected:
   JobControlTest() : jobs(m_dsp, m_target, answers, 2) {
-    recording.files.push_back({WriteNumbered("in.wav", 0, kFrames), 4 * kFrames, 0});
+    recording.files = Describe({WriteNumbered("in.wav", 0, kFrames)});
+    recording.format = NumberedFormat();
     recording.nTotalRemainder = 4 * kFrames;
     recording.tStart = 1'604'275'140;
     recording.tEnd = recording.tStart + 5;

@@ -11,6 +11,7 @@ class ProgressSpanTest : public testing::Test {
   ProgressSpanTest() {
     recording.nBitsPerSample = 16;
     recording.files.push_back({"in.wav", 4000, 0});
+    recording.files.back().stamp.nSize = 4400;
     recording.nTotalRemainder = 4000;
     early.nStartSample = 100;
     early.nTotalSamples = 200;
@@ -29,7 +30,7 @@ TEST_F(ProgressSpanTest, ReachesFromTheFirstBeginToTheLastEnd) {
   const SProgressSpan span = Span({&late, &early});
   EXPECT_EQ(span.dBegin, 400.0);
   EXPECT_EQ(span.dEnd, 3200.0);
-  EXPECT_EQ(span.dInputBytes, 4000.0);
+  EXPECT_EQ(span.dInputBytes, 4400.0) << "with the headers, as progress is told";
 }
 
 TEST_F(ProgressSpanTest, AnEntryWithoutALengthReachesToTheEndOfTheInput) {
@@ -38,7 +39,7 @@ TEST_F(ProgressSpanTest, AnEntryWithoutALengthReachesToTheEndOfTheInput) {
 }
 
 TEST_F(ProgressSpanTest, TellsThePlaceOfAShareOfTheWholeInput) {
-  EXPECT_EQ(Span({&late}).PlaceOf(0.5), 2000.0);
+  EXPECT_EQ(Span({&late}).PlaceOf(0.5), 2200.0);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The reader and its chain of writers, on recordings whose frames carry their own numbers.
+// The reader and its writers, on recordings whose frames carry their own numbers.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -104,6 +104,14 @@ TEST_F(ReaderWriterTest, SkipLargerThanTheFirstFileGoesOnInTheFileThatHoldsTheSt
   EXPECT_EQ(m_target.Count("Reader> Opening [1] " + files[0]), 1u) << "the first file's name with every index";
 }
 
+TEST_F(ReaderWriterTest, EntryThatBeginsLateAndFindsItsStretchCutOffIsNotOk) {
+  const std::vector<std::string> files = {WriteNumbered("0.wav", 0, 1000), WriteNumbered("1.wav", 1000, 1500)};
+  RunJob(files, {Entry("out.wav", 1000, 1000)}, 10000);
+  EXPECT_FRAMES(Path("out.wav"), 2000, 500);
+  EXPECT_FALSE(m_reader.Results()[0].bOk);
+  EXPECT_THAT(m_target.Lines(), Contains(HasSubstr("[WARNING] The first entry begins with the first frame of")));
+}
+
 TEST_F(ReaderWriterTest, SkipThatEndsExactlyAtAFilesStartIsNotToldToTheWriters) {
   const std::vector<std::string> files = {WriteNumbered("0.wav", 0, 1000), WriteNumbered("1.wav", 1000, 3000)};
   RunJob(files, {Entry("out.wav", 1000, 0)}, 16000);
@@ -164,7 +172,7 @@ TEST_F(ReaderWriterTest, ReaderStaysAboutThreeBlocksAheadOfTheSlowestWriter) {
   EXPECT_FRAMES(Path("b.wav"), 0, kBlocks * kBlock);
 }
 
-TEST_F(ReaderWriterTest, FinishedWriterStillHandsBlocksOn) {
+TEST_F(ReaderWriterTest, FinishedWriterLeavesTheOthersTheirBlocks) {
   const auto input = WriteNumbered("in.wav", 0, 3 * kBlock);
   RunJob({input}, {Entry("short.wav", 0, 10), Entry("long.wav", 0, 0)}, 12 * kBlock);
   EXPECT_FRAMES(Path("short.wav"), 0, 10);
@@ -195,12 +203,13 @@ TEST_F(ReaderWriterTest, SlowLastWriterLosesNothing) {
 TEST_F(ReaderWriterTest, FractionalResamplerIsDisabledAboveAMegahertzOnly) {
   const auto input = WriteNumbered("in.wav", 0, 100);
   auto wide = Entry("wide.wav", 0, 0);
+  wide.nInputSampleRate = 2'000'002;
   wide.nOutputSampleRate = 1'000'001;
   RunJob({input}, {Entry("at.wav", 0, 0), wide}, 400);
   const auto instances = SPassThrough::Instances();
   EXPECT_FALSE(instances[0].bFractionalDisabled);
   EXPECT_TRUE(instances[1].bFractionalDisabled);
-  EXPECT_EQ(instances[1].nInputRate, 1'000'000u);
+  EXPECT_EQ(instances[1].nInputRate, 2'000'002u);
   EXPECT_EQ(instances[1].nOutputRate, 1'000'001u);
   EXPECT_TRUE(instances[0].bReleased);
 }
@@ -209,6 +218,7 @@ TEST_F(ReaderWriterTest, FileTellsTheRateThatItsSamplesReallyHave) {
   const auto input = WriteNumbered("in.wav", 0, 100);
   SPassThrough::ReportRateOut(1'200'000);
   auto entry = Entry("out.wav", 0, 0);
+  entry.nInputSampleRate = 2'400'000;
   entry.nOutputSampleRate = 1'500'000;
   RunJob({input}, {entry}, 400);
   const auto format = ChunkBody(ReadBytes(Path("out.wav")), "fmt ");
@@ -332,18 +342,8 @@ TEST_F(ReaderWriterTest, StopFinishesWhatWasWritten) {
   const auto input = WriteNumbered("in.wav", 0, 6 * kBlock);
   SPassThrough::DelayRun(60, 1);
   const std::vector<OutputEntry> entries = {Entry("out.wav", 0, 0)};
-  m_reader.Start();
-  m_reader.Post(request::kCreateWriters, 1);
-  auto give = m_reader.TakeRequest(request::kGiveEntry);
-  give->pEntry = &entries[0];
-  m_reader.Post(std::move(give));
-  m_reader.SetInput({input}, false);
-  auto start = m_reader.TakeRequest(request::kStartJob);
-  start->strParam = input;
-  start->llParam2 = 24 * kBlock;
-  m_reader.Post(std::move(start));
-  m_reader.WaitIdle();
-  m_reader.Post(request::kStopJob);
+  StartJob(Describe({input}), entries, 24 * kBlock);
+  m_reader.PostStop();
   m_reader.WaitIdle();
   m_reader.Stop();
   const auto frames = m_reader.Results()[0].nFrames;
@@ -369,14 +369,19 @@ TEST_F(ReaderWriterTest, OtherSampleSizesWriteNothing) {
   auto entry = Entry("out.wav", 0, 0);
   entry.nBitsPerSample = 24;
   RunJob({input}, {entry}, 4000);
-  EXPECT_THAT(ChunkBody(ReadBytes(Path("out.wav")), "data"), SizeIs(0));
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "out.wav"));
+  EXPECT_FALSE(m_reader.Results()[0].bOk);
+  EXPECT_EQ(m_reader.Results()[0].strError, "samples of 24 bits cannot be written");
 }
 
-TEST_F(ReaderWriterTest, EntryThatEndsBeforeItBeginsHoldsNothing) {
+TEST_F(ReaderWriterTest, EntryThatEndsBeforeItBeginsFailsBeforeAnythingIsCreated) {
   const auto input = WriteNumbered("in.wav", 0, 1000);
   RunJob({input}, {Entry("none.wav", 0, -5), Entry("all.wav", 0, 0)}, 4000);
-  EXPECT_THAT(ChunkBody(ReadBytes(Path("none.wav")), "data"), SizeIs(0));
+  EXPECT_FALSE(std::filesystem::exists(m_folder / "none.wav"));
+  EXPECT_EQ(m_reader.Results()[0].state, EOutputState::Failed);
+  EXPECT_EQ(m_reader.Results()[0].strError, "no samples of the input lie between its start and its end");
   EXPECT_FRAMES(Path("all.wav"), 0, 1000);
+  EXPECT_TRUE(m_reader.Results()[1].bOk);
 }
 
 TEST_F(ReaderWriterTest, SplitOutputJoinsToTheWhole) {
@@ -394,6 +399,122 @@ TEST_F(ReaderWriterTest, SplitOutputJoinsToTheWhole) {
     joined.insert(joined.end(), part.begin(), part.end());
   }
   EXPECT_TRUE(joined == Frames(0, 66 * kBlock));
+}
+
+// Three stretches of 2,097,152 frames decimated by 3 give as many samples, 8,388,608 bytes. The first file has three, and
+// one that its end cuts off, with 400,000 bytes. Of the second file's, with 2,796,204 or 2,796,200 bytes each, two fit
+// behind them into the 16,777,216 bytes of the buffer: the first write brings 14,381,016. The next six fill the buffer
+// to the last byte: 31,158,232 bytes, and there the part of 20 MB ends. The ninth begins the next.
+TEST_F(ReaderWriterTest, PartsEndWhereStretchesOfTwoMillionFramesFillTheBuffer) {
+  constexpr std::int64_t kStretch = kStretchFrames;
+  constexpr std::int64_t kFirst = 3 * kStretch + 300'000;
+  constexpr std::int64_t kSecond = 9 * kStretch;
+  const std::vector<std::string> files = {WriteNumbered("0.wav", 0, kFirst), WriteNumbered("1.wav", kFirst, kSecond)};
+  SPassThrough::DecimateBy(3);
+  auto entry = Entry("out.wav", 0, 0);
+  entry.nInputSampleRate = 3'000'000;
+  entry.nFileSizeMB = 20;
+  RunJob(files, {entry}, 4 * (kFirst + kSecond));
+  ASSERT_TRUE(m_reader.Results()[0].bOk) << m_reader.Results()[0].strError;
+  std::vector<std::size_t> sizes;
+  for (const auto& file : m_reader.Results()[0].files) sizes.push_back(ReadNumbered(file).size());
+  EXPECT_THAT(sizes, ElementsAre(31'158'232 / 4, (8'388'608 + 400'000 + 3 * 8'388'608 - 31'158'232) / 4));
+}
+
+TEST_F(ReaderWriterTest, SavingEarlyChangesNoBytes) {
+  const auto input = WriteNumbered("in.wav", 0, 40 * kBlock + 77);
+  auto entry = Entry("late.wav", 0, 0);
+  entry.nFileSizeMB = 20;
+  m_reader.SetSaveInterval(std::chrono::hours(1));
+  RunJob({input}, {entry}, 160 * kBlock);
+  const auto late = m_reader.Results()[0].files;
+  entry.strFileName = Path("soon.wav");
+  m_reader.SetSaveInterval(std::chrono::milliseconds(0));
+  RunJob({input}, {entry}, 160 * kBlock);
+  const auto soon = m_reader.Results()[0].files;
+  ASSERT_GT(late.size(), 1u);
+  ASSERT_EQ(soon.size(), late.size());
+  for (std::size_t i = 0; i < soon.size(); ++i) {
+    EXPECT_TRUE(ChunkBody(ReadBytes(soon[i]), "data") == ChunkBody(ReadBytes(late[i]), "data")) << soon[i];
+  }
+}
+
+TEST_F(ReaderWriterTest, SamplesReachTheFileWhileNothingMoreComes) {
+  const auto input = WriteNumbered("in.wav", 0, 9 * kBlock);
+  m_reader.SetSaveInterval(std::chrono::milliseconds(20));
+  SPassThrough::Hold(1);
+  const std::vector<OutputEntry> entries = {Entry("held.wav", 0, 0), Entry("out.wav", 0, kBlock)};
+  StartJob(Describe({input}), entries, 36 * kBlock);
+  // The reader waits for the writer that is held, so the other one gets no more blocks.
+  const auto size = [&] {
+    std::error_code error;
+    const auto bytes = std::filesystem::file_size(Path("out.wav"), error);
+    return error ? 0 : bytes;
+  };
+  while (size() < 4 * kBlock) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  SPassThrough::LetAllGo();
+  FinishJob();
+  EXPECT_FRAMES(Path("out.wav"), 0, kBlock);
+  EXPECT_FRAMES(Path("held.wav"), 0, 9 * kBlock);
+}
+
+TEST_F(ReaderWriterTest, StopLeavesCompleteEntriesDoneAndTellsOfTheOthers) {
+  const auto input = WriteNumbered("in.wav", 0, 20 * kBlock);
+  SPassThrough::Hold(1);
+  const std::vector<OutputEntry> entries = {Entry("held.wav", 0, 0), Entry("done.wav", 10, 100),
+                                            Entry("later.wav", 15 * kBlock, 100), Entry("wide.wav", 0, 0)};
+  auto refused = entries;
+  refused[3].nOutputSampleRate = 0;
+  StartJob(Describe({input}), refused, 80 * kBlock);
+  while (m_reader.EntryStates()[1].nProgress < 10'000) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  const auto states = m_reader.EntryStates();
+  EXPECT_EQ(states[1].state, EOutputState::Running);
+  EXPECT_EQ(states[2].state, EOutputState::Waiting);
+  EXPECT_EQ(states[3].state, EOutputState::Failed);
+  EXPECT_EQ(states[3].strReason, "a bandwidth of 0 Hz cannot be cut");
+  m_reader.PostStop();
+  SPassThrough::LetAllGo();
+  FinishJob();
+  const auto& results = m_reader.Results();
+  EXPECT_EQ(results[0].state, EOutputState::Stopped);
+  EXPECT_FALSE(results[0].bOk);
+  EXPECT_EQ(results[0].strError, "stopped");
+  EXPECT_EQ(results[0].nFramesDue, 20 * kBlock);
+  EXPECT_LT(results[0].nFrames, 20 * kBlock);
+  EXPECT_FRAMES(Path("held.wav"), 0, results[0].nFrames);
+  EXPECT_TRUE(results[1].bOk);
+  EXPECT_EQ(results[2].strError, "stopped");
+  EXPECT_EQ(results[3].strError, "a bandwidth of 0 Hz cannot be cut");
+  for (std::size_t i = 0; i < results.size(); ++i) EXPECT_EQ(m_reader.EntryStates()[i].state, results[i].state);
+}
+
+TEST_F(ReaderWriterTest, EntryThatIsRefusedCreatesNothingAndLeavesTheOthersAlone) {
+  const auto input = WriteNumbered("in.wav", 0, 5000);
+  auto none = Entry("none.wav", 0, 0);
+  none.nOutputSampleRate = 0;
+  auto wide = Entry("wide.wav", 0, 0);
+  wide.nOutputSampleRate = 1'000'001;
+  RunJob({input}, {none, wide, Entry("kept.wav", 0, 0), Entry("behind.wav", 5000, 10)}, 20000);
+  const auto& results = m_reader.Results();
+  EXPECT_EQ(results[0].strError, "a bandwidth of 0 Hz cannot be cut");
+  EXPECT_EQ(results[1].strError, "a bandwidth of 1000001 Hz is wider than the input, which has 1000000 Hz");
+  EXPECT_TRUE(results[2].bOk);
+  EXPECT_EQ(results[3].strError, "no samples of the input lie between its start and its end");
+  EXPECT_FRAMES(Path("kept.wav"), 0, 5000);
+  for (const char* name : {"none.wav", "wide.wav", "behind.wav"}) EXPECT_FALSE(std::filesystem::exists(Path(name)));
+  EXPECT_EQ(m_target.Count("Reader> [ERROR] " + Path("none.wav") + ": a bandwidth of 0 Hz cannot be cut"), 1u);
+}
+
+TEST_F(ReaderWriterTest, JobBeginsToReadBeforeEveryWriterHasDesignedItsFilters) {
+  const auto input = WriteNumbered("in.wav", 0, 5000);
+  SPassThrough::HoldInit();
+  const std::vector<OutputEntry> entries = {Entry("a.wav", 0, 0), Entry("b.wav", 0, 0)};
+  StartJob(Describe({input}), entries, 20000);  // would not return, did it wait for the filters
+  EXPECT_EQ(m_target.Count("Reader> Opening [0] " + input), 1u);
+  SPassThrough::LetInitGo(2);
+  FinishJob();
+  EXPECT_FRAMES(Path("a.wav"), 0, 5000);
+  EXPECT_FRAMES(Path("b.wav"), 0, 5000);
 }
 
 TEST_F(ReaderWriterTest, PartsAboveTwoThousandMegabytesAreOneRf64File) {
