@@ -91,9 +91,13 @@ EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
 
   report.dElapsedSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
   report.dCpuSeconds = static_cast<double>(platform::ProcessCpuMilliseconds() - cpuBegun) / 1000.0;
-  if (m_bStopped) return EExit::Stopped;
+  if (m_bStopped) {
+    TellTheRest(report, EOutputState::Stopped, "stopped");
+    return EExit::Stopped;
+  }
   if (started != EStartResult::Started) {
     PrintMessageLines(m_answers.Reason());
+    TellTheRest(report, EOutputState::Failed, "not begun");
     // What stands in the way of a later batch comes after outputs were written.
     return batchesDone == 0 ? ExitOf(started) : EExit::OutputFailed;
   }
@@ -128,6 +132,15 @@ void CCutJob::Handle(const SMessage& message) {
   } else if (message.nMessage == m_nLogMessage && m_bVerbose) {
     const std::string worker = message.strWorker.empty() ? "" : message.strWorker + "> ";
     m_progress.PrintLine(FormatLocal("%H:%M:%S", CurrentTime()) + "> " + worker + message.strText);
+  }
+}
+
+// Of the entries whose batch was never begun.
+void CCutJob::TellTheRest(SCutReport& report, EOutputState state, const std::string& reason) const {
+  for (std::size_t i = m_nNext; i < report.outputs.size(); ++i) {
+    if (report.outputs[i].bSkipped) continue;
+    report.outputs[i].result.state = state;
+    report.outputs[i].result.strError = reason;
   }
 }
 

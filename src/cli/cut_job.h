@@ -38,6 +38,7 @@ class CCutJob {
   void StopJob();
   void Handle(const SMessage& message);
   void Collect(SCutReport& report);
+  void TellTheRest(SCutReport& report, EOutputState state, const std::string& reason) const;
 
   const CRecordingSet& m_recording;
   bool m_bVerbose;

@@ -28,6 +28,7 @@ void AddOutput(CJsonText& json, const SCutOutput& output) {
 
 std::string State(const SCutOutput& output) {
   if (output.bSkipped) return "exists, skipped";
+  if (output.result.state == EOutputState::Stopped) return "stopped";
   return output.result.bOk ? "written" : "FAILED";
 }
 

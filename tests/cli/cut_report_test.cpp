@@ -72,11 +72,14 @@ TEST(CutReportText, ShowsWhatBecameOfEveryOutput) {
   SCutReport report = Report();
   report.outputs.push_back(Output("c", true));
   report.outputs.back().bSkipped = true;
+  report.outputs.push_back(Output("d", false));
+  report.outputs.back().result.state = EOutputState::Stopped;
   const std::string text = CutReportText(report);
   EXPECT_THAT(text,
               HasSubstr("7.100 MHz     10 kHz    16      0:20  800.0 kB  written          a 000.wav ... (2 files)"));
   EXPECT_THAT(text, HasSubstr("FAILED           b 000.wav"));
   EXPECT_THAT(text, HasSubstr("exists, skipped  c 000.wav"));
+  EXPECT_THAT(text, HasSubstr("stopped          d 000.wav"));
   EXPECT_THAT(text, HasSubstr("Read 160.0 MB in 2.0 s (80.0 MB/s), CPU 1.5 s."));
 }
 

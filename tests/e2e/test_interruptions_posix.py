@@ -130,13 +130,15 @@ class TestStopped(InterruptionTest):
 
     def test_ctrl_c_between_batches_starts_no_further_one(self):
         count = 4 * os.cpu_count() + 1
-        process = self.start_cut("--sequence", f"7.1M:{7_100_000 + count - 1}:1", "--bw", "1k",
+        process = self.start_cut("--sequence", f"7.1M:{7_100_000 + count - 1}:1", "--bw", "1k", "--json",
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self.wait_for_growth(process, self.output / "2020-11-01 2359z, f=7.100 MHz, bw=1 kHz 000.wav", 1)
         process.send_signal(signals.SIGINT)
-        process.communicate(timeout=TIMEOUT)
+        out, _ = process.communicate(timeout=TIMEOUT)
         self.assertEqual(process.returncode, 130)
         self.assertLess(len(self.names()), count)
+        self.assertEqual([(each["ok"], each["error"]) for each in json.loads(out)["outputs"]],
+                         [(False, "stopped")] * count)
         for name in self.names():
             WaveFile(self.output / name).check_complete()
 
