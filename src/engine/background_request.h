@@ -19,7 +19,7 @@ inline constexpr std::uint32_t kSynchronise = 101;  // nothing is done; marks a 
 inline constexpr std::uint32_t kSetPriority = 102;  // nParam1: priority
 // The reader.
 inline constexpr std::uint32_t kStartJob = 201;  // strParam: first file, llParam1: frames to skip, llParam2: bytes
-inline constexpr std::uint32_t kStopJob = 202;  // nParam1: 1 when the job ends by itself, 0 for the user's wish
+inline constexpr std::uint32_t kStopJob = 202;   // nParam1: 1 when the job ends by itself, 0 for the user's wish
 inline constexpr std::uint32_t kReadBlock = 203;
 inline constexpr std::uint32_t kHandOnBlock = 204;    // nParam1: frames in the block buffer
 inline constexpr std::uint32_t kCreateWriters = 205;  // nParam1: how many
@@ -27,7 +27,8 @@ inline constexpr std::uint32_t kGiveEntry = 206;      // nParam1: writer, pEntry
 inline constexpr std::uint32_t kWriterFinished = 207;
 // A writer.
 inline constexpr std::uint32_t kStartEntry = 201;  // pEntry
-inline constexpr std::uint32_t kDataBlock = 202;  // block, nParam1: 1 when a stretch ends with it, nParam2: frames in it
+inline constexpr std::uint32_t kDataBlock =
+    202;  // block, nParam1: 1 when a stretch ends with it, nParam2: frames in it
 inline constexpr std::uint32_t kCloseOutput = 203;
 inline constexpr std::uint32_t kInputSkipped = 204;  // llParam1: frames skipped
 }  // namespace request

@@ -4,8 +4,8 @@
 #include <chrono>
 #include <exception>
 #include <new>
-#include <utility>
 #include <thread>
+#include <utility>
 
 #include "input/format_chunk.h"
 #include "support/platform.h"
@@ -22,8 +22,8 @@ constexpr int kWriterPriority = -2;
 constexpr std::chrono::milliseconds kBusyPause{1};
 constexpr std::chrono::milliseconds kClosePause{10};
 constexpr std::size_t kFileLogGrowth = 1000;
-constexpr std::size_t kErrorRoom = 6'000;       // characters of a long reason
-constexpr std::int32_t kByItself = 1;           // parameter of a request to stop
+constexpr std::size_t kErrorRoom = 6'000;  // characters of a long reason
+constexpr std::int32_t kByItself = 1;      // parameter of a request to stop
 constexpr double kMega = 1 << 20;
 constexpr double kGiga = 1 << 30;
 
@@ -69,8 +69,8 @@ void CBackgroundThreadReader::SetOutputs(const std::vector<const OutputEntry*>& 
   std::int64_t inputFrames = 0;
   std::int64_t late = 0;
   for (const SRecordingFile& file : m_files) {
-    // Where a file begins with the first frame wanted, nothing is sought in it and the writers are not told of the files
-    // before: they skip as much once more. See FindFirstFile and StartJob.
+    // Where a file begins with the first frame wanted, nothing is sought in it and the writers are not told of the
+    // files before: they skip as much once more. See FindFirstFile and StartJob.
     if (inputFrames > 0 && inputFrames == m_llFirstFrame) late = m_llFirstFrame;
     inputFrames += FramesIn(file);
   }
@@ -367,8 +367,8 @@ void CBackgroundThreadReader::HandOnBlock(std::int32_t frames) {
   }
 }
 
-// To every writer from here, so that what one of them gets does not depend on another. All requests are there before the
-// first is posted: either all writers get the block or none.
+// To every writer from here, so that what one of them gets does not depend on another. All requests are there before
+// the first is posted: either all writers get the block or none.
 void CBackgroundThreadReader::GiveOut(std::int32_t frames) {
   const SharedBlock block = std::move(m_pBlock);
   for (std::size_t i = 0; i < m_writers.size(); ++i) {
@@ -407,9 +407,7 @@ void CBackgroundThreadReader::CloseWriters() noexcept {
   for (const auto& writer : m_writers) {
     if (writer) writer->PostClose();
   }
-  const auto isOpen = [](const auto& writer) {
-    return writer && writer->IsFileOpen() && writer->IsThreadRunning();
-  };
+  const auto isOpen = [](const auto& writer) { return writer && writer->IsFileOpen() && writer->IsThreadRunning(); };
   while (std::any_of(m_writers.begin(), m_writers.end(), isOpen)) std::this_thread::sleep_for(kClosePause);
   const SJobEnd end{m_bStopped, m_strInputError};
   for (std::size_t i = 0; i < m_accounts.size(); ++i) {

@@ -1,5 +1,5 @@
-// CBackgroundThreadReader: the worker that reads the input once, converts it block by block and gives every block to all
-// writers. It owns the writers of a job: makes them, gives them their entries, closes them and destroys them.
+// CBackgroundThreadReader: the worker that reads the input once, converts it block by block and gives every block to
+// all writers. It owns the writers of a job: makes them, gives them their entries, closes them and destroys them.
 #pragma once
 
 #include <atomic>
@@ -32,8 +32,8 @@ class CBackgroundThreadReader final : public CBackgroundThreadBase {
   // How long an output may hold samples back from its file; for tests.
   void SetSaveInterval(std::chrono::milliseconds interval) { m_saveInterval = interval; }
 
-  // Before the requests of a job, on the owner's thread: the input as it was analysed, then the entries, in the order of
-  // the writers. All that the job needs to tell how it ended is made here.
+  // Before the requests of a job, on the owner's thread: the input as it was analysed, then the entries, in the order
+  // of the writers. All that the job needs to tell how it ended is made here.
   void SetInput(std::vector<SRecordingFile> files, const WAVEFORMATEXTENSIBLE& format, bool floatScale);
   void SetOutputs(const std::vector<const OutputEntry*>& entries);
   // The first frame that any entry wants.

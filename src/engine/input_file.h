@@ -11,9 +11,9 @@
 
 namespace carvello {
 
-// Every step tells whether the file is still the one that was described: the same file of the same size, untouched since,
-// with the same format and as many sample bytes. Where it is not, Problem() names the file and what is wrong, and the
-// samples are not to be used. Used on the reader's thread.
+// Every step tells whether the file is still the one that was described: the same file of the same size, untouched
+// since, with the same format and as many sample bytes. Where it is not, Problem() names the file and what is wrong,
+// and the samples are not to be used. Used on the reader's thread.
 class CInputFile {
  public:
   // `format`: that of the set. `floatScale`: see CWaveFileReader::FloatScale.

@@ -22,8 +22,8 @@ struct SJobEnd {
 };
 
 // Made by the job's owner before anything begins. The writer counts and fails, the reader closes it when the writer is
-// done, the owner may look at State() at any moment. Nothing but the constructor needs memory: exhausted memory must not
-// keep a failure from being told.
+// done, the owner may look at State() at any moment. Nothing but the constructor needs memory: exhausted memory must
+// not keep a failure from being told.
 class COutputAccount {
  public:
   explicit COutputAccount(const OutputEntry& entry);
@@ -47,8 +47,7 @@ class COutputAccount {
 
   // The output is closed and nothing more will come. `sampleRate`, `bytes`, `files`: what stands in its files, as the
   // file layer found it when it closed them.
-  void Close(const SJobEnd& end, std::uint32_t sampleRate, std::int64_t bytes,
-             std::vector<std::string> files) noexcept;
+  void Close(const SJobEnd& end, std::uint32_t sampleRate, std::int64_t bytes, std::vector<std::string> files) noexcept;
 
   SEntryState State() const;
   // Once, when the account is closed.

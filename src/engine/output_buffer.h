@@ -13,10 +13,10 @@ namespace carvello {
 // How long an output may hold samples back; with the time between two looks it stays within ten seconds.
 inline constexpr std::chrono::milliseconds kSaveInterval{8'000};
 
-// What a stretch of input brings (kStretchFrames) belongs together: it joins the buffer as a whole, and where it does not
-// fit, what is there is written first, in one block. A part ends between two such blocks only. What waits too long is
-// written earlier, which moves no end: the file is told that the rest belongs to it. Used on the writer's thread; every
-// function is false when the file could not be written, which then tells why.
+// What a stretch of input brings (kStretchFrames) belongs together: it joins the buffer as a whole, and where it does
+// not fit, what is there is written first, in one block. A part ends between two such blocks only. What waits too long
+// is written earlier, which moves no end: the file is told that the rest belongs to it. Used on the writer's thread;
+// every function is false when the file could not be written, which then tells why.
 class COutputBuffer {
  public:
   static constexpr std::uint32_t kBytes = 16'777'216;

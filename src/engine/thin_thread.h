@@ -45,7 +45,7 @@ class CThinThread {
 
   std::mutex m_wakeLock;
   std::condition_variable m_wake;
-  bool m_bWoken = false;  // under m_wakeLock
+  bool m_bWoken = false;                        // under m_wakeLock
   std::chrono::milliseconds m_wakeInterval{0};  // 0: until it is woken
   std::atomic<bool> m_bStop = false;
   std::atomic<bool> m_bRunning = false;

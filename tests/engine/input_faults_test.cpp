@@ -1,5 +1,5 @@
-// Inputs that are not, or do not stay, what the analysis found. Entries that were complete before count; the others fail
-// with the reason, and nothing of a later file takes the place of what is missing.
+// Inputs that are not, or do not stay, what the analysis found. Entries that were complete before count; the others
+// fail with the reason, and nothing of a later file takes the place of what is missing.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-// Memory that is exhausted at any moment of a job, once or for good: the job ends, what is called ok holds every sample,
-// and whatever is not says why.
+// Memory that is exhausted at any moment of a job, once or for good: the job ends, what is called ok holds every
+// sample, and whatever is not says why.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

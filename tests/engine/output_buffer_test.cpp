@@ -1,5 +1,5 @@
-// Where the parts of a split output end, and what is written when. All places are reckoned here by hand from the sizes of
-// the stretches and of the buffer.
+// Where the parts of a split output end, and what is written when. All places are reckoned here by hand from the sizes
+// of the stretches and of the buffer.
 #include "engine/output_buffer.h"
 
 #include <gmock/gmock.h>

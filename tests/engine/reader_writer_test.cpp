@@ -401,10 +401,10 @@ TEST_F(ReaderWriterTest, SplitOutputJoinsToTheWhole) {
   EXPECT_TRUE(joined == Frames(0, 66 * kBlock));
 }
 
-// Three stretches of 2,097,152 frames decimated by 3 give as many samples, 8,388,608 bytes. The first file has three, and
-// one that its end cuts off, with 400,000 bytes. Of the second file's, with 2,796,204 or 2,796,200 bytes each, two fit
-// behind them into the 16,777,216 bytes of the buffer: the first write brings 14,381,016. The next six fill the buffer
-// to the last byte: 31,158,232 bytes, and there the part of 20 MB ends. The ninth begins the next.
+// Three stretches of 2,097,152 frames decimated by 3 give as many samples, 8,388,608 bytes. The first file has three,
+// and one that its end cuts off, with 400,000 bytes. Of the second file's, with 2,796,204 or 2,796,200 bytes each, two
+// fit behind them into the 16,777,216 bytes of the buffer: the first write brings 14,381,016. The next six fill the
+// buffer to the last byte: 31,158,232 bytes, and there the part of 20 MB ends. The ninth begins the next.
 TEST_F(ReaderWriterTest, PartsEndWhereStretchesOfTwoMillionFramesFillTheBuffer) {
   constexpr std::int64_t kStretch = kStretchFrames;
   constexpr std::int64_t kFirst = 3 * kStretch + 300'000;
