@@ -18,7 +18,7 @@ constexpr std::uint32_t kSmallestRiffSize = 45;
 const char* const kNoRF64 = "Not a valid WAVE RF64 file";
 
 std::string ChunkName(const ChunkId& id) {
-  return Printable(platform::SystemCodePageToUtf8(std::string(id.data(), std::find(id.begin(), id.end(), '\0'))));
+  return Printable(std::string(id.data(), std::find(id.begin(), id.end(), '\0')));
 }
 
 std::string TooManyChunks() {
