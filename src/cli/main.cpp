@@ -1,6 +1,15 @@
 #include "cli/program.h"
 #include "support/platform.h"
 
+namespace {
+
+// Ahead of every other initialiser, as those of the option parser take memory.
+[[gnu::constructor(101)]] void Prepare() noexcept {
+  carvello::PrepareForLittleMemory();
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
   carvello::platform::PrepareProcess();
   carvello::platform::UseUtf8Console();

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
+#include <cstdlib>
 #include <exception>
 #include <memory>
 #include <new>
@@ -103,7 +104,37 @@ int Guarded(Run run) noexcept {
   return static_cast<int>(result);
 }
 
+std::terminate_handler g_pUsualEnd = nullptr;
+
+// Called where an exception cannot go on. With so little memory that not even an exception can be made (the C++ library
+// ends the program then), or where one that tells of it came upon a noexcept function, that is an end like any other
+// for want of memory; everything else is a slip of the program's and ends as such.
+[[noreturn]] void EndForWantOfMemory() {
+  bool outOfMemory = false;
+  if (const std::exception_ptr failure = std::current_exception()) {
+    try {
+      std::rethrow_exception(failure);
+    } catch (const std::bad_alloc&) {
+      outOfMemory = true;
+    } catch (...) {
+      outOfMemory = false;
+    }
+  } else {
+    constexpr std::size_t kException = 1024;
+    void* const room = std::malloc(kException);  // an exception and what belongs to it
+    outOfMemory = room == nullptr;
+    std::free(room);
+  }
+  if (!outOfMemory) g_pUsualEnd();
+  PrintPlainMessage("not enough memory");
+  std::_Exit(static_cast<int>(EExit::OutputFailed));
+}
+
 }  // namespace
+
+void PrepareForLittleMemory() noexcept {
+  g_pUsualEnd = std::set_terminate(EndForWantOfMemory);
+}
 
 int RunProgram(const std::vector<std::string>& arguments) noexcept {
   return Guarded([&] { return ParseAndRun(arguments); });
