@@ -13,14 +13,15 @@ void CMessageQueue::PostNumbers(std::uint32_t message, std::uint64_t total, std:
 }
 
 std::vector<SMessage> CMessageQueue::Take(std::chrono::milliseconds timeout) {
-  std::unique_lock guard(m_lock);
-  m_posted.wait_for(guard, timeout, [this] { return !m_messages.empty(); });
+  const auto end = std::chrono::steady_clock::now() + timeout;
+  CLockGuard guard(m_lock);
+  while (m_messages.empty() && guard.WaitUntil(m_posted, end)) continue;
   return std::exchange(m_messages, {});
 }
 
 void CMessageQueue::Post(SMessage message) {
   {
-    const std::lock_guard guard(m_lock);
+    const CLockGuard guard(m_lock);
     m_messages.push_back(std::move(message));
   }
   m_posted.notify_one();

@@ -4,11 +4,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <vector>
 
 #include "engine/message_target.h"
+#include "support/mutex.h"
 
 namespace carvello {
 
@@ -31,9 +31,9 @@ class CMessageQueue : public IMessageTarget {
  private:
   void Post(SMessage message);
 
-  std::mutex m_lock;
+  CMutex m_lock;
   std::condition_variable m_posted;
-  std::vector<SMessage> m_messages;
+  std::vector<SMessage> m_messages CARVELLO_GUARDED_BY(m_lock);
 };
 
 }  // namespace carvello

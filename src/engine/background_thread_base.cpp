@@ -71,7 +71,7 @@ void CBackgroundThreadBase::Stop() {
 CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::TakeRequest(std::uint32_t code) {
   RequestPtr request;
   {
-    const std::lock_guard guard(m_freeLock);
+    const CLockGuard guard(m_freeLock);
     request = m_free.Pop();
     m_nFreeCount = m_free.Size();
   }
@@ -85,7 +85,7 @@ CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::TakeRequest(std::uint32
 void CBackgroundThreadBase::Post(RequestPtr request) noexcept {
   bool wasEmpty = false;
   {
-    const std::lock_guard guard(m_queueLock);
+    const CLockGuard guard(m_queueLock);
     wasEmpty = m_queue.Size() == 0;
     m_queue.Push(std::move(request));
     ++m_nPosted;
@@ -110,7 +110,7 @@ void CBackgroundThreadBase::WaitIdle() noexcept {
 }
 
 CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::NextRequest(std::uint32_t& remaining) noexcept {
-  const std::lock_guard guard(m_queueLock);
+  const CLockGuard guard(m_queueLock);
   RequestPtr request = m_queue.Pop();
   remaining = m_queue.Size();
   m_nQueued = remaining;
@@ -120,7 +120,7 @@ CBackgroundThreadBase::RequestPtr CBackgroundThreadBase::NextRequest(std::uint32
 void CBackgroundThreadBase::Recycle(RequestPtr request) noexcept {
   request->Reset();
   CRequestQueue surplus;  // freed after the lock is gone
-  const std::lock_guard guard(m_freeLock);
+  const CLockGuard guard(m_freeLock);
   m_free.Push(std::move(request));
   if (m_free.Size() >= kMaxFreeRequests) surplus.Swap(m_free);
   m_nFreeCount = m_free.Size();
@@ -185,7 +185,7 @@ void CBackgroundThreadBase::Handle(CBackgroundRequest& request, std::uint32_t re
 }
 
 CMyStringArray CBackgroundThreadBase::History() const {
-  const std::lock_guard guard(m_historyLock);
+  const CLockGuard guard(m_historyLock);
   return m_history;
 }
 
@@ -214,7 +214,7 @@ void CBackgroundThreadBase::LogLine(const std::string& text) {
   if (m_bHistory) {
     std::string line = text;
     if (m_bHistoryTime) line = Format("%s %s", FormatLocal("%H:%M:%S", CurrentTime()).c_str(), text.c_str());
-    const std::lock_guard guard(m_historyLock);
+    const CLockGuard guard(m_historyLock);
     m_history.Add(std::move(line));
   }
   m_strLastLine = text;

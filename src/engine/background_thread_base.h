@@ -4,12 +4,12 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
-#include <mutex>
 #include <string>
 
 #include "engine/background_request.h"
 #include "engine/message_target.h"
 #include "engine/thin_thread.h"
+#include "support/mutex.h"
 #include "support/my_string_array.h"
 #include "support/text.h"
 
@@ -91,14 +91,14 @@ class CBackgroundThreadBase : public CThinThread {
   std::string m_strName;
   std::string m_strLastLine;
 
-  mutable std::mutex m_historyLock;
-  CMyStringArray m_history;
-  std::mutex m_queueLock;
-  CRequestQueue m_queue;
+  mutable CMutex m_historyLock;
+  CMyStringArray m_history CARVELLO_GUARDED_BY(m_historyLock);
+  CMutex m_queueLock;
+  CRequestQueue m_queue CARVELLO_GUARDED_BY(m_queueLock);
   std::atomic<std::uint64_t> m_nPosted = 0;   // requests ever posted; written under m_queueLock
   std::atomic<std::uint64_t> m_nHandled = 0;  // requests ever handled or dropped; the worker's thread only
-  std::mutex m_freeLock;
-  CRequestQueue m_free;
+  CMutex m_freeLock;
+  CRequestQueue m_free CARVELLO_GUARDED_BY(m_freeLock);
 };
 
 // The name of a thread priority as log lines show it: 2 "Highest", 1 "Above normal", 0 "Normal", ...

@@ -23,14 +23,14 @@ CBlockPool::CFreeBlocks::~CFreeBlocks() {
 }
 
 ComplexBuffer CBlockPool::CFreeBlocks::Take() noexcept {
-  const std::lock_guard guard(m_lock);
+  const CLockGuard guard(m_lock);
   ComplexBuffer block(m_pFirst);
   if (block) m_pFirst = NextOf(block.get());
   return block;
 }
 
 void CBlockPool::CFreeBlocks::Add(SComplex* block) noexcept {
-  const std::lock_guard guard(m_lock);
+  const CLockGuard guard(m_lock);
   std::memcpy(static_cast<void*>(block), &m_pFirst, sizeof(m_pFirst));
   m_pFirst = block;
 }

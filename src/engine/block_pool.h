@@ -3,10 +3,10 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 
 #include "dsp/complex_sample.h"
 #include "dsp/primitives.h"
+#include "support/mutex.h"
 
 namespace carvello {
 
@@ -36,8 +36,8 @@ class CBlockPool {
     void Add(SComplex* block) noexcept;
 
    private:
-    std::mutex m_lock;
-    SComplex* m_pFirst = nullptr;
+    CMutex m_lock;
+    SComplex* m_pFirst CARVELLO_GUARDED_BY(m_lock) = nullptr;
   };
 
   std::int64_t m_nLength;

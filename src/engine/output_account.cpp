@@ -63,7 +63,7 @@ void COutputAccount::Open(std::int64_t inputFrames, std::int64_t late) noexcept 
 }
 
 void COutputAccount::Fail(std::string_view reason) noexcept {
-  const std::lock_guard guard(m_reasonLock);
+  const CLockGuard guard(m_reasonLock);
   if (m_bFailed) return;
   Assign(m_strReason, reason.empty() ? "Unknown error" : reason);
   m_state = EOutputState::Failed;
@@ -129,7 +129,7 @@ SEntryState COutputAccount::State() const {
     const double share = static_cast<double>(std::min(given, m_nDue)) / static_cast<double>(m_nDue);
     state.nProgress = static_cast<std::uint32_t>(share * kProgressTotal);
   }
-  const std::lock_guard guard(m_reasonLock);
+  const CLockGuard guard(m_reasonLock);
   if (m_bFailed) state.strReason = m_strReason;
   return state;
 }

@@ -4,7 +4,6 @@
 
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,6 +11,7 @@
 
 #include "engine/output_entry.h"
 #include "engine/output_result.h"
+#include "support/mutex.h"
 
 namespace carvello {
 
@@ -61,8 +61,9 @@ class COutputAccount {
   std::atomic<std::int64_t> m_nGiven = 0;  // given to the downconverter
   std::atomic<bool> m_bFailed = false;
   std::atomic<EOutputState> m_state = EOutputState::Waiting;
-  mutable std::mutex m_reasonLock;
-  std::string m_strReason;  // set once, under m_reasonLock; never grows beyond the room made at first
+  mutable CMutex m_reasonLock;
+  // Set once; never grows beyond the room made at first.
+  std::string m_strReason CARVELLO_GUARDED_BY(m_reasonLock);
   SOutputResult m_result;
 };
 

@@ -35,7 +35,7 @@ void CThinThread::StopThread() {
 
 void CThinThread::Wake() noexcept {
   {
-    const std::lock_guard guard(m_wakeLock);
+    const CLockGuard guard(m_wakeLock);
     m_bWoken = true;
   }
   m_wake.notify_one();
@@ -43,15 +43,17 @@ void CThinThread::Wake() noexcept {
 
 bool CThinThread::WaitForWake() {
   if (m_wakeInterval.count() > 0) return WaitForWake(m_wakeInterval);
-  std::unique_lock guard(m_wakeLock);
-  m_wake.wait(guard, [this] { return m_bWoken; });
+  CLockGuard guard(m_wakeLock);
+  while (!m_bWoken) guard.Wait(m_wake);
   m_bWoken = false;
   return true;
 }
 
 bool CThinThread::WaitForWake(std::chrono::milliseconds timeout) {
-  std::unique_lock guard(m_wakeLock);
-  const bool woken = m_wake.wait_for(guard, timeout, [this] { return m_bWoken; });
+  const auto end = std::chrono::steady_clock::now() + timeout;
+  CLockGuard guard(m_wakeLock);
+  while (!m_bWoken && guard.WaitUntil(m_wake, end)) continue;
+  const bool woken = m_bWoken;
   m_bWoken = false;
   return woken;
 }

@@ -4,8 +4,9 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
-#include <mutex>
 #include <thread>
+
+#include "support/mutex.h"
 
 namespace carvello {
 
@@ -43,9 +44,9 @@ class CThinThread {
   void Body() noexcept;
   bool WaitForWake();  // for the wake interval; false when it ran out
 
-  std::mutex m_wakeLock;
+  CMutex m_wakeLock;
   std::condition_variable m_wake;
-  bool m_bWoken = false;                        // under m_wakeLock
+  bool m_bWoken CARVELLO_GUARDED_BY(m_wakeLock) = false;
   std::chrono::milliseconds m_wakeInterval{0};  // 0: until it is woken
   std::atomic<bool> m_bStop = false;
   std::atomic<bool> m_bRunning = false;

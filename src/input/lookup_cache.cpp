@@ -1,7 +1,6 @@
 #include "input/lookup_cache.h"
 
 #include <atomic>
-#include <mutex>
 #include <optional>
 #include <unordered_map>
 #include <utility>
@@ -11,6 +10,7 @@
 #include "input/wave_file_reader.h"
 #include "support/file.h"
 #include "support/formatting.h"
+#include "support/mutex.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -43,7 +43,7 @@ class CLookupMap {
   std::optional<Value> Find(const std::string& fileName, const SFileStamp& stamp) {
     std::optional<Value> found;
     {
-      const std::lock_guard lock(m_lock);
+      const CLockGuard lock(m_lock);
       if (const auto* entry = Entry(fileName, stamp)) found = entry->second;
     }
     if (found) ++s_nHits;
@@ -52,12 +52,12 @@ class CLookupMap {
   }
 
   bool Has(const std::string& fileName, const SFileStamp& stamp) {
-    const std::lock_guard lock(m_lock);
+    const CLockGuard lock(m_lock);
     return Entry(fileName, stamp) != nullptr;
   }
 
   void Store(const std::string& fileName, const SFileStamp& stamp, const Value& value) {
-    const std::lock_guard lock(m_lock);
+    const CLockGuard lock(m_lock);
     if (m_entries.empty()) m_entries.rehash(kBuckets);
     m_entries.insert_or_assign(fileName, std::pair(stamp, value));
   }
@@ -65,14 +65,14 @@ class CLookupMap {
  private:
   using Stored = std::pair<SFileStamp, Value>;
 
-  // With the lock held; nullptr for a file not stored, or changed since.
-  const Stored* Entry(const std::string& fileName, const SFileStamp& stamp) const {
+  // nullptr for a file not stored, or changed since.
+  const Stored* Entry(const std::string& fileName, const SFileStamp& stamp) const CARVELLO_NEEDS(m_lock) {
     const auto entry = m_entries.find(fileName);
     return entry != m_entries.end() && entry->second.first == stamp ? &entry->second : nullptr;
   }
 
-  std::mutex m_lock;
-  std::unordered_map<std::string, Stored> m_entries;
+  CMutex m_lock;
+  std::unordered_map<std::string, Stored> m_entries CARVELLO_GUARDED_BY(m_lock);
 };
 
 CLookupMap<SFileFacts>& MetadataMap() {

@@ -1,16 +1,17 @@
 #include "input/member_memory.h"
 
-#include <mutex>
 #include <unordered_map>
 #include <utility>
+
+#include "support/mutex.h"
 
 namespace carvello {
 
 namespace {
 
 struct SMemory {
-  std::mutex lock;
-  std::unordered_map<std::string, std::pair<SFileStamp, std::string>> members;
+  CMutex lock;
+  std::unordered_map<std::string, std::pair<SFileStamp, std::string>> members CARVELLO_GUARDED_BY(lock);
 };
 
 SMemory& Memory() {
@@ -22,7 +23,7 @@ SMemory& Memory() {
 
 void RememberMember(const std::string& member, const SFileStamp& stamp, const std::string& read) {
   SMemory& memory = Memory();
-  const std::lock_guard lock(memory.lock);
+  const CLockGuard lock(memory.lock);
   memory.members.insert_or_assign(member, std::pair(stamp, read));
 }
 
@@ -30,7 +31,7 @@ std::optional<std::string> FileReadFor(const std::string& member) {
   const std::optional<platform::FileStatus> status = platform::GetFileStatus(member);
   if (!status || !platform::IsReadable(member)) return std::nullopt;
   SMemory& memory = Memory();
-  const std::lock_guard lock(memory.lock);
+  const CLockGuard lock(memory.lock);
   const auto found = memory.members.find(member);
   if (found == memory.members.end() || found->second.first != SFileStamp(*status)) return std::nullopt;
   return found->second.second;

@@ -10,9 +10,10 @@
 namespace vantrel {
 
 // The taps of a linear-phase filter in front of a decimation, an odd number, the middle one at the output's time: one
-// less than a multiple of what kernels take at a time, for filters between these would take them as long. The gain is 1 at
-// 0 Hz, within 0.001 dB of it up to passEdge, and below -118 dB within stopEdge of every multiple of the decimated rate.
-// Both edges are in cycles per input sample. Throws std::domain_error when the bands leave too little room between them.
+// less than a multiple of what kernels take at a time, for filters between these would take them as long. The gain is 1
+// at 0 Hz, within 0.001 dB of it up to passEdge, and below -118 dB within stopEdge of every multiple of the decimated
+// rate. Both edges are in cycles per input sample. Throws std::domain_error when the bands leave too little room
+// between them.
 //
 // The least maximum of the weighted error comes by Lawson's iteration ("Contributions to the theory of linear least
 // maximum approximations", 1961) over least-squares solutions on a grid of frequencies.

@@ -5,12 +5,12 @@
 #include <cmath>
 #include <condition_variable>
 #include <list>
-#include <mutex>
 #include <numbers>
 #include <utility>
 
 #include "alias_filter.h"
 #include "kernels.h"
+#include "mutex.h"
 
 namespace vantrel {
 namespace {
@@ -55,12 +55,12 @@ class CCubicFit {
 class CTableShelf {
  public:
   std::shared_ptr<const CFirTable> Table(const SStagePlan& key, const SStagePlan& plan) {
-    std::unique_lock lock(m_Mutex);
+    CLockGuard lock(m_Mutex);
     for (;;) {
       const auto found = std::find_if(m_Places.begin(), m_Places.end(), [&](const auto& x) { return x.key == key; });
       if (found == m_Places.end()) break;
       if (found->bInDesign) {
-        m_DesignEnds.wait(lock);
+        lock.Wait(m_DesignEnds);
       } else if (auto pTable = found->pTable.lock()) {
         return pTable;
       } else {
@@ -68,18 +68,18 @@ class CTableShelf {
       }
     }
     const auto place = m_Places.insert(m_Places.end(), SPlace{key, {}});
-    lock.unlock();
+    lock.Unlock();
     std::shared_ptr<const CFirTable> pTable;
     try {
       pTable = std::make_shared<const CFirTable>(plan);
     } catch (...) {
       // Whoever waits for it tries itself.
-      lock.lock();
+      lock.Lock();
       m_Places.erase(place);
       m_DesignEnds.notify_all();
       throw;
     }
-    lock.lock();
+    lock.Lock();
     place->pTable = pTable;
     place->bInDesign = false;
     m_DesignEnds.notify_all();
@@ -87,7 +87,7 @@ class CTableShelf {
     // The one that falls off the end may be the last to hold its table, which then goes without the lock.
     std::shared_ptr<const CFirTable> pOldest = std::exchange(m_Latest[m_nLatest], pTable);
     m_nLatest = (m_nLatest + 1) % m_Latest.size();
-    lock.unlock();
+    lock.Unlock();
     return pTable;
   }
 
@@ -98,11 +98,11 @@ class CTableShelf {
     bool bInDesign = true;
   };
 
-  std::mutex m_Mutex;
+  CMutex m_Mutex;
   std::condition_variable m_DesignEnds;
-  std::list<SPlace> m_Places;
-  std::array<std::shared_ptr<const CFirTable>, kLatestTables> m_Latest;
-  std::size_t m_nLatest = 0;  // where the next one goes
+  std::list<SPlace> m_Places VANTREL_GUARDED_BY(m_Mutex);
+  std::array<std::shared_ptr<const CFirTable>, kLatestTables> m_Latest VANTREL_GUARDED_BY(m_Mutex);
+  std::size_t m_nLatest VANTREL_GUARDED_BY(m_Mutex) = 0;  // where the next one goes
 };
 
 }  // namespace

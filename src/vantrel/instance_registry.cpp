@@ -5,7 +5,7 @@
 namespace vantrel {
 
 std::uint32_t CInstanceRegistry::Add(std::shared_ptr<SInstance> instance) {
-  const std::lock_guard lock(m_Mutex);
+  const CLockGuard lock(m_Mutex);
   do {
     ++m_nLastHandle;
   } while (m_nLastHandle == 0 || m_Instances.contains(m_nLastHandle));
@@ -14,14 +14,14 @@ std::uint32_t CInstanceRegistry::Add(std::shared_ptr<SInstance> instance) {
 }
 
 std::shared_ptr<SInstance> CInstanceRegistry::Find(std::uint32_t handle) {
-  const std::lock_guard lock(m_Mutex);
+  const CLockGuard lock(m_Mutex);
   const auto found = m_Instances.find(handle);
   return found != m_Instances.end() ? found->second : nullptr;
 }
 
 void CInstanceRegistry::Remove(std::uint32_t handle) {
   std::shared_ptr<SInstance> last;  // destroyed after the lock is given back
-  const std::lock_guard lock(m_Mutex);
+  const CLockGuard lock(m_Mutex);
   const auto found = m_Instances.find(handle);
   if (found == m_Instances.end()) return;
   last = std::move(found->second);
@@ -30,7 +30,7 @@ void CInstanceRegistry::Remove(std::uint32_t handle) {
 
 void CInstanceRegistry::RemoveAll() {
   std::map<std::uint32_t, std::shared_ptr<SInstance>> last;
-  const std::lock_guard lock(m_Mutex);
+  const CLockGuard lock(m_Mutex);
   last.swap(m_Instances);
 }
 

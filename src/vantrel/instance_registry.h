@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "downconverter.h"
 #include "fir_stage.h"
+#include "mutex.h"
 #include "oscillator.h"
 #include "partitioned_filter.h"
 
@@ -31,9 +31,9 @@ class CInstanceRegistry {
   void RemoveAll();
 
  private:
-  std::mutex m_Mutex;
-  std::uint32_t m_nLastHandle = 0;
-  std::map<std::uint32_t, std::shared_ptr<SInstance>> m_Instances;
+  CMutex m_Mutex;
+  std::uint32_t m_nLastHandle VANTREL_GUARDED_BY(m_Mutex) = 0;
+  std::map<std::uint32_t, std::shared_ptr<SInstance>> m_Instances VANTREL_GUARDED_BY(m_Mutex);
 };
 
 }  // namespace vantrel
