@@ -31,10 +31,10 @@ inline void RequirePrintable(std::string_view text, bool lineBreaks = false) {
     const std::uint8_t second = byte(i + 1);
     const std::uint8_t third = byte(i + 2);
     Require((first >= 0x20 && first != 0x7F) || (lineBreaks && first == '\n'));
-    Require(first != 0xC2 || second >= 0xA0);                                                          // C1
-    Require(first != 0xD8 || second != 0x9C);                                                          // U+061C
+    Require(first != 0xC2 || second >= 0xA0);  // C1
+    Require(first != 0xD8 || second != 0x9C);  // U+061C
     Require(first != 0xE2 || second != 0x80 || ((third < 0x8E || third > 0x8F) && (third < 0xA8 || third > 0xAE)));
-    Require(first != 0xE2 || second != 0x81 || third < 0xA6 || third > 0xA9);                          // isolates
+    Require(first != 0xE2 || second != 0x81 || third < 0xA6 || third > 0xA9);  // isolates
   }
   Require(Utf16ToUtf8(Utf8ToUtf16(text)) == text);  // no byte that is no UTF-8
 }

@@ -1,7 +1,7 @@
 // Any UTF-16 bytes as the XML metadata of a recording: names and values come in pairs, and every number can be asked
 // for.
-#include "fuzz_checks.h"
 #include "recording/metadata_xml.h"
+#include "fuzz_checks.h"
 
 using namespace carvello;
 

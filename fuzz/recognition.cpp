@@ -9,10 +9,9 @@ using namespace carvello;
 namespace {
 
 void RequireRecord(const RecordingSourceInfo& source) {
-  constexpr std::string_view kNames[] = {kSourceSdrSharp,      kSourceSpectraVue1,  kSourceSpectraVue2,
-                                         kSourceSpectraVue234, kSourceSpectraVue30, kSourceWinrad,
-                                         kSourceElad,          kSourcePerseus,      kSourceWinradio,
-                                         kSourceGo2Monitor,    kSourceUnknown,      ""};
+  constexpr std::string_view kNames[] = {
+      kSourceSdrSharp, kSourceSpectraVue1, kSourceSpectraVue2, kSourceSpectraVue234, kSourceSpectraVue30, kSourceWinrad,
+      kSourceElad,     kSourcePerseus,     kSourceWinradio,    kSourceGo2Monitor,    kSourceUnknown,      ""};
   bool known = false;
   for (const std::string_view name : kNames) known = known || source.strSourceName == name;
   fuzz::Require(known);

@@ -2,7 +2,6 @@
 // what was taken can be stored and read again.
 #include "support/my_settings_store.h"
 
-
 #include "fuzz_checks.h"
 
 using namespace carvello;

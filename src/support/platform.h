@@ -87,7 +87,7 @@ bool FileNamesEqual(std::string_view a, std::string_view b);  // without case on
 
 // ---- errors ----------------------------------------------------------------------------------------------------
 
-std::uint32_t LastError();                                 // errno, or GetLastError()
+std::uint32_t LastError();  // errno, or GetLastError()
 // The system's text, with a space for each of its line breaks; nothing when it has none.
 std::optional<std::string> ErrorText(std::uint32_t code);
 // The C runtime's text for an error of that code; nothing when it has none. The system's own, where both are one.
