@@ -92,7 +92,7 @@ SToneText CRunAccount::StateOf(const OutputEntry* entry) const {
     case EOutputState::Failed:
       break;
   }
-  return {"failed: " + state.strReason, ETone::Bad};
+  return {"failed: " + Printable(state.strReason), ETone::Bad};
 }
 
 SToneText CRunAccount::Outcome() const {
@@ -111,7 +111,7 @@ std::string CRunAccount::Failures() const {
   std::string text = Format("%zu of %zu outputs failed:", m_failures.size(), m_batch.size());
   const std::size_t named = std::min(m_failures.size(), kMostFailures);
   for (std::size_t i = 0; i < named; ++i) {
-    text += "\n\n" + m_failures[i].strFile + ": " + Shortened(m_failures[i].strReason);
+    text += "\n\n" + m_failures[i].strFile + ": " + Shortened(Printable(m_failures[i].strReason));
   }
   if (named < m_failures.size()) {
     text += Format("\n\nand %zu more, which the list and the log name.", m_failures.size() - named);

@@ -22,6 +22,7 @@ class LogListTest : public QObject {
   void ALineHasTimeNameAndText();
   void ALineWithoutANameHasTimeAndText();
   void ATextOfSeveralLinesIsOneLine();
+  void WhatWouldBeObeyedIsEscaped();
   void FollowsTheNewestLine();
   void AWideLineWidensTheExtentWhichOnlyGrows();
   void ClearingResetsTheExtent();
@@ -71,6 +72,11 @@ void LogListTest::ALineWithoutANameHasTimeAndText() {
 void LogListTest::ATextOfSeveralLinesIsOneLine() {
   m_pLog->AddLine("a\r\nb\nc");
   QCOMPARE(m_pLog->Lines(), std::vector<std::string>{"00:59:00> a  b c"});
+}
+
+void LogListTest::WhatWouldBeObeyedIsEscaped() {
+  m_pLog->AddLine("Reader\x1B", "a\t\u009B\u202Eb\xFF");
+  QCOMPARE(m_pLog->Lines(), std::vector<std::string>{"00:59:00> Reader\\x1B> a\\t\\u009B\\u202Eb\\xFF"});
 }
 
 void LogListTest::FollowsTheNewestLine() {

@@ -20,6 +20,7 @@ class MessageBoxesTest : public QObject {
   void EscapeIsTheMostHarmlessAnswer_data();
   void EscapeIsTheMostHarmlessAnswer();
   void ShowsMarkupInATextAsItStands();
+  void EscapesWhatWouldBeObeyed();
 };
 
 void MessageBoxesTest::ShowsCaptionTextIconAndButtons_data() {
@@ -95,6 +96,13 @@ void MessageBoxesTest::EscapeIsTheMostHarmlessAnswer() {
   CAnswers answers;  // no answer given: Escape
   const EAnswer given = ShowMessageBox(nullptr, {"Start", "?", static_cast<EButtons>(buttons), EIcon::Question});
   QCOMPARE(static_cast<int>(given), answer);
+}
+
+void MessageBoxesTest::EscapesWhatWouldBeObeyed() {
+  CAnswers answers;
+  answers.Give(QMessageBox::Ok);
+  ShowMessageBox(nullptr, {"Start", "a\u202Egpj.exe\n\x1B", EButtons::Ok, EIcon::Stop});
+  QCOMPARE(answers.Shown()[0].text, QString("a\\u202Egpj.exe\n\\x1B"));
 }
 
 void MessageBoxesTest::ShowsMarkupInATextAsItStands() {

@@ -32,6 +32,7 @@ class RunAccountTest : public QObject {
   void WhatEndsUnfinishedHasFailed();
   void TheOutcomeIsThatOfAllBatches();
   void ManyFailuresStayOnTheScreen();
+  void AReasonIsOneLineWhateverItNames();
   void EntriesThatAreGoneAreForgotten();
 
  private:
@@ -147,6 +148,12 @@ void RunAccountTest::TheOutcomeIsThatOfAllBatches() {
   QCOMPARE(m_account.Outcome(), (SToneText{"3 of 4 outputs written, 1 failed", ETone::Bad}));
   QCOMPARE(m_account.StateOf(&m_entries[1]).strText, std::string("failed: disk full"));
   QCOMPARE(m_account.Failures(), std::string());  // told after its own batch
+}
+
+void RunAccountTest::AReasonIsOneLineWhateverItNames() {
+  Run(0, {State(0, EOutputState::Failed, "a\n\x1B\u202E: gone")});
+  QCOMPARE(m_account.StateOf(&m_entries[0]).strText, std::string("failed: a\\n\\x1B\\u202E: gone"));
+  QVERIFY(m_account.Failures().ends_with("f=0.wav: a\\n\\x1B\\u202E: gone"));
 }
 
 void RunAccountTest::ManyFailuresStayOnTheScreen() {
