@@ -58,6 +58,17 @@ class TestLittleMemory(EndToEndTest):
             self.assertEqual(codes[-1], last)
             self.assertLessEqual(set(codes), {1, 3, last})
 
+    def test_job_files_that_nobody_would_write_are_refused_in_half_a_gigabyte(self):
+        most = 60_000_000
+        keys = ",".join(f'"{number}":1' for number in range(1_000_000))
+        entries = ",".join(['{"frequency":1,"bandwidth":10}'] * 1_900_000)
+        for text in ("[" * most, '{"entries":' + "[" * most, '{"input":' + "[" * 100_000 + "]" * 100_000 + "}",
+                     "{" + keys + "}", '{"entries":[{' + keys + "}]}", '{"entries":[' + entries + "]}",
+                     '{"input":"' + "x" * most + '"}', '{"input":"' + "x" * most, '{"entries":[{"frequency":' + "1" * most,
+                     " " * most):
+            self.jobs.write_text(text)
+            self.assertEqual(self.end(["cut", "--jobs", self.jobs], 500_000_000), 2, text[:40])
+
 
 if __name__ == "__main__":
     unittest.main()
