@@ -182,6 +182,8 @@ void CBackgroundThreadReader::EntryFails(std::size_t entry, std::string_view rea
   COutputAccount& account = *m_accounts[entry];
   account.Fail(reason);
   Log("[ERROR] %s: %s", account.Entry().strFileName.c_str(), account.Reason().c_str());
+  // Blocks that nobody takes off its queue would pile up, the whole input in the end.
+  if (entry < m_writers.size()) m_writers[entry].reset();
   WriterFinished();
 }
 

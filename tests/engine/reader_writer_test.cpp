@@ -7,6 +7,7 @@
 #include <cstring>
 #include <filesystem>
 #include <numeric>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -503,6 +504,30 @@ TEST_F(ReaderWriterTest, EntryThatIsRefusedCreatesNothingAndLeavesTheOthersAlone
   EXPECT_FRAMES(Path("kept.wav"), 0, 5000);
   for (const char* name : {"none.wav", "wide.wav", "behind.wav"}) EXPECT_FALSE(std::filesystem::exists(Path(name)));
   EXPECT_EQ(m_target.Count("Reader> [ERROR] " + Path("none.wav") + ": a bandwidth of 0 Hz cannot be cut"), 1u);
+}
+
+void (*passThroughNco)(std::uint32_t, std::int64_t, std::uint32_t, const SComplex*, std::uint32_t, SComplex*) = nullptr;
+std::set<const SComplex*> places;  // where the writer at work found its samples
+std::size_t visits = 0;
+
+// Blocks are used again as soon as no writer holds them; those given to a writer that never runs would be held for good.
+TEST_F(ReaderWriterTest, EntryThatIsRefusedHoldsNoBlocks) {
+  constexpr std::int64_t kFrames = 30 * kBlock;
+  const auto input = WriteNumbered("in.wav", 0, kFrames);
+  auto none = Entry("none.wav", 0, 0);
+  none.nOutputSampleRate = 0;
+  passThroughNco = m_dsp.NCO;
+  places.clear();
+  visits = 0;
+  m_dsp.NCO = [](std::uint32_t handle, std::int64_t shift, std::uint32_t rate, const SComplex* source,
+                 std::uint32_t count, SComplex* destination) {
+    places.insert(source);
+    ++visits;
+    passThroughNco(handle, shift, rate, source, count, destination);
+  };
+  RunJob({input}, {none, Entry("kept.wav", 0, 0)}, 4 * kFrames);
+  EXPECT_TRUE(m_reader.Results()[1].bOk);
+  EXPECT_LT(places.size(), visits / 2) << "no block was used twice";
 }
 
 TEST_F(ReaderWriterTest, JobBeginsToReadBeforeEveryWriterHasDesignedItsFilters) {
