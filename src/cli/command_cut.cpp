@@ -9,6 +9,7 @@
 #include "cli/help_texts.h"
 #include "cli/stop_requests.h"
 #include "dsp/start_dsp.h"
+#include "engine/existing_output.h"
 #include "engine/job_control.h"
 #include "engine/output_files.h"
 #include "engine/recording_input.h"
@@ -60,11 +61,11 @@ std::string RecordingProblem(const CRecordingSet& recording) {
 }
 
 // The input file that an entry would replace, as a message; empty when there is none.
-std::string ReplacedInput(const CEntryList& entries, const CRecordingSet& recording) {
+std::string ReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders) {
   std::vector<std::string> inputFiles;
   for (const SRecordingFile& file : recording.files) inputFiles.push_back(file.strPath);
   for (const OutputEntry* entry : entries.Pointers()) {
-    const std::vector<std::string> replaced = InputFilesReplaced(*entry, inputFiles);
+    const std::vector<std::string> replaced = folders.InputFilesReplaced(*entry, inputFiles);
     if (replaced.empty()) continue;
     return Format("--output: %s would replace the input file %s. Accepted: another folder", entry->strFileName.c_str(),
                   replaced.front().c_str());
@@ -124,7 +125,8 @@ void CCutCommand::AddOptions(CLI::App& app) {
   app.add_option("--duration", o.strDuration, "Duration of the --sequence entries, as duration below")->type_name("D");
   app.add_option("--jobs", o.strJobFile, "Job file, see below")->type_name("FILE");
   app.add_flag("--overwrite", o.bOverwrite, "Replace outputs that exist");
-  app.add_flag("--skip-existing", o.bSkipExisting, "Leave entries out whose outputs exist");
+  app.add_flag("--skip-existing", o.bSkipExisting, "Leave entries out whose outputs are finished");
+  app.add_flag("--no-sync", o.bNoSync, "Do not wait until outputs stand on the disk, safe from a power cut");
   app.add_flag("--local-time", o.bLocalTime, "Local time instead of UTC in file names");
   app.add_flag("--json", o.bJson, "Print one JSON object on stdout when done");
   app.add_flag("--quiet", o.bQuiet, "No progress and no summary");
@@ -139,6 +141,8 @@ EExit CCutCommand::Run() {
     PrintMessage(error);
     return EExit::Usage;
   }
+  // Outputs tell the whole path that they were written to.
+  request.strOutput = platform::AbsolutePath(request.strOutput);
   CatchStopRequests();
   SRecordingInput input;
   if (ReadRecordingInput(request.strInput, input, error)) error = RecordingProblem(input.recording);
@@ -161,9 +165,10 @@ EExit CCutCommand::Run() {
 EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recording, const DspBinding& dsp,
                        CEntryList& entries) {
   SPlanNotes notes;
+  COutputFolders folders;
   std::string error;
   if (BuildEntryList(request, !m_options.bLocalTime, recording, entries, notes, error)) {
-    error = ReplacedInput(entries, recording);
+    error = ReplacedInput(entries, recording, folders);
   }
   if (!error.empty()) {
     PrintMessageLines(error);
@@ -177,35 +182,47 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
     return EExit::OutputFailed;
   }
   SCutReport report = PlannedReport(entries, "not processed");
-  if (!SettleExisting(entries, report)) return EExit::OutputsExist;
+  if (!SettleExisting(recording, folders, entries, report)) return EExit::OutputsExist;
   if (entries.Size() == 0) {
     PrintErrLine("All output files exist, processing not started.");
     if (m_options.bJson) PrintOut(CutReportJson(report));
-    return EExit::Ok;
+    PrintFailures(report);
+    return report.AllOk() ? EExit::Ok : EExit::OutputFailed;
   }
   return RunJob(recording, dsp, entries, report);
 }
 
-bool CCutCommand::SettleExisting(CEntryList& entries, SCutReport& report) const {
+bool CCutCommand::SettleExisting(const CRecordingSet& recording, COutputFolders& folders, CEntryList& entries,
+                                 SCutReport& report) const {
   if (m_options.bOverwrite) return true;
   std::vector<std::string> existing;
+  std::vector<std::string> unfinished;
   std::vector<std::size_t> skipped;
   for (std::size_t i = 0; i < entries.Size(); ++i) {
-    const std::vector<std::string> files = ExistingOutputFiles(entries[i]);
-    if (files.empty()) continue;
-    existing.insert(existing.end(), files.begin(), files.end());
+    if (!m_options.bSkipExisting) {
+      const std::vector<std::string> files = folders.ExistingOutputFiles(entries[i]);
+      existing.insert(existing.end(), files.begin(), files.end());
+      continue;
+    }
+    const SExistingOutput found = FindExistingOutput(entries[i], recording, folders);
+    if (found.kind == EExistingOutput::Incomplete) unfinished.push_back(found.strReason);
+    if (found.kind == EExistingOutput::None || found.kind == EExistingOutput::Incomplete) continue;
     skipped.push_back(i);
     report.outputs[i].bSkipped = true;
-    report.outputs[i].result.files = files;
-    report.outputs[i].result.bOk = true;
-    report.outputs[i].result.strError.clear();
+    SOutputResult& result = report.outputs[i].result;
+    result.files = found.files;
+    result.bOk = found.kind == EExistingOutput::Whole;
+    result.state = result.bOk ? EOutputState::Done : EOutputState::Failed;
+    result.strError = found.strReason;
+    if (!result.bOk) result.strError += ". Accepted: --overwrite or another folder";
   }
-  if (existing.empty()) return true;
-  if (!m_options.bSkipExisting) {
+  if (!existing.empty()) {
     PrintMessage("these outputs exist already. Accepted: --overwrite or --skip-existing");
     PrintList(existing);
     return false;
   }
+  if (!unfinished.empty()) PrintMessage("done again, for an earlier job has not finished them:");
+  PrintList(unfinished);
   entries.Remove(skipped);
   return true;
 }
@@ -213,7 +230,9 @@ bool CCutCommand::SettleExisting(CEntryList& entries, SCutReport& report) const 
 EExit CCutCommand::RunJob(const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries,
                           SCutReport& report) const {
   CCutJob::SSettings settings;
-  settings.bOverwrite = m_options.bOverwrite;
+  if (m_options.bOverwrite) settings.overwrite = EAnswer::Yes;
+  if (m_options.bSkipExisting) settings.overwrite = EAnswer::No;
+  settings.options.bSync = !m_options.bNoSync;
   settings.bVerbose = m_options.bVerbose;
   if (!m_options.bQuiet) {
     settings.progress = platform::IsTerminal(2) ? CProgressDisplay::EMode::Bar : CProgressDisplay::EMode::Lines;
@@ -230,6 +249,10 @@ void CCutCommand::PrintReport(const SCutReport& report) const {
   } else if (!m_options.bQuiet) {
     PrintOut(CutReportText(report));
   }
+  PrintFailures(report);
+}
+
+void CCutCommand::PrintFailures(const SCutReport& report) {
   for (const SCutOutput& output : report.outputs) {
     if (!output.result.bOk) PrintMessage(output.result.strFileName + ": " + output.result.strError);
   }

@@ -8,6 +8,7 @@
 #include "cli/cut_request.h"
 #include "dsp/dsp_binding.h"
 #include "engine/entry_list.h"
+#include "engine/output_files.h"
 #include "input/recording_set.h"
 
 namespace carvello {
@@ -22,10 +23,13 @@ class CCutCommand : public CCommand {
  private:
   EExit Cut(const SCutRequest& request, const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries);
   // Decides what becomes of outputs that exist. Entries to be left out are taken from the list and marked in the
-  // report. False when nobody decided; they are listed on stderr then.
-  bool SettleExisting(CEntryList& entries, SCutReport& report) const;
+  // report; what an earlier job has not finished stays in it. False when nobody decided; they are listed on stderr
+  // then.
+  bool SettleExisting(const CRecordingSet& recording, COutputFolders& folders, CEntryList& entries,
+                      SCutReport& report) const;
   EExit RunJob(const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries, SCutReport& report) const;
   void PrintReport(const SCutReport& report) const;
+  static void PrintFailures(const SCutReport& report);
 
   SCutOptions m_options;
 };

@@ -63,8 +63,9 @@ class CPatienceNotice {
 
 CCutJob::CCutJob(const DspBinding& dsp, const CRecordingSet& recording, const SSettings& settings)
     : m_recording(recording),
+      m_options(settings.options),
       m_bVerbose(settings.bVerbose),
-      m_answers(settings.bOverwrite),
+      m_answers(settings.overwrite),
       m_job(dsp, m_queue, m_answers),
       m_progress(settings.progress),
       m_nLogMessage(RegisterMessage(kLogMessageName)),
@@ -80,7 +81,7 @@ EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
   for (std::size_t batch = 1;; ++batch) {
     m_bStopped = StopRequests() > 0;
     if (m_bStopped) break;
-    started = m_job.Start(entries, m_recording);
+    started = m_job.Start(entries, m_recording, m_options);
     if (started != EStartResult::Started) break;
     m_progress.BeginBatch(batches > 1 ? Format("Batch %zu/%zu", batch, batches) : "", m_job.Span(m_recording));
     RunBatch();
@@ -136,18 +137,20 @@ void CCutJob::Handle(const SMessage& message) {
 }
 
 // Of the entries whose batch was never begun.
-void CCutJob::TellTheRest(SCutReport& report, EOutputState state, const std::string& reason) const {
-  for (std::size_t i = m_nNext; i < report.outputs.size(); ++i) {
-    if (report.outputs[i].bSkipped) continue;
-    report.outputs[i].result.state = state;
-    report.outputs[i].result.strError = reason;
+void CCutJob::TellTheRest(SCutReport& report, EOutputState state, const std::string& reason) {
+  for (SCutOutput& output : report.outputs) {
+    if (output.bSkipped || output.result.state != EOutputState::Waiting) continue;
+    output.result.state = state;
+    output.result.strError = reason;
   }
 }
 
 void CCutJob::Collect(SCutReport& report) {
+  // By name: what stands on disk by now may have been left out of the job.
   for (const SOutputResult& result : m_job.Results()) {
-    while (m_nNext < report.outputs.size() && report.outputs[m_nNext].bSkipped) ++m_nNext;
-    if (m_nNext < report.outputs.size()) report.outputs[m_nNext++].result = result;
+    const auto sameName = [&](const SCutOutput& output) { return output.result.strFileName == result.strFileName; };
+    const auto output = std::find_if(report.outputs.begin(), report.outputs.end(), sameName);
+    if (output != report.outputs.end()) output->result = result;
   }
   report.nInputBytes += m_job.InputBytesRead();
 }

@@ -20,7 +20,8 @@ namespace carvello {
 class CCutJob {
  public:
   struct SSettings {
-    bool bOverwrite = false;
+    EAnswer overwrite = EAnswer::Cancel;  // what becomes of outputs that exist
+    SJobOptions options;
     bool bVerbose = false;  // log lines on stderr
     CProgressDisplay::EMode progress = CProgressDisplay::EMode::None;
   };
@@ -28,8 +29,7 @@ class CCutJob {
   CCutJob(const DspBinding& dsp, const CRecordingSet& recording, const SSettings& settings);
 
   // Returns when every batch is done, one cannot start, or the user stopped it. Processed entries are removed from the
-  // list. The outputs of `report` that are not skipped stand for the entries of the list, in its order, and get their
-  // results; its times and bytes are set.
+  // list. The outputs of `report` with the names of the entries get their results; its times and bytes are set.
   EExit Run(CEntryList& entries, SCutReport& report);
 
  private:
@@ -38,9 +38,10 @@ class CCutJob {
   void StopJob();
   void Handle(const SMessage& message);
   void Collect(SCutReport& report);
-  void TellTheRest(SCutReport& report, EOutputState state, const std::string& reason) const;
+  static void TellTheRest(SCutReport& report, EOutputState state, const std::string& reason);
 
   const CRecordingSet& m_recording;
+  SJobOptions m_options;
   bool m_bVerbose;
   CMessageQueue m_queue;
   CScriptedAnswers m_answers;
@@ -48,7 +49,6 @@ class CCutJob {
   CProgressDisplay m_progress;
   std::uint32_t m_nLogMessage;
   std::uint32_t m_nProgressMessage;
-  std::size_t m_nNext = 0;  // output of the report that the next result belongs to
   bool m_bStopped = false;
 };
 

@@ -24,6 +24,7 @@ struct SCutOptions {
   std::string strDuration;
   bool bOverwrite = false;
   bool bSkipExisting = false;
+  bool bNoSync = false;
   bool bLocalTime = false;
   bool bJson = false;
   bool bQuiet = false;

@@ -8,9 +8,11 @@
 
 #include "cli/json_text.h"
 #include "cli/readable.h"
+#include "recording/written_file.h"
 #include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
+#include "support/version.h"
 
 namespace carvello {
 namespace {
@@ -36,6 +38,16 @@ void AddInfoTexts(const SInfoTexts& texts, Rows& rows) {
   add("Product (IPRD)", texts.strIPRD);
   add("Comment (ICMT)", texts.strICMT);
   add("Rights (ICOP)", texts.strICOP);
+}
+
+// Files of ours whose job was killed or could not write their ends. Other programs end their files as they like.
+std::vector<std::string> UnfinishedFiles(const CRecordingSet& recording) {
+  std::vector<std::string> files;
+  if (recording.metadata.Find("SoftwareName") != VersionValue("ProductName")) return files;
+  for (const SRecordingFile& file : recording.files) {
+    if (InspectWrittenFile(file.strPath).state == EWrittenState::Unfinished) files.push_back(file.strPath);
+  }
+  return files;
 }
 
 }  // namespace
@@ -73,6 +85,7 @@ std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts) {
   json.Member("ICOP", texts.strICOP);
   json.Member("INAM", texts.strINAM);
   json.EndObject();
+  json.Member("unfinishedFiles", UnfinishedFiles(recording));
   json.Key("metadata");
   AddMetadata(json, recording.metadata);
   json.EndObject();
@@ -91,6 +104,10 @@ std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts) {
   rows.push_back({"End", FormatIsoTime(recording.tEnd, recording.nEndMilliseconds)});
   rows.push_back({"Duration", FormatDuration(recording.dDuration)});
   rows.push_back({"Size", FormatBytes(static_cast<double>(recording.TotalBytes()))});
+  for (const std::string& file : UnfinishedFiles(recording)) {
+    rows.push_back(
+        {"State", "not finished: " + platform::NameOf(file) + ", the job that wrote it did not come to its end"});
+  }
   rows.push_back({"Total files", Format("%zu", recording.files.size())});
   AddInfoTexts(texts, rows);
   for (std::size_t i = 0; i < recording.files.size(); ++i) {

@@ -8,9 +8,8 @@ EAnswer CScriptedAnswers::Ask(EJobQuestion question, const SMessageBox& box) {
     case EJobQuestion::ContinueBatch:
       return EAnswer::Yes;  // batch follows batch
     case EJobQuestion::OverwriteFiles:
-      if (m_bOverwrite) return EAnswer::Yes;
-      m_strReason = box.strText;
-      return EAnswer::Cancel;
+      if (m_overwrite == EAnswer::Cancel) m_strReason = box.strText;
+      return m_overwrite;
     case EJobQuestion::AllFilesExist:
     case EJobQuestion::CannotStart:
       break;

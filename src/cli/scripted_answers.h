@@ -9,7 +9,8 @@ namespace carvello {
 
 class CScriptedAnswers : public IJobQuestions {
  public:
-  explicit CScriptedAnswers(bool overwrite) : m_bOverwrite(overwrite) {}
+  // `overwrite` is the answer about files that exist: Yes, No to leave out what is finished, or Cancel.
+  explicit CScriptedAnswers(EAnswer overwrite) : m_overwrite(overwrite) {}
 
   EAnswer Ask(EJobQuestion question, const SMessageBox& box) override;
 
@@ -17,7 +18,7 @@ class CScriptedAnswers : public IJobQuestions {
   const std::string& Reason() const { return m_strReason; }
 
  private:
-  bool m_bOverwrite;
+  EAnswer m_overwrite;
   std::string m_strReason;
 };
 

@@ -87,13 +87,15 @@ SSynthResult WriteSynthRecording(const SSynthSettings& settings) {
   std::int64_t framesBefore = 0;
   for (std::uint32_t i = 0; i < settings.nFiles && !result.bStopped; ++i) {
     CRiffFileWriter writer;
+    // Made-up signals can be made up again: nothing waits for the disk.
+    writer.SetPolicy({.bReplace = true, .bSync = false});
     bool written = writer.Open(files[i], WaveFormat(settings), Metadata(settings, files, i, framesBefore),
                                InfoTexts(settings), settings.bRf64, SSignalFacts()) > 0;
     const std::int64_t frames = SynthFrames(settings, i);
     if (written) written = WriteFrames(frames, settings.format, generator, writer, result);
     const bool finished = writer.Finish();
     if ((!written && !result.bStopped) || !finished) {
-      result.strError = files[i] + ": " + SystemErrorText(writer.ErrorCode());
+      result.strError = files[i] + ": " + writer.ErrorText();
       return result;
     }
     result.files.push_back(files[i]);

@@ -54,6 +54,7 @@ void CBackgroundThreadReader::SetInput(std::vector<SRecordingFile> files, const 
 }
 
 void CBackgroundThreadReader::SetOutputs(const std::vector<const OutputEntry*>& entries) {
+  m_policies.assign(entries.size(), SWritePolicy());
   m_accounts.clear();
   for (const OutputEntry* entry : entries) m_accounts.push_back(std::make_unique<COutputAccount>(*entry));
   m_results.clear();
@@ -165,6 +166,7 @@ void CBackgroundThreadReader::GiveEntry(std::int32_t writer, const OutputEntry& 
     return;
   }
   CBackgroundThreadWriter& target = *m_writers[index];
+  target.SetPolicy(m_policies[index]);
   RequestPtr request = target.TakeRequest(request::kStartEntry);
   RequestPtr priority = target.TakeRequest(request::kSetPriority);
   request->pEntry = &entry;

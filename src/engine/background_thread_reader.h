@@ -33,9 +33,10 @@ class CBackgroundThreadReader final : public CBackgroundThreadBase {
   void SetSaveInterval(std::chrono::milliseconds interval) { m_saveInterval = interval; }
 
   // Before the requests of a job, on the owner's thread: the input as it was analysed, then the entries, in the order
-  // of the writers. All that the job needs to tell how it ended is made here.
+  // of the writers, and how each of them is written. All that the job needs to tell how it ended is made here.
   void SetInput(std::vector<SRecordingFile> files, const WAVEFORMATEXTENSIBLE& format, bool floatScale);
   void SetOutputs(const std::vector<const OutputEntry*>& entries);
+  void SetPolicies(std::vector<SWritePolicy> policies) { m_policies = std::move(policies); }  // after SetOutputs
   // The first frame that any entry wants.
   std::int64_t FirstFrame() const { return m_llFirstFrame; }
 
@@ -89,8 +90,9 @@ class CBackgroundThreadReader final : public CBackgroundThreadBase {
 
   CInputFile m_file;
   std::vector<SRecordingFile> m_files;
-  std::uint32_t m_nFrameBytes = 0;  // as the analysis has it
-  std::size_t m_nFile = 0;          // index of the file being read
+  std::vector<SWritePolicy> m_policies;  // of each writer
+  std::uint32_t m_nFrameBytes = 0;       // as the analysis has it
+  std::size_t m_nFile = 0;               // index of the file being read
   std::string m_strFirstFile;
   std::int64_t m_llFirstFrame = 0;
   std::int64_t m_llSeek = 0;        // frames skipped at the start of the input

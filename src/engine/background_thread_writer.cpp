@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "engine/block_reader.h"
+#include "engine/output_files.h"
 #include "engine/output_rate.h"
 #include "recording/metadata_xml.h"
 #include "support/formatting.h"
@@ -123,6 +124,12 @@ void CBackgroundThreadWriter::StartEntry(const OutputEntry& entry) {
   LogEntry();
 
   DescribeOutput();
+  if (m_output.Policy().bReplace) {
+    if (const auto problem = RemoveOldParts(entry)) {
+      Fail(*problem);
+      return;
+    }
+  }
   m_bFileOpen = m_output.Open(entry.strFileName, 0, RecordingTag());
   if (m_bFileOpen) return;
   Log("Error creating %s - %s", entry.strFileName.c_str(), m_output.LastError().c_str());

@@ -27,8 +27,9 @@ class CBackgroundThreadWriter final : public CBackgroundThreadBase {
                           COutputAccount& account);
   ~CBackgroundThreadWriter() override;
 
-  // Before the thread is started: how long samples may wait for their way into the file.
+  // Before the thread is started: how long samples may wait for their way into the file, and how that is written.
   void SetSaveInterval(std::chrono::milliseconds interval);
+  void SetPolicy(const SWritePolicy& policy) { m_output.SetPolicy(policy); }
 
   // On the reader's thread. The requests for it are taken beforehand, so neither can fail.
   void GiveBlock(RequestPtr request) noexcept;

@@ -8,7 +8,7 @@
 #include "dsp/start_dsp.h"
 #include "engine/background_thread_reader.h"
 #include "engine/block_reader.h"
-#include "engine/output_files.h"
+#include "engine/existing_output.h"
 #include "input/wave_file_reader.h"
 #include "support/formatting.h"
 #include "support/platform.h"
@@ -34,9 +34,9 @@ CJobControl::~CJobControl() {
   if (m_bJobRunning) Stop();
 }
 
-EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& recording) {
+EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& recording, const SJobOptions& options) {
   try {
-    return StartJob(entries, recording);
+    return StartJob(entries, recording, options);
   } catch (const std::bad_alloc&) {
     m_bJobRunning = false;
     m_pReader->Stop();
@@ -45,10 +45,12 @@ EStartResult CJobControl::Start(const CEntryList& entries, const CRecordingSet& 
   return EStartResult::NoThread;
 }
 
-EStartResult CJobControl::StartJob(const CEntryList& entries, const CRecordingSet& recording) {
+EStartResult CJobControl::StartJob(const CEntryList& entries, const CRecordingSet& recording,
+                                   const SJobOptions& options) {
   if (!std::exchange(m_bContinues, false)) m_failed.clear();
   const bool tooMany = MoreThanOneBatch(entries);
-  std::vector<const OutputEntry*> chosen = Batch(entries);
+  const std::vector<const OutputEntry*> batch = Batch(entries);
+  COutputFolders folders;
   if (tooMany) {
     // The numbers stand in this order although the wording suggests the reverse; users know the text as it is.
     const SMessageBox box{"Start",
@@ -57,14 +59,14 @@ EStartResult CJobControl::StartJob(const CEntryList& entries, const CRecordingSe
                           EButtons::YesNo, EIcon::Stop};
     if (m_questions.Ask(EJobQuestion::TooManyEntries, box) != EAnswer::Yes) return EStartResult::Declined;
   }
-  if (const auto obstacle = FindObstacle(chosen, recording)) {
+  if (const auto obstacle = FindObstacle(batch, recording, folders)) {
     m_questions.Ask(EJobQuestion::CannotStart, {"Start", Printable(obstacle->strText), EButtons::Ok, EIcon::Stop});
     return obstacle->result;
   }
 
-  const auto exists = [](const OutputEntry* entry) { return !ExistingOutputFiles(*entry).empty(); };
-  const auto count = chosen.size();
-  const auto existing = static_cast<std::size_t>(std::count_if(chosen.begin(), chosen.end(), exists));
+  const auto exists = [&](const OutputEntry* entry) { return !folders.ExistingOutputFiles(*entry).empty(); };
+  const auto count = batch.size();
+  const auto existing = static_cast<std::size_t>(std::count_if(batch.begin(), batch.end(), exists));
   bool overwrite = false;
   if (existing >= 1) {
     const std::string text = count == 1 ? "The output file already exists, overwrite it?"
@@ -75,19 +77,13 @@ EStartResult CJobControl::StartJob(const CEntryList& entries, const CRecordingSe
     if (answer != EAnswer::Yes && answer != EAnswer::No) return EStartResult::Declined;
     overwrite = answer == EAnswer::Yes;
   }
-  if (overwrite) {
-    if (const auto problem = RemoveOldParts(chosen)) {
-      m_questions.Ask(EJobQuestion::CannotStart, {"Start", Printable(*problem), EButtons::Ok, EIcon::Stop});
-      return EStartResult::OutputUnwritable;
-    }
-  } else {
-    std::erase_if(chosen, exists);
-  }
+  const SChosen chosen = Choose(batch, recording, folders, overwrite, options);
   if (!BeginJob()) {
     m_questions.Ask(EJobQuestion::CannotStart, {"Start", "A thread could not be started", EButtons::Ok, EIcon::Stop});
     return EStartResult::NoThread;
   }
-  if (chosen.empty()) {
+  for (const std::string& note : chosen.notes) Log(note);
+  if (chosen.entries.empty()) {
     m_questions.Ask(EJobQuestion::AllFilesExist,
                     {"Start", "All output files exist, processing not started.", EButtons::Ok, EIcon::Exclamation});
     m_bJobRunning = false;
@@ -98,9 +94,27 @@ EStartResult CJobControl::StartJob(const CEntryList& entries, const CRecordingSe
   return EStartResult::Started;
 }
 
+// With consent everything is replaced. Without, only what an earlier job has not finished: that is of no use to
+// anybody.
+CJobControl::SChosen CJobControl::Choose(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording,
+                                         COutputFolders& folders, bool overwrite, const SJobOptions& options) {
+  SChosen chosen;
+  for (const OutputEntry* entry : entries) {
+    const SExistingOutput existing = overwrite ? SExistingOutput() : FindExistingOutput(*entry, recording, folders);
+    const bool again = existing.kind == EExistingOutput::Incomplete;
+    if (again) chosen.notes.push_back("[WARNING] " + existing.strReason + ", it is done again");
+    if (existing.kind == EExistingOutput::Other) chosen.notes.push_back("[WARNING] " + existing.strReason);
+    if (existing.kind != EExistingOutput::None && !again) continue;
+    chosen.entries.push_back(entry);
+    chosen.policies.push_back({.bReplace = overwrite || again, .bSync = options.bSync});
+  }
+  return chosen;
+}
+
 // What makes a job impossible from the outset, found before anything is read or created.
 std::optional<CJobControl::SObstacle> CJobControl::FindObstacle(const std::vector<const OutputEntry*>& entries,
-                                                                const CRecordingSet& recording) const {
+                                                                const CRecordingSet& recording,
+                                                                COutputFolders& folders) const {
   if (m_dsp.bLoaded == 0) {
     return SObstacle{EStartResult::LibraryMissing, MissingLibraryText()};
   }
@@ -108,16 +122,16 @@ std::optional<CJobControl::SObstacle> CJobControl::FindObstacle(const std::vecto
 
   std::vector<std::string> inputFiles;
   for (const SRecordingFile& file : recording.files) inputFiles.push_back(file.strPath);
-  std::set<std::string> folders;
+  std::set<std::string> names;
   for (const OutputEntry* entry : entries) {
-    const auto replaced = InputFilesReplaced(*entry, inputFiles);
+    const auto replaced = folders.InputFilesReplaced(*entry, inputFiles);
     if (!replaced.empty()) {
       return SObstacle{EStartResult::OutputIsInput, Format("%s would replace the input file %s",
                                                            entry->strFileName.c_str(), replaced.front().c_str())};
     }
-    folders.insert(platform::FolderOf(entry->strFileName));
+    names.insert(platform::FolderOf(entry->strFileName));
   }
-  for (const std::string& folder : folders) {
+  for (const std::string& folder : names) {
     if (!platform::IsWritableFolder(folder)) {
       return SObstacle{EStartResult::OutputUnwritable, Format("%s: %s", folder.c_str(), SystemErrorText().c_str())};
     }
@@ -145,22 +159,13 @@ bool CJobControl::BeginJob() {
   return m_bJobRunning;
 }
 
-// A longer output of an earlier job would leave parts behind that read as the end of the new one. The reason when one
-// of them cannot be removed.
-std::optional<std::string> CJobControl::RemoveOldParts(const std::vector<const OutputEntry*>& entries) {
-  for (const OutputEntry* entry : entries) {
-    for (const std::string& part : ExistingParts(*entry)) {
-      if (!platform::RemoveFile(part)) return Format("%s: %s", part.c_str(), SystemErrorText().c_str());
-    }
-  }
-  return std::nullopt;
-}
-
 // All requests are made before the first is posted: a job without memory for them does not begin.
-void CJobControl::PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording) {
+void CJobControl::PostJob(const SChosen& chosen, const CRecordingSet& recording) {
+  const std::vector<const OutputEntry*>& entries = chosen.entries;
   m_jobEntries = entries;
   m_pReader->SetInput(recording.files, recording.format, recording.bFloatScale);
   m_pReader->SetOutputs(entries);
+  m_pReader->SetPolicies(chosen.policies);
   auto create = m_pReader->TakeRequest(request::kCreateWriters);
   create->nParam1 = static_cast<std::int32_t>(entries.size());
   std::vector<CBackgroundThreadReader::RequestPtr> give;

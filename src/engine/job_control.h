@@ -14,9 +14,11 @@
 #include "engine/entry_list.h"
 #include "engine/message_box.h"
 #include "engine/message_target.h"
+#include "engine/output_files.h"
 #include "engine/output_result.h"
 #include "engine/progress_span.h"
 #include "input/recording_set.h"
+#include "recording/write_policy.h"
 
 namespace carvello {
 
@@ -49,6 +51,10 @@ enum class EStartResult {
   NoThread,          // the system gives no thread or no memory
 };
 
+struct SJobOptions {
+  bool bSync = true;  // outputs stand on the medium, safe from a power cut, before they count as written
+};
+
 // Why no job can read this recording, as a text that names the file and what is accepted; nothing when one can.
 std::optional<std::string> InputProblem(const CRecordingSet& recording);
 
@@ -66,7 +72,9 @@ class CJobControl {
   // Starts a job over the first entries of the list, but not those that failed in a batch that this one continues. What
   // stands in the way is put to the user; nothing is created then. The list and the recording must stay unchanged until
   // the job has ended.
-  EStartResult Start(const CEntryList& entries, const CRecordingSet& recording);
+  // Without consent to overwrite, what an earlier job has finished is left out and what it has not finished is done
+  // again.
+  EStartResult Start(const CEntryList& entries, const CRecordingSet& recording, const SJobOptions& options = {});
   // Ends a running job; every file is finished and closed on return.
   void Stop();
   bool IsRunning() const { return m_bJobRunning; }
@@ -97,12 +105,20 @@ class CJobControl {
     std::string strText;
   };
 
-  EStartResult StartJob(const CEntryList& entries, const CRecordingSet& recording);
-  std::optional<SObstacle> FindObstacle(const std::vector<const OutputEntry*>& entries,
-                                        const CRecordingSet& recording) const;
+  // What is to be written, and how.
+  struct SChosen {
+    std::vector<const OutputEntry*> entries;
+    std::vector<SWritePolicy> policies;  // of each
+    std::vector<std::string> notes;      // for the log: what became of files that exist
+  };
+
+  EStartResult StartJob(const CEntryList& entries, const CRecordingSet& recording, const SJobOptions& options);
+  std::optional<SObstacle> FindObstacle(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording,
+                                        COutputFolders& folders) const;
+  static SChosen Choose(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording,
+                        COutputFolders& folders, bool overwrite, const SJobOptions& options);
   bool BeginJob();
-  static std::optional<std::string> RemoveOldParts(const std::vector<const OutputEntry*>& entries);
-  void PostJob(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording);
+  void PostJob(const SChosen& chosen, const CRecordingSet& recording);
   void FinishJob() noexcept;
   void Log(const std::string& text);
 

@@ -1,10 +1,12 @@
 #include "engine/output_files.h"
 
 #include <algorithm>
-#include <optional>
+#include <iterator>
 #include <string_view>
 
+#include "support/formatting.h"
 #include "support/platform.h"
+#include "support/text.h"
 
 namespace carvello {
 
@@ -20,43 +22,85 @@ bool SameFile(const std::string& a, const std::string& b) {
   return statusA && statusB && SameFile(*statusA, *statusB);
 }
 
-// Whether `name` is a numbered part of the output that is called `outputName`: its stem, a blank, at least three
-// digits, and its extension.
-bool IsPartOf(std::string_view name, std::string_view outputName) {
-  const std::size_t dot = outputName.rfind('.');
-  const std::string_view stem = outputName.substr(0, dot);
-  const std::string_view extension = dot == std::string_view::npos ? std::string_view{} : outputName.substr(dot);
+// A numbered name taken apart: stem, digits, extension with its dot.
+struct SPartName {
+  std::string_view stem;
+  std::string_view digits;
+  std::string_view extension;
+};
+
+// Nothing when no split gives such a name: three digits, or more of them without a zero in front.
+std::optional<SPartName> TakeApart(std::string_view name) {
   constexpr std::size_t kFewestDigits = 3;
-  if (name.size() < stem.size() + 1 + kFewestDigits + extension.size()) return false;
-  const std::string_view digits = name.substr(stem.size() + 1, name.size() - stem.size() - 1 - extension.size());
-  return platform::FileNamesEqual(name.substr(0, stem.size()), stem) && name[stem.size()] == ' ' &&
-         digits.find_first_not_of("0123456789") == std::string_view::npos &&
-         platform::FileNamesEqual(name.substr(name.size() - extension.size()), extension);
+  const std::size_t dot = std::min(name.rfind('.'), name.size());
+  const std::string_view base = name.substr(0, dot);
+  const std::size_t blank = base.rfind(' ');
+  if (blank == std::string_view::npos) return std::nullopt;
+  const std::string_view digits = base.substr(blank + 1);
+  const bool isNumber = digits.find_first_not_of("0123456789") == std::string_view::npos;
+  const bool isGiven = digits.size() == kFewestDigits || (digits.size() > kFewestDigits && digits.front() != '0');
+  if (!isNumber || !isGiven) return std::nullopt;
+  return SPartName{base.substr(0, blank), digits, name.substr(dot)};
+}
+
+// Whether `name` is a numbered part of the output that is called `outputName`.
+bool IsPartOf(std::string_view name, std::string_view outputName) {
+  const std::size_t dot = std::min(outputName.rfind('.'), outputName.size());
+  const auto part = TakeApart(name);
+  return part && platform::FileNamesEqual(part->stem, outputName.substr(0, dot)) &&
+         platform::FileNamesEqual(part->extension, outputName.substr(dot));
+}
+
+// What tells names apart whatever a system makes of upper and lower case: the digits in them.
+std::string DigitsOf(std::string_view stem) {
+  std::string digits;
+  std::copy_if(stem.begin(), stem.end(), std::back_inserter(digits), [](char c) { return c >= '0' && c <= '9'; });
+  return digits;
+}
+
+bool Counts(const std::string& path) {
+  return platform::GetNameStatus(path) && (!platform::GetFileStatus(path) || platform::IsReadable(path));
 }
 
 }  // namespace
 
-std::vector<std::string> ExistingParts(const OutputEntry& entry) {
+const COutputFolders::Names& COutputFolders::NumberedNames(const std::string& folder) {
+  const auto [place, isNew] = m_folders.try_emplace(folder);
+  if (!isNew) return place->second;
+  const auto names = platform::ListFolder(folder);
+  if (!names) return place->second;
+  for (const std::string& name : *names) {
+    if (const auto part = TakeApart(name)) place->second.emplace(DigitsOf(part->stem), name);
+  }
+  return place->second;
+}
+
+std::vector<std::string> COutputFolders::ExistingParts(const OutputEntry& entry) {
   std::vector<std::string> parts;
   if (IsSingleRf64(entry)) return parts;
   const std::string folder = platform::FolderOf(entry.strFileName);
   const std::string outputName = platform::NameOf(entry.strFileName);
-  const auto names = platform::ListFolder(folder);
-  if (!names) return parts;
-  for (const std::string& name : *names) {
-    if (IsPartOf(name, outputName)) parts.push_back(platform::JoinPath(folder, name));
+  const std::string stem = outputName.substr(0, outputName.rfind('.'));
+  const auto [begin, end] = NumberedNames(folder).equal_range(DigitsOf(stem));
+  for (auto name = begin; name != end; ++name) {
+    if (IsPartOf(name->second, outputName)) parts.push_back(platform::JoinPath(folder, name->second));
   }
-  std::sort(parts.begin(), parts.end());
+  // "999" stands before "1000".
+  std::sort(parts.begin(), parts.end(), [](const std::string& a, const std::string& b) {
+    return a.size() != b.size() ? a.size() < b.size() : a < b;
+  });
   return parts;
 }
 
-std::vector<std::string> ExistingOutputFiles(const OutputEntry& entry) {
+std::vector<std::string> COutputFolders::ExistingOutputFiles(const OutputEntry& entry) {
   std::vector<std::string> files = ExistingParts(entry);
-  if (platform::GetFileStatus(entry.strFileName)) files.insert(files.begin(), entry.strFileName);
+  files.insert(files.begin(), entry.strFileName);
+  std::erase_if(files, [](const std::string& file) { return !Counts(file); });
   return files;
 }
 
-std::vector<std::string> InputFilesReplaced(const OutputEntry& entry, const std::vector<std::string>& inputFiles) {
+std::vector<std::string> COutputFolders::InputFilesReplaced(const OutputEntry& entry,
+                                                            const std::vector<std::string>& inputFiles) {
   const std::string folder = platform::FolderOf(entry.strFileName);
   const std::string outputName = platform::NameOf(entry.strFileName);
   const std::vector<std::string> existing = ExistingOutputFiles(entry);
@@ -71,6 +115,17 @@ std::vector<std::string> InputFilesReplaced(const OutputEntry& entry, const std:
     if (byName || bySameFile) replaced.push_back(input);
   }
   return replaced;
+}
+
+std::optional<std::string> RemoveOldParts(const OutputEntry& entry) {
+  COutputFolders folders;
+  // From part 0 on, which whoever writes an output of this name holds until its end.
+  for (const std::string& part : folders.ExistingParts(entry)) {
+    // What another job has removed in the meantime is gone as well; which of the two goes on shows at part 0.
+    if (platform::RemoveUnusedFile(part) || platform::MeansMissing(platform::LastError())) continue;
+    return Format("%s: %s", part.c_str(), SystemErrorText().c_str());
+  }
+  return std::nullopt;
 }
 
 }  // namespace carvello

@@ -1,6 +1,8 @@
 // Which files on disk an entry would write, and which of them exist already.
 #pragma once
 
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,13 +10,30 @@
 
 namespace carvello {
 
-// Full paths of the numbered parts ("name 000.wav", ...) of an earlier output of this name; none for an entry that is
-// not split.
-std::vector<std::string> ExistingParts(const OutputEntry& entry);
-// Full paths of existing files that writing this entry would replace or stand beside as parts of one output: the file
-// itself, and for a split output every "name NNN.wav" of its folder.
-std::vector<std::string> ExistingOutputFiles(const OutputEntry& entry);
-// The input files that writing this entry would replace, by name or by being the same file under another name.
-std::vector<std::string> InputFilesReplaced(const OutputEntry& entry, const std::vector<std::string>& inputFiles);
+// What stands in the output folders; each folder is listed once, when it is first asked for. Lives as long as one
+// question about them.
+class COutputFolders {
+ public:
+  // Full paths of the numbered parts ("name 000.wav", ...) of an earlier output of this name, in order; none for an
+  // entry that is not split. Only names that a split gives count: three digits, and from part 1000 on as many as it
+  // takes.
+  std::vector<std::string> ExistingParts(const OutputEntry& entry);
+  // Full paths of existing files that writing this entry would replace or stand beside as parts of one output: the file
+  // itself, and for a split output its parts. What cannot be read does not count, but a link that leads nowhere does.
+  std::vector<std::string> ExistingOutputFiles(const OutputEntry& entry);
+  // The input files that writing this entry would replace, by name or by being the same file under another name.
+  std::vector<std::string> InputFilesReplaced(const OutputEntry& entry, const std::vector<std::string>& inputFiles);
+
+ private:
+  using Names = std::multimap<std::string, std::string>;  // of what may be parts, by what tells outputs apart roughly
+
+  const Names& NumberedNames(const std::string& folder);
+
+  std::map<std::string, Names> m_folders;
+};
+
+// Removes the numbered parts of an earlier output of this entry: those of a longer one would read as the end of the new
+// one. The reason when one of them cannot be removed; one that another program is writing is left alone.
+std::optional<std::string> RemoveOldParts(const OutputEntry& entry);
 
 }  // namespace carvello

@@ -99,11 +99,15 @@ bool CWaveFileData::Open(const std::string& basePath, std::uint32_t sequence, co
   FillInfoTexts(now);
 
   if (!m_pWriter) m_pWriter = std::make_unique<CRiffFileWriter>();
+  SWritePolicy policy = m_policy;
+  // All files of an output whose name takes no number share one name, and each replaces the one before.
+  if (split) policy.bReplace = sequence > 0 && m_strFileName == m_strFirstFile;
+  m_pWriter->SetPolicy(policy);
   const SSignalFacts signal{now, m_description.nRadioCenterFreq, m_description.nSampleRate, m_description.nSampleRate};
   const std::int64_t headerBytes = m_pWriter->Open(m_strFileName, m_wfx, xml, m_infoTexts, m_description.bRF64, signal);
   if (headerBytes == 0) {
     m_dwLastError = m_pWriter->ErrorCode();
-    m_strLastError = SystemErrorText(m_dwLastError);
+    m_strLastError = m_pWriter->ErrorText();
     return false;
   }
   m_nFileBytes = static_cast<std::uint64_t>(headerBytes);
@@ -125,47 +129,63 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
     return Close();
   }
   m_description.nBackdateSeconds = 0;
-  if (bMaySplit && IsSplitDue()) {
-    // Closed for good when the end of this part could not be written: a full disk must not pass for a finished part.
-    if (!FinishFile() || !Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
-      // Closed for good: going on with a later file would leave a gap that no start time tells of.
-      m_pWriter.reset();
-      return false;
-    }
-  }
+  if (bMaySplit && IsSplitDue() && !GoOnWithNextFile()) return false;
 
   const bool knownWidth = m_wfx.wBitsPerSample == 16 || m_wfx.wBitsPerSample == 24 || m_wfx.wBitsPerSample == 32;
   if (!knownWidth || !m_pWriter->Write(block, bytes, now)) {
     m_dwLastError = knownWidth ? m_pWriter->ErrorCode() : platform::LastError();
-    m_strLastError =
-        Format("Error writing %d bytes - %s", static_cast<int>(bytes), SystemErrorText(m_dwLastError).c_str());
+    const std::string reason = knownWidth ? m_pWriter->ErrorText() : SystemErrorText(m_dwLastError);
     FinishFile();
+    m_strLastError = Format("Error writing %d bytes - %s", static_cast<int>(bytes), reason.c_str());
     return false;
   }
-  m_nFileBytes += bytes;
-  m_nFileDataBytes += bytes;
-  m_nTotalBytes += bytes;
-  m_nTotalDataBytes += bytes;
+  CountDataBytes();
   return true;
+}
+
+// Closed for good when that fails: a full disk must not pass for a finished part, and a later file would leave a gap
+// that no start time tells of.
+bool CWaveFileData::GoOnWithNextFile() {
+  const bool named = m_nSequence == 0 && m_strFileName != m_strBaseFileName;
+  if (FinishFile(named ? &m_firstPart : nullptr) && Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
+    return true;
+  }
+  m_pWriter.reset();
+  m_firstPart.Close();
+  return false;
+}
+
+// What the file holds, which after a failure is less than what was given to it.
+void CWaveFileData::CountDataBytes() {
+  const std::int64_t change = m_pWriter->DataBytes() - m_nFileDataBytes;
+  m_nFileDataBytes += change;
+  m_nTotalDataBytes += change;
+  m_nFileBytes += static_cast<std::uint64_t>(change);
+  m_nTotalBytes += static_cast<std::uint64_t>(change);
 }
 
 bool CWaveFileData::Close() {
   if (m_pWriter) m_strLastError.clear();
-  FinishFile();
+  if (FinishFile() && !m_firstPart.Close()) {
+    m_dwLastError = platform::LastError();
+    m_strLastError = Format("Error writing the first file - %s", SystemErrorText(m_dwLastError).c_str());
+  }
+  m_firstPart.Close();
   return true;
 }
 
-bool CWaveFileData::FinishFile() {
+bool CWaveFileData::FinishFile(CFile* keep) {
   if (!m_pWriter) return true;
+  const bool finished = m_pWriter->Finish(keep);
+  if (m_pWriter->HasOpened()) CountDataBytes();
   const double bytesPerSecond = m_description.nBitsPerSample * 2.0 / 8.0 * m_description.nSampleRate;
   // A writer that never got its file open has nothing to count, although the bytes of the file before still stand here.
   if (m_pWriter->HasOpened() && bytesPerSecond > 0) {
     m_dStartOffset += static_cast<double>(m_nFileDataBytes) / bytesPerSecond;
   }
-  const bool finished = m_pWriter->Finish();
   if (!finished) {
     m_dwLastError = m_pWriter->ErrorCode();
-    m_strLastError = Format("Error writing the end of the file - %s", SystemErrorText(m_dwLastError).c_str());
+    m_strLastError = Format("Error writing the end of the file - %s", m_pWriter->ErrorText().c_str());
   }
   m_pWriter.reset();
   return finished;

@@ -9,6 +9,8 @@
 #include "recording/info_texts.h"
 #include "recording/recording_description.h"
 #include "recording/wave_format.h"
+#include "recording/write_policy.h"
+#include "support/file.h"
 
 namespace carvello {
 
@@ -27,6 +29,8 @@ class CWaveFileData {
   // the RF64 flag of the description stay.
   void Reset();
   void Describe(SRecordingDescription description);
+  void SetPolicy(const SWritePolicy& policy) { m_policy = policy; }
+  const SWritePolicy& Policy() const { return m_policy; }
   // Names the file (with " %03d" before the extension when the output is split), builds its metadata and writes its
   // header. False when the file cannot be created; LastError() then holds the system's text.
   bool Open(const std::string& basePath, std::uint32_t sequence, const std::string& internalTag);
@@ -58,13 +62,16 @@ class CWaveFileData {
   virtual std::int64_t Now() const;
 
  private:
-  bool FinishFile();
+  bool FinishFile(CFile* keep = nullptr);
+  bool GoOnWithNextFile();
+  void CountDataBytes();
   bool IsSplitDue() const;
   void FillFormat();
   void FillInfoTexts(std::int64_t now);
   std::string MetadataXml(std::int64_t now, std::int64_t start, const std::string& previousFile) const;
 
   SRecordingDescription m_description;
+  SWritePolicy m_policy;
   std::string m_strFileName;      // full path of the file now open, sequence number included
   std::string m_strBaseFileName;  // the output path before any sequence number
   std::string m_strFirstFile;     // full path of file 0
@@ -82,6 +89,9 @@ class CWaveFileData {
   WAVEFORMATEX m_wfx;
   SInfoTexts m_infoTexts;
   std::unique_ptr<CRiffFileWriter> m_pWriter;  // the open file; null when closed
+  // Part 0 of a split output, held until the last part is closed: as long as it is locked nobody else can begin an
+  // output of this name.
+  CFile m_firstPart;
 };
 
 }  // namespace carvello

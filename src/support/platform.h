@@ -97,6 +97,8 @@ std::optional<std::string> RuntimeErrorText(std::uint32_t code);
 bool MeansHeldOpen(std::uint32_t code);
 // Whether the code is one by which the system says that there is no file of that name, or can be none.
 bool MeansMissing(std::uint32_t code);
+// Whether the code is the one by which the system says that something stands under the name already.
+bool MeansExisting(std::uint32_t code);
 // Whether the code is one by which the system refuses this user a file that is in order, or finds that a name leads
 // nowhere but in a circle; any other failure is a fault.
 bool MeansRefused(std::uint32_t code);

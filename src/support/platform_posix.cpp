@@ -301,6 +301,10 @@ bool MeansRefused(std::uint32_t code) {
   return code == EACCES || code == EPERM || code == ELOOP;
 }
 
+bool MeansExisting(std::uint32_t code) {
+  return code == EEXIST;
+}
+
 // ---- libraries and the program itself --------------------------------------------------------------------------
 
 LibraryHandle LoadSharedLibrary(const std::string& path) {

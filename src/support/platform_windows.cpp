@@ -321,6 +321,10 @@ bool MeansRefused(std::uint32_t code) {
          code == ERROR_CANT_RESOLVE_FILENAME;
 }
 
+bool MeansExisting(std::uint32_t code) {
+  return code == ERROR_FILE_EXISTS || code == ERROR_ALREADY_EXISTS;
+}
+
 // ---- libraries and the program itself --------------------------------------------------------------------------
 
 LibraryHandle LoadSharedLibrary(const std::string& path) {

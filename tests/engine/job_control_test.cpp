@@ -362,17 +362,42 @@ TEST_F(JobControlTest, InputThatCannotBeReadFromFrontToBackStartsNothing) {
   EXPECT_EQ(OutputFiles(), 0u);
 }
 
-TEST_F(JobControlTest, OldPartThatCannotBeRemovedStartsNothing) {
+TEST_F(JobControlTest, OldPartThatCannotBeRemovedFailsItsOutputAlone) {
   SEntryFields fields;
   fields.nBandwidth = 1'000;
   fields.strOutputFolder = Path("out");
   ASSERT_FALSE(list.AddEntry(fields).has_value());
-  const std::string part = list[0].strFileName.substr(0, list[0].strFileName.size() - 4) + " 001.wav";
-  std::filesystem::create_directories(std::filesystem::path(part) / "full");
-  answers.answers = {EAnswer::Yes, EAnswer::Ok};
-  EXPECT_EQ(jobs.Start(list, recording), EStartResult::OutputUnwritable);
-  EXPECT_THAT(answers.asked.at(1).second.strText, HasSubstr(part));
-  EXPECT_FALSE(jobs.IsRunning());
+  const std::string stem = list[0].strFileName.substr(0, list[0].strFileName.size() - 4);
+  std::filesystem::create_directories(std::filesystem::path(stem + " 001.wav") / "full");
+  AddEntries(1);
+  answers.answers = {EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  ASSERT_THAT(jobs.Results(), SizeIs(2));
+  for (const SOutputResult& result : jobs.Results()) {
+    const bool hindered = result.strFileName == stem + ".wav";
+    EXPECT_EQ(result.bOk, !hindered);
+    EXPECT_EQ(result.strError.find(stem + " 001.wav") != std::string::npos, hindered);
+  }
+  EXPECT_FALSE(std::filesystem::exists(stem + " 000.wav"));
+}
+
+TEST_F(JobControlTest, NoDoesAgainWhatAnEarlierJobHasNotFinished) {
+  AddEntries(2);
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  const auto whole = ReadBytes(list[0].strFileName);
+  // As a kill leaves it: some of the samples, and sizes that tell of them; the trailer was never written.
+  std::filesystem::resize_file(list[0].strFileName, whole.size() / 2);
+  std::filesystem::last_write_time(list[1].strFileName, std::filesystem::file_time_type());
+  answers.answers = {EAnswer::No};
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  ASSERT_THAT(jobs.Results(), SizeIs(1));
+  EXPECT_EQ(jobs.Results()[0].strFileName, list[0].strFileName);
+  EXPECT_TRUE(jobs.Results()[0].bOk);
+  EXPECT_EQ(ReadBytes(list[0].strFileName).size(), whole.size());
+  EXPECT_EQ(std::filesystem::last_write_time(list[1].strFileName), std::filesystem::file_time_type());
 }
 
 TEST_F(JobControlTest, OutputThatWouldReplaceTheInputIsRefused) {

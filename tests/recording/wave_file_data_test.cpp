@@ -223,6 +223,7 @@ TEST_F(WaveFileData, TheProductTextTellsTheForm) {
 // ---- one file
 
 TEST_F(WaveFileData, AClosedFileHoldsItsFourChunksOnly) {
+  m_data.SetPolicy({.bReplace = true});
   for (const bool rf64 : {false, true}) {
     m_description.bRF64 = rf64;
     ASSERT_TRUE(Open());
