@@ -62,6 +62,9 @@ struct FileStatus {
 // Nothing when the status cannot be had.
 std::optional<FileStatus> GetFileStatus(const std::string& path);
 std::optional<FileStatus> GetFileStatus(FileHandle file);  // of an open file, whatever its name leads to now
+// Whether a file keeps its number while nobody has it open. Not so where the file system makes numbers up, as those of
+// memory cards do, and some that other machines or programs provide.
+bool KeepsFileNumbers(const std::string& path);
 // Of what stands under the name itself, be it a link that leads nowhere; nothing when the name is free.
 std::optional<FileStatus> GetNameStatus(const std::string& path);
 // On false LastError() holds the reason.

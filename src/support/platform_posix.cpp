@@ -9,6 +9,7 @@
 #include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <sys/syscall.h>
 #include <sys/sysmacros.h>
 #include <sys/wait.h>
@@ -190,6 +191,22 @@ std::optional<FileStatus> GetFileStatus(FileHandle file) {
 
 std::optional<FileStatus> GetNameStatus(const std::string& path) {
   return StatusOf(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW);
+}
+
+bool KeepsFileNumbers(const std::string& path) {
+  struct statfs volume {};
+  if (Uninterrupted([&] { return statfs(path.c_str(), &volume); }) != 0) return true;
+  switch (static_cast<std::uint32_t>(volume.f_type)) {
+    case 0x4D44:      // FAT
+    case 0x2011BAB0:  // exFAT
+    case 0x65735546:  // FUSE
+    case 0x517B:      // SMB
+    case 0xFF534D42:  // CIFS
+    case 0xFE534D42:  // SMB 2
+      return false;
+    default:
+      return true;
+  }
 }
 
 bool IsReadable(const std::string& path) {

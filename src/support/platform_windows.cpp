@@ -174,6 +174,10 @@ std::optional<FileStatus> GetNameStatus(const std::string& path) {
   return StatusOf(path, FILE_FLAG_OPEN_REPARSE_POINT);
 }
 
+bool KeepsFileNumbers(const std::string& /*path*/) {
+  return true;  // they tell where on the disk a file, or its entry, stands
+}
+
 bool IsReadable(const std::string& path) {
   // Opened, for only that tells of a file that another program keeps to itself.
   const HANDLE raw = CreateFileW(WidePath(path).c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,

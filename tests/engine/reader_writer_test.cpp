@@ -510,7 +510,8 @@ void (*passThroughNco)(std::uint32_t, std::int64_t, std::uint32_t, const SComple
 std::set<const SComplex*> places;  // where the writer at work found its samples
 std::size_t visits = 0;
 
-// Blocks are used again as soon as no writer holds them; those given to a writer that never runs would be held for good.
+// Blocks are used again as soon as no writer holds them; those given to a writer that never runs would be held for
+// good.
 TEST_F(ReaderWriterTest, EntryThatIsRefusedHoldsNoBlocks) {
   constexpr std::int64_t kFrames = 30 * kBlock;
   const auto input = WriteNumbered("in.wav", 0, kFrames);

@@ -83,6 +83,11 @@ class CZoneReader {
   platform::TimeZoneRecord m_record;
 };
 
+TEST(PosixFiles, NumbersOfFilesLastUnlessTheFileSystemIsKnownToMakeThemUp) {
+  EXPECT_TRUE(platform::KeepsFileNumbers("/proc/self/stat"));
+  EXPECT_TRUE(platform::KeepsFileNumbers("/proc/none")) << "nothing is known of it";
+}
+
 TEST(PosixTimeZoneRecord, CarriesBothSeasonsOfAZone) {
   // The rules of central Europe, written out so that no zone database is needed.
   const CEnvironmentVariable zone("TZ", "CET-1CEST,M3.5.0/2,M10.5.0/3");
