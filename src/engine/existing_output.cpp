@@ -5,6 +5,8 @@
 
 #include "engine/output_rate.h"
 #include "input/format_chunk.h"
+#include "input/lookup_cache.h"
+#include "recording/metadata_xml.h"
 #include "recording/written_file.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -19,6 +21,16 @@ std::int64_t FramesDue(const OutputEntry& entry, const CRecordingSet& recording)
   for (const SRecordingFile& file : recording.files) inputFrames += file.nSampleBytes / frameBytes;
   if (entry.nTotalSamples != 0) inputFrames = std::min(inputFrames, entry.nTotalSamples);
   return OutputFramesDue(inputFrames, entry.nInputSampleRate, entry.nOutputSampleRate);
+}
+
+// Whether a file is of the entry's stretch and frequency, by what its metadata tells. Its name tells the minute only. A
+// later part begins later, so only the first is looked at.
+bool IsOfStretch(const std::string& path, const OutputEntry& entry) {
+  SMetadataLists metadata;
+  ParseMetadataXml(LookupMetadata(path).strXml, metadata);
+  if (metadata.names.empty() || metadata.FindNumber("Sequence") != 0) return true;
+  return metadata.FindNumber("UTCSeconds") == static_cast<std::uint32_t>(entry.tStart) &&
+         metadata.FindNumber("RadioCenterFreq") == entry.nOutputFrequency;
 }
 
 // Of files that together are one output.
@@ -39,6 +51,11 @@ SExistingOutput Judge(const std::vector<std::string>& files, const OutputEntry& 
       output.kind = EExistingOutput::Other;
       output.strReason = Format("%s exists and is another recording, %u bits at %u Hz", name.c_str(),
                                 unsigned{file.format.wBitsPerSample}, file.format.nSamplesPerSec);
+      return output;
+    }
+    if (!IsOfStretch(path, entry)) {
+      output.kind = EExistingOutput::Other;
+      output.strReason = name + " exists and is another recording, of another start or frequency";
       return output;
     }
     if (file.state == EWrittenState::Unfinished && output.strReason.empty())

@@ -382,6 +382,31 @@ TEST_F(JobControlTest, OldPartThatCannotBeRemovedFailsItsOutputAlone) {
   EXPECT_FALSE(std::filesystem::exists(stem + " 000.wav"));
 }
 
+TEST_F(JobControlTest, NoLeavesAnOutputOfAnotherStretchAloneThatHasTheSameName) {
+  SEntryFields fields;
+  fields.nFrequency = 1'000;
+  fields.nBandwidth = 1'000;
+  fields.nFileSizeMB = 0;
+  fields.strOutputFolder = Path("out");
+  fields.endMode = EEndMode::After;
+  fields.nDurationSeconds = 1;
+  ASSERT_FALSE(list.AddEntry(fields).has_value());
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  const std::string name = list[0].strFileName;
+  const auto before = ReadBytes(name);
+  // In the same minute, and longer: by its frames alone the first would pass for a job that was stopped.
+  list.Reset();
+  fields.startMode = EStartMode::At;
+  fields.tPickedStart = recording.tStart + 1;
+  fields.nDurationSeconds = 2;
+  ASSERT_FALSE(list.AddEntry(fields).has_value());
+  ASSERT_EQ(list[0].strFileName, name);
+  answers.answers = {EAnswer::No, EAnswer::Ok};
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::AllFilesExist);
+  EXPECT_TRUE(ReadBytes(name) == before);
+}
+
 TEST_F(JobControlTest, NoDoesAgainWhatAnEarlierJobHasNotFinished) {
   AddEntries(2);
   ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
