@@ -32,9 +32,21 @@ bool CFile::Close() {
 
 std::size_t CFile::Read(void* buffer, std::size_t bytes) {
   if (!IsOpen()) return 0;
+  std::size_t done = ReadOnce(buffer, bytes);
+  // A file that goes on where nothing came: it has grown meanwhile, or what is in it cannot be had.
+  if (GoesOn(done, bytes)) done += ReadOnce(static_cast<char*>(buffer) + done, bytes - done);
+  if (GoesOn(done, bytes)) m_nReadError = platform::MissingBytesError();
+  return done;
+}
+
+std::size_t CFile::ReadOnce(void* buffer, std::size_t bytes) {
   const std::size_t done = platform::ReadFile(m_hFile, buffer, bytes, m_nReadError);
   m_nPosition += static_cast<std::int64_t>(done);
   return done;
+}
+
+bool CFile::GoesOn(std::size_t done, std::size_t bytes) const {
+  return done < bytes && m_nReadError == 0 && Length() > m_nPosition;
 }
 
 std::size_t CFile::Write(const void* buffer, std::size_t bytes) {

@@ -26,7 +26,8 @@ class CFile {
   bool Close();
   bool IsOpen() const { return m_hFile != platform::kNoFile; }
 
-  // Bytes read; less than asked for at the end of the file or on a read error, which ReadError() tells apart.
+  // Bytes read; less than asked for at the end of the file or on a read error, which ReadError() tells apart. That a
+  // file gives less than the length that the system tells of it is an error.
   std::size_t Read(void* buffer, std::size_t bytes);
   // The system's code when the last Read failed, 0 when it did not.
   std::uint32_t ReadError() const { return m_nReadError; }
@@ -49,6 +50,10 @@ class CFile {
   std::uint32_t LogId() const { return static_cast<std::uint32_t>(m_hFile); }
 
  private:
+  std::size_t ReadOnce(void* buffer, std::size_t bytes);
+  // Whether a read that ended without an error did so in front of the file's end.
+  bool GoesOn(std::size_t done, std::size_t bytes) const;
+
   platform::FileHandle m_hFile = platform::kNoFile;
   std::int64_t m_nPosition = 0;
   std::uint32_t m_nReadError = 0;

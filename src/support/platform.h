@@ -98,6 +98,8 @@ std::optional<std::string> RuntimeErrorText(std::uint32_t code);
 // Whether the code is the one by which the system refuses what another program holds open: 5 ("access denied") on
 // Windows. POSIX systems have none, there 5 is an input/output error and a refusal is about permissions.
 bool MeansHeldOpen(std::uint32_t code);
+// The code for bytes that a file should hold and does not give.
+std::uint32_t MissingBytesError();
 // Whether the code is one by which the system says that there is no file of that name, or can be none.
 bool MeansMissing(std::uint32_t code);
 // Whether the code is the one by which the system says that something stands under the name already.

@@ -310,6 +310,10 @@ bool MeansHeldOpen(std::uint32_t /*code*/) {
   return false;
 }
 
+std::uint32_t MissingBytesError() {
+  return EIO;
+}
+
 bool MeansMissing(std::uint32_t code) {
   return code == ENOENT || code == ENOTDIR || code == ENAMETOOLONG;
 }

@@ -315,6 +315,10 @@ bool MeansHeldOpen(std::uint32_t code) {
   return code == ERROR_ACCESS_DENIED;
 }
 
+std::uint32_t MissingBytesError() {
+  return ERROR_READ_FAULT;
+}
+
 bool MeansMissing(std::uint32_t code) {
   return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND || code == ERROR_INVALID_NAME ||
          code == ERROR_BAD_PATHNAME || code == ERROR_FILENAME_EXCED_RANGE;
