@@ -6,6 +6,7 @@ before it (call_faults.cpp).
 import json
 import mmap
 import os
+import re
 import resource
 import signal
 import struct
@@ -137,6 +138,9 @@ class Recording:
         self.rest = values[end:]  # the trailer, or samples that no size covers yet
 
 
+PART = re.compile(r" \d{3}(?=\.wav$)")
+
+
 class Expected:
     """The outputs of the undisturbed run, which files of other runs are held against. They name their folder, so all
     runs write to the same one."""
@@ -148,8 +152,15 @@ class Expected:
     def is_whole(self, path):
         return path.name in self.files and path.read_bytes() == self.files[path.name]
 
+    def samples_from(self, name):
+        """The samples of an output from one of its files on. Where a part ends depends on what comes behind: in a job
+        that ends too early the last one can go on a little longer."""
+        stem = PART.sub("", name)
+        return numpy.concatenate([recording.data for other, recording in self.recordings.items()
+                                  if PART.sub("", other) == stem and other >= name])
+
     def stretch_problem(self, path):
-        """Why a file is not the beginning of the same file of the undisturbed run; None when it is."""
+        """Why a file is not a beginning of what the undisturbed run wrote from there on; None when it is."""
         if path.name not in self.recordings:
             return f"{path.name}: there should be no such file"
         expected = self.recordings[path.name]
@@ -159,8 +170,10 @@ class Expected:
             return f"{path.name}: {problem}"
         if found.header != expected.header:
             return f"{path.name}: another header"
-        if not numpy.array_equal(found.data, expected.data[:found.data_bytes]):
-            differ = numpy.flatnonzero(found.data != expected.data[:found.data_bytes])[0] if (
-                found.data_bytes <= expected.data_bytes) else expected.data_bytes
-            return f"{path.name}: other samples from byte {differ} of {found.data_bytes} on"
+        samples = self.samples_from(path.name)
+        if found.data_bytes > len(samples):
+            return f"{path.name}: {found.data_bytes} bytes of samples, where there are {len(samples)} in all"
+        differ = numpy.flatnonzero(found.data != samples[:found.data_bytes])
+        if len(differ):
+            return f"{path.name}: other samples from byte {differ[0]} of {found.data_bytes} on"
         return None
