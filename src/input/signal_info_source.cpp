@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <new>
 #include <optional>
 #include <pugixml.hpp>
 #include <string_view>
@@ -48,7 +49,8 @@ bool RecogniseSignalInfo(const std::string& meta, std::int64_t dataBytes, const 
                          RecordingSourceInfo& source) {
   if (meta.empty()) return false;
   pugi::xml_document document;
-  document.load_buffer(meta.data(), std::min(meta.size(), meta.find('\0')));
+  const pugi::xml_parse_result parsed = document.load_buffer(meta.data(), std::min(meta.size(), meta.find('\0')));
+  if (parsed.status == pugi::status_out_of_memory) throw std::bad_alloc();
   const pugi::xml_node root = document.document_element();
   if (std::string_view(root.name()) != "signalinfo") return false;
   const double bytesPerSecond = BytesPerSecond(format.Format);

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
+#include <new>
 #include <pugixml.hpp>
 
 #include "recording/base64.h"
+#include "recording/load_xml.h"
 #include "recording/text_writer.h"
 #include "support/platform.h"
 #include "support/system_time.h"
@@ -39,13 +41,14 @@ bool EndsItsRoot(std::string_view xml) {
   return false;
 }
 
+// An element without memory is an empty one, which takes no attributes.
 template <typename Value>
 void Append(pugi::xml_node& element, const char* name, const Value& value) {
-  element.append_attribute(name).set_value(value);
+  if (!element.append_attribute(name).set_value(value)) throw std::bad_alloc();
 }
 
 void Append(pugi::xml_node& element, const char* name, const std::string& value) {
-  element.append_attribute(name).set_value(value.c_str());
+  Append(element, name, value.c_str());
 }
 
 }  // namespace
@@ -69,7 +72,7 @@ int ParseMetadataXml(std::string_view xml, SMetadataLists& lists) {
   lists.values.clear();
   pugi::xml_document document;
   // A text that is broken somewhere counts as unreadable: half of a metadata set would be taken for the whole.
-  if (!document.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8)) return 0;
+  if (!LoadXml(document, xml)) return 0;
   pugi::xml_node root = document.child("SDR-XML-Root");
   if (!root) root = document.child("SDR-Server");
   AppendAttributes(root.child("Definition"), lists);
@@ -79,8 +82,7 @@ int ParseMetadataXml(std::string_view xml, SMetadataLists& lists) {
 
 std::string MetadataXmlProblem(std::string_view xml) {
   pugi::xml_document document;
-  const pugi::xml_parse_result result =
-      document.load_buffer(xml.data(), xml.size(), pugi::parse_default, pugi::encoding_utf8);
+  const pugi::xml_parse_result result = LoadXml(document, xml);
   if (result) {
     return document.child("SDR-XML-Root") || document.child("SDR-Server")
                ? std::string()

@@ -1,5 +1,7 @@
 #include "recording/xml_mgr.h"
 
+#include <new>
+
 #include "recording/text_writer.h"
 #include "support/hresult.h"
 #include "support/text.h"
@@ -25,7 +27,7 @@ pugi::xml_node CXMLMgr::AddBase(pugi::xml_node parent) {
 pugi::xml_node CXMLMgr::AddElement(pugi::xml_node parent, const std::string& name, const std::string& text,
                                    const Attributes& attributes) {
   pugi::xml_node element = parent.append_child(name.c_str());
-  if (!text.empty()) element.text().set(text.c_str());
+  if (!element || (!text.empty() && !element.text().set(text.c_str()))) throw std::bad_alloc();
   for (const auto& [attribute, value] : attributes) {
     SetAttribute(element, ReplaceAll(attribute, " ", "_-SPACE-_"), value);
   }
@@ -35,7 +37,7 @@ pugi::xml_node CXMLMgr::AddElement(pugi::xml_node parent, const std::string& nam
 void CXMLMgr::SetAttribute(pugi::xml_node element, const std::string& name, const std::string& value) {
   pugi::xml_attribute attribute = element.attribute(name.c_str());
   if (!attribute) attribute = element.append_attribute(name.c_str());
-  attribute.set_value(value.c_str());
+  if (!attribute.set_value(value.c_str())) throw std::bad_alloc();
 }
 
 std::string CXMLMgr::Text() {

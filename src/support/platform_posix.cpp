@@ -23,6 +23,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <thread>
 
 #include "support/platform.h"
@@ -87,16 +88,17 @@ FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   if (mode == EOpenMode::Replace) access = O_WRONLY | O_CREAT;
   const int descriptor = OpenDescriptor(path.c_str(), access | O_NONBLOCK);
   if (descriptor < 0) return kNoFile;
+  // Changed only behind the lock: a file that another job is writing stays as it is. File systems that know no locks
+  // do without.
+  const bool used = mode != EOpenMode::ReadShared && flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
   struct stat status {};
-  int refusal = fstat(descriptor, &status) != 0 ? errno : 0;
+  int refusal = used ? ETXTBSY : 0;
+  if (!used && fstat(descriptor, &status) != 0) {
+    refusal = errno;
+    if (mode == EOpenMode::CreateNew) unlink(path.c_str());
+  }
   if (S_ISDIR(status.st_mode)) refusal = EISDIR;
   if (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode)) refusal = ESPIPE;
-  // Emptied only behind the lock: a file that another job is writing stays as it is. File systems that know no locks
-  // do without.
-  if (refusal == 0 && mode != EOpenMode::ReadShared && flock(descriptor, LOCK_EX | LOCK_NB) != 0 &&
-      errno == EWOULDBLOCK) {
-    refusal = ETXTBSY;
-  }
   if (refusal == 0 && mode == EOpenMode::Replace && S_ISREG(status.st_mode) && ftruncate(descriptor, 0) != 0) {
     refusal = errno;
   }
@@ -446,13 +448,38 @@ unsigned ProcessorCount() {
   return std::max(1U, std::thread::hardware_concurrency());
 }
 
+namespace {
+
+// The name of an account by the system's own list; nothing when it is not there. Asked first, for the C library's
+// search through all lists that an account can stand in ends the program where it finds no memory.
+std::optional<std::string> LocalUserName(uid_t user, std::vector<char>& texts) {
+  const std::unique_ptr<FILE, int (*)(FILE*)> list(std::fopen("/etc/passwd", "re"), std::fclose);
+  if (!list) {
+    if (errno == ENOMEM) throw std::bad_alloc();
+    return std::nullopt;
+  }
+  passwd entry{};
+  for (passwd* found = nullptr; fgetpwent_r(list.get(), &entry, texts.data(), texts.size(), &found) == 0;) {
+    const std::string_view name = found->pw_name;
+    // A sign in front of a name, or alone, refers to another list.
+    if (found->pw_uid == user && !name.starts_with('+') && !name.starts_with('-')) return std::string(name);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
 std::string UserName() {
+  const uid_t user = geteuid();
+  std::vector<char> texts(16384);
+  if (const auto name = LocalUserName(user, texts)) return *name;
   passwd entry{};
   passwd* found = nullptr;
-  std::vector<char> texts(16384);
-  if (getpwuid_r(geteuid(), &entry, texts.data(), texts.size(), &found) == 0 && found != nullptr) return entry.pw_name;
+  const int refusal = getpwuid_r(user, &entry, texts.data(), texts.size(), &found);
+  if (refusal == ENOMEM) throw std::bad_alloc();
+  if (refusal == 0 && found != nullptr) return entry.pw_name;
   // An account that no list names, as in containers.
-  return std::to_string(geteuid());
+  return std::to_string(user);
 }
 
 std::string ComputerName() {

@@ -17,7 +17,6 @@ A run passes when it
 - says "ok" in --json of whole outputs only, and gives every other one's reason.
 """
 import argparse
-import errno
 import os
 import shutil
 import sys
@@ -41,7 +40,8 @@ ERRORS = {
     "memory": ("ENOMEM",),
     "thread": ("EAGAIN",),
 }
-NEVER_MADE = ("rename",)  # and "remove" but for --overwrite; a job that begins to make such calls needs errors above
+NEVER_MADE = ("rename",)  # a job that begins to make such calls needs errors above
+ONLY_WHEN_OVERWRITING = ("remove", "truncate")
 HARMLESS = ("EINTR", "short")
 BURST = 5  # interruptions in a row; for ever they would keep every program
 LAST_PLACES = 3  # so many runs in a row in which nothing failed are behind the last call
@@ -110,7 +110,8 @@ class Checker:
             return ["it hangs"]
         if ended.code < 0 and not (fault.error == "kill" and ended.failed):
             return [f"it died of signal {-ended.code}: {self.told(ended)}"]
-        problems = [problem for path in sorted(self.output.iterdir()) if (problem := self.left_behind(path, ended))]
+        problems = [problem for path in sorted(self.output.iterdir())
+                    if (problem := self.left_behind(fault, path, ended))]
         if ended.code == 0:
             problems += self.missing_for_success(ended)
         elif ended.code > 0:
@@ -120,11 +121,13 @@ class Checker:
     def is_earlier(self, path):
         return path.name in self.earlier and path.read_bytes() == self.earlier[path.name]
 
-    def left_behind(self, path, ended):
+    def left_behind(self, fault, path, ended):
         if self.is_earlier(path):
             return None
-        if ended.code < 0 and path.stat().st_size == 0:
-            return None  # killed between its creation and its first byte: it claims nothing
+        if path.stat().st_size == 0 and (ended.code < 0 or fault.error == "EWOULDBLOCK"):
+            # Killed between its creation and its first byte, or locked by another program in that moment, whose file it
+            # is then.
+            return None
         return self.expected.stretch_problem(path)
 
     def missing_for_success(self, ended):
@@ -181,16 +184,12 @@ def label(kind, error, times):
     return f"{kind} {error} {'for good' if times == 0 else f'{times} in a row' if times > 1 else 'once'}"
 
 
-def fault_of(kind, error, times, at):
-    return job.Fault(kind, getattr(errno, error, error), at, times)
-
-
 def enumerate_places(checker, kind, error, times, first=1, stride=1, last=None):
     """Every place from the first on, until no call is left that could fail. Gives how many failed, and of them how many
     runs ended well, and the faulty places with their problems."""
     at, unreached, tried, survived, faulty = first, 0, 0, 0, []
     while unreached < LAST_PLACES and (last is None or at <= last):
-        ended, problems = checker.run(fault_of(kind, error, times, at))
+        ended, problems = checker.run(job.Fault(kind, error, at, times))
         unreached = 0 if ended.failed else unreached + 1
         if ended.failed:
             tried += 1
@@ -217,11 +216,11 @@ def cases_of(kind, errors=None, times=None):
 def thin(checker, share, shares):
     """Places spread evenly over all calls of a kind, and over all its errors."""
     places, wrong = 0, 0
-    for kind in NEVER_MADE:
+    for kind in NEVER_MADE + ONLY_WHEN_OVERWRITING:
         if checker.counts[kind]:
             print(f"{checker.counts[kind]} calls of {kind}, which no test lets fail")
             wrong += 1
-    made = [kind for kind in ERRORS if kind != "remove"]
+    made = [kind for kind in ERRORS if kind not in ONLY_WHEN_OVERWRITING]
     for index, (kind, error, times) in enumerate(case for kind in made for case in cases_of(kind)):
         if index % shares != share:
             continue
@@ -253,7 +252,7 @@ def limits(checker, share, shares):
     megabyte, tried, survived, wrong = 1 + share, 0, 0, 0
     while survived < LAST_PLACES:
         # A fault of the kind that is meant, behind the last call: nothing but the limit makes memory fail.
-        ended, problems = checker.run(job.Fault("memory", errno.ENOMEM, 1 << 60), megabyte << 20)
+        ended, problems = checker.run(job.Fault("memory", "ENOMEM", 1 << 60), megabyte << 20)
         if any(ended.counts.values()):  # else the loader found too little for the program itself
             tried += 1
             survived += ended.code == 0
@@ -297,7 +296,7 @@ def main():
         errors = (options.error,) if options.error else None
         times = (options.times,) if options.times is not None else None
         if options.at is not None:
-            return one_place(checker, fault_of(options.kind, options.error, options.times, options.at))
+            return one_place(checker, job.Fault(options.kind, options.error, options.at, options.times))
         return whole(checker, cases_of(options.kind, errors, times), share, shares)
     finally:
         checker.close()

@@ -3,6 +3,7 @@
 CARVELLO_CLI is the program (carvello-cli that splits at a megabyte, too), CARVELLO_FAULTS the library that is loaded
 before it (call_faults.cpp).
 """
+import errno
 import json
 import mmap
 import os
@@ -57,13 +58,13 @@ def make_input(folder, rate=RATE, seconds=SECONDS):
 
 
 class Fault:
-    """What fails: see call_faults.cpp. `times` 0: for good."""
+    """What fails: see call_faults.cpp. `error`: a name, EIO and so on for those of the system; `times` 0: for good."""
 
     def __init__(self, kind, error, at, times=1):
         self.kind, self.error, self.at, self.times = kind, error, at, times
 
     def environment(self):
-        return {"FAULT_KIND": self.kind, "FAULT_ERROR": str(self.error), "FAULT_AT": str(self.at),
+        return {"FAULT_KIND": self.kind, "FAULT_ERROR": str(getattr(errno, self.error, self.error)), "FAULT_AT": str(self.at),
                 "FAULT_TIMES": str(self.times)}
 
 
