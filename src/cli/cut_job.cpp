@@ -100,7 +100,9 @@ EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
     PrintMessageLines(m_answers.Reason());
     TellTheRest(report, EOutputState::Failed, "not begun");
     // What stands in the way of a later batch comes after outputs were written.
-    return batchesDone == 0 ? ExitOf(started) : EExit::OutputFailed;
+    const EExit exit = batchesDone == 0 ? ExitOf(started) : EExit::OutputFailed;
+    // Outputs that came to be since the entries were chosen are not this job's.
+    return exit == EExit::Ok && !report.AllOk() ? EExit::OutputFailed : exit;
   }
   return report.AllOk() ? EExit::Ok : EExit::OutputFailed;
 }

@@ -397,9 +397,9 @@ void CBackgroundThreadReader::StopJob(bool byUser) noexcept {
   m_bStopped = byUser;
   Log("Stop");
   CloseFile();
-  m_bRunning = false;
   LogStatistics();
   CloseWriters();
+  m_bRunning = false;  // last, so that whoever waits for the end goes on with other things while files are synced
   TellProgress(kProgressTotal);
 }
 

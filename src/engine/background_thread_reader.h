@@ -40,7 +40,7 @@ class CBackgroundThreadReader final : public CBackgroundThreadBase {
   // The first frame that any entry wants.
   std::int64_t FirstFrame() const { return m_llFirstFrame; }
 
-  // A job is in progress. False as soon as it begins to stop; the files are closed when the queue has run empty.
+  // A job is in progress. False when its files are closed.
   bool IsRunning() const { return m_bRunning && IsThreadRunning(); }
   // Asks for the end of the job, on the owner's thread; once a job.
   void PostStop() noexcept;

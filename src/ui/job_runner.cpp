@@ -48,9 +48,11 @@ void CJobRunner::Start(const CRecordingSet& recording) {
 }
 
 void CJobRunner::Stop() {
-  const CWaitCursor wait;
   m_endTimer.stop();
-  m_job.Stop();
+  {
+    const CWaitCursor wait;
+    m_job.Stop();
+  }
   EndBatch(true);
 }
 
