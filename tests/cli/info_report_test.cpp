@@ -53,6 +53,7 @@ TEST(InfoJson, HasTheKeysThatScriptsRelyOn) {
             {"endMilliseconds", 250},
             {"seconds", 10.25},
             {"rf64", true},
+            {"unfinishedFiles", json::array()},
             {"infoTexts",
              {{"IPRD", "product"}, {"IART", "artist"}, {"ICMT", "comment"}, {"ICOP", "rights"}, {"INAM", "name"}}},
             {"metadata", {{"SampleRate", "2000000"}, {"RadioModel", "Model Ω"}}}}));

@@ -24,7 +24,7 @@ class FullDiskTest(EndToEndTest):
         cls.source = write_sparse(cls.shared / "in.wav", Layout(RATE, form="s8"), SECONDS * RATE)
 
     def check(self, result, reason):
-        """The wide output has failed, the narrow one is whole, and what was written can be read."""
+        """The wide output has failed and what was written of it can be read. Gives both outputs and the wide file."""
         self.assertEqual(result.code, 1, result.err)
         outputs = {output["bandwidth"]: output for output in result.json()["outputs"]}
         wide, narrow = outputs[1_000_000], outputs[10_000]
@@ -32,11 +32,6 @@ class FullDiskTest(EndToEndTest):
         self.assertIn(reason, wide["error"])
         self.assertIn("bw=1 MHz", result.err)
         self.assertIn(reason, result.err)
-
-        self.assertIs(narrow["ok"], True)
-        file = WaveFile(local(narrow["files"][0]))
-        file.check_complete()
-        self.assertAlmostEqual(file.frames, SECONDS * 10_000, delta=64)
 
         path = local(wide["files"][0])
         info = self.info(path)
@@ -46,6 +41,13 @@ class FullDiskTest(EndToEndTest):
         self.assertLessEqual(file.data_bytes, file.length - file.data_offset)
         self.assertEqual(wide["frames"], file.frames)
         self.assertEqual(wide["bytes"], file.data_bytes)
+        return wide, narrow, file
+
+    def check_whole(self, narrow):
+        self.assertIs(narrow["ok"], True)
+        file = WaveFile(local(narrow["files"][0]))
+        file.check_complete()
+        self.assertAlmostEqual(file.frames, SECONDS * 10_000, delta=64)
 
 
 class TestFileSizeLimit(FullDiskTest):
@@ -58,10 +60,14 @@ class TestFileSizeLimit(FullDiskTest):
         return run("cut", self.source, "--output", self.output, "--json", *arguments, preexec_fn=limit)
 
     def test_wav_output_fails_and_the_other_goes_on(self):
-        self.check(self.cut_limited(WIDE, NARROW), os.strerror(27))
+        _, narrow, file = self.check(self.cut_limited(WIDE, NARROW), os.strerror(27))
+        self.check_whole(narrow)
+        self.assertGreater(file.length, 40_000_000 - 8, "all frames that fit")
 
     def test_rf64_output_fails_and_the_other_goes_on(self):
-        self.check(self.cut_limited(WIDE + ",size=RF64", NARROW), os.strerror(27))
+        _, narrow, file = self.check(self.cut_limited(WIDE + ",size=RF64", NARROW), os.strerror(27))
+        self.check_whole(narrow)
+        self.assertGreater(file.length, 40_000_000 - 8, "all frames that fit")
 
 
 class TestSmallVolume(FullDiskTest):
@@ -74,13 +80,23 @@ class TestSmallVolume(FullDiskTest):
     def tearDown(self):
         subprocess.run(["umount", "-l", self.output], check=True)
 
-    def test_wav_output_fails_and_the_other_goes_on(self):
-        self.check(run("cut", self.source, "--output", self.output, "--json", "--entry", WIDE, "--entry", NARROW),
-                   os.strerror(28))
+    def check_volume(self, wide_entry):
+        """A full volume has room for nobody: the wide output keeps what it got, the narrow one tells its own state."""
+        result = run("cut", self.source, "--output", self.output, "--json", "--entry", wide_entry, "--entry", NARROW)
+        wide, narrow, _ = self.check(result, os.strerror(28))
+        self.assertGreater(wide["bytes"], 38_000_000, "all frames that fit")
+        if narrow["ok"]:
+            self.check_whole(narrow)
+        else:
+            self.assertIn(os.strerror(28), narrow["error"])
+            if narrow["files"] and narrow["frames"]:
+                self.assertEqual(self.info(local(narrow["files"][0]))["dataBytes"], [narrow["bytes"]])
 
-    def test_rf64_output_fails_and_the_other_goes_on(self):
-        self.check(run("cut", self.source, "--output", self.output, "--json", "--entry", WIDE + ",size=RF64",
-                       "--entry", NARROW), os.strerror(28))
+    def test_wav_output_keeps_what_fits(self):
+        self.check_volume(WIDE)
+
+    def test_rf64_output_keeps_what_fits(self):
+        self.check_volume(WIDE + ",size=RF64")
 
 
 if __name__ == "__main__":
