@@ -274,7 +274,7 @@ class TestInfo(EndToEndTest):
         self.assertEqual(set(self.info(source)), {
             "source", "files", "fileCount", "dataBytes", "totalBytes", "sampleRate", "centreFrequency", "bandwidth",
             "bitsPerSample", "sampleFormat", "startUtc", "endUtc", "startMilliseconds", "endMilliseconds",
-            "seconds", "rf64", "infoTexts", "metadata"})
+            "seconds", "rf64", "infoTexts", "metadata", "unfinishedFiles"})
 
     def test_same_facts_for_a_person(self):
         source = write_recording(self.folder / "in.wav", Layout(RATE), np.zeros(RATE))
