@@ -4,6 +4,7 @@
 #include <memory>
 #include <type_traits>
 
+#include "support/mutex.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -36,6 +37,8 @@ Locale UserLocale() {
 }
 
 // ---- the time zone in force
+
+CMutex s_zoneLock;
 
 struct ZoneMoment {
   std::int64_t nOffset = 0;  // seconds east of UTC
@@ -167,6 +170,9 @@ bool UtcTime(std::int64_t seconds, std::tm& out) {
 
 bool LocalTime(std::int64_t seconds, std::tm& out) {
   const std::time_t time = seconds;
+  // The system keeps the names of zones in a list of its own, to which the conversion may add; whoever reads a name has
+  // been here behind the thread that added it.
+  const CLockGuard guard(s_zoneLock);
   return localtime_r(&time, &out) != nullptr;
 }
 
