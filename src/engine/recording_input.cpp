@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "input/wave_file_reader.h"
+#include "recording/written_file.h"
 #include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -39,6 +40,9 @@ bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::st
     const char* const failure =
         input.recording.bReadFailed ? "the recording cannot be read" : "not recognised as an IQ recording";
     error = Format("%s: %s%s%s", path.c_str(), failure, reason.empty() ? "" : ": ", reason.c_str());
+    // What a job leaves that is killed before it has written samples.
+    const SWrittenFile file = InspectWrittenFile(path);
+    if (file.state == EWrittenState::Unfinished && file.format.nBlockAlign > 0) error += "; the file is not finished";
     return false;
   }
   for (const std::string& line : log) {

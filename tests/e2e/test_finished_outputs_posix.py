@@ -50,6 +50,16 @@ class TestFinishedOutputs(EndToEndTest):
         self.assertEqual(result.code, 0, result.err)
         self.assertEqual(before, {path: path.stat().st_mtime_ns for path in self.output.iterdir()})
 
+    def test_info_says_not_finished_of_an_output_without_samples_too(self):
+        one = self.cut_one(self.source, "f=7.2M,bw=100k,size=RF64")
+        header = WaveFile(one).data_offset
+        stub = bytearray(one.read_bytes()[:header])
+        stub[20:44] = bytes(24)  # sizes as they stand before the first samples
+        one.write_bytes(stub)
+        result = run("info", one)
+        self.assertEqual(result.code, 3)
+        self.assertIn("the file is not finished", result.err)
+
     def test_another_recording_of_that_name_is_neither_replaced_nor_called_ok(self):
         one = self.cut_one(self.source, "f=7.2M,bw=100k,size=RF64")
         before = one.read_bytes()
