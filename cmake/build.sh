@@ -5,13 +5,14 @@ if command -v ccache > /dev/null; then
   export CMAKE_CXX_COMPILER_LAUNCHER=ccache
   export CCACHE_BASEDIR=$PWD
   export CCACHE_NOHASHDIR=1
+  export CCACHE_SLOPPINESS=pch_defines,time_macros  # as precompiled headers need it
 fi
 
 # configure PRESET [CMAKE-OPTION…]: quiet unless it fails.
 configure() {
   local log
   log=$(mktemp)
-  if ! cmake --preset "$@" > "$log" 2>&1; then
+  if ! cmake --preset "$1" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=OFF "${@:2}" > "$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"
     return 1

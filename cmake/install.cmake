@@ -34,6 +34,8 @@ else()
 
   if(CARVELLO_GUI)
     install(FILES packaging/linux/carvello.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+    install(FILES packaging/linux/carvello.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo
+      RENAME org.carvello.carvello.metainfo.xml)
     set(icons ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
     install(FILES resources/carvello.svg DESTINATION ${icons}/scalable/apps)
     foreach(size 16 22 24 32 48 64 128 256)
@@ -41,8 +43,21 @@ else()
     endforeach()
   endif()
 
+  # The program knows its options itself.
+  set(completions bash bash-completion/completions/carvello-cli zsh zsh/site-functions/_carvello-cli
+    fish fish/vendor_completions.d/carvello-cli.fish)
+  while(completions)
+    list(POP_FRONT completions shell file)
+    install(CODE "execute_process(COMMAND $<TARGET_FILE:carvello-cli> completions ${shell}
+      OUTPUT_FILE ${CMAKE_CURRENT_BINARY_DIR}/completions.${shell} COMMAND_ERROR_IS_FATAL ANY)")
+    get_filename_component(folder_of_file ${file} DIRECTORY)
+    get_filename_component(name ${file} NAME)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/completions.${shell}
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/${folder_of_file} RENAME ${name})
+  endwhile()
+
   install(DIRECTORY docs/man/ DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES README.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
-  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/docs
     FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN man EXCLUDE)
 endif()

@@ -1,6 +1,6 @@
 // Any text as an entry or as a sequence of the command line: it is understood whole, or refused in one printable line.
-#include "cli/entry_spec.h"
 #include "fuzz_checks.h"
+#include "jobs/entry_spec.h"
 
 using namespace carvello;
 

@@ -1,5 +1,5 @@
 // Any bytes as a job file: entries that a job can take, or one short printable line that names the file.
-#include "cli/job_file.h"
+#include "jobs/job_file.h"
 
 #include "fuzz_checks.h"
 

@@ -1,11 +1,11 @@
 // Any text as each of the quantities that a user types: read whole or not at all, within its limits, and what can be
 // written again reads as the same.
-#include "cli/quantities.h"
+#include "jobs/quantities.h"
 
 #include <cmath>
 
-#include "cli/readable.h"
 #include "fuzz_checks.h"
+#include "support/readable.h"
 
 using namespace carvello;
 

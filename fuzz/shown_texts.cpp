@@ -2,8 +2,8 @@
 // changes.
 #include <nlohmann/json.hpp>
 
-#include "cli/readable.h"
 #include "fuzz_checks.h"
+#include "support/readable.h"
 
 using namespace carvello;
 

@@ -109,17 +109,6 @@ void RegisterConversions(const SPrimitiveKernels& kernels) {
   });
 }
 
-std::vector<const SPrimitiveKernels*> PrimitivesOfThisProcessor() {
-  std::vector<const SPrimitiveKernels*> sets = {&kPlainPrimitives};
-#ifdef CARVELLO_X86_64
-  if (__builtin_cpu_supports("avx2")) sets.push_back(&kAvx2Primitives);
-  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq")) {
-    sets.push_back(&kAvx512Primitives);
-  }
-#endif
-  return sets;
-}
-
 void RegisterAll(const std::vector<SLibraryVariant>& variants) {
   // A shift whose turns repeat soon, as on a raster of channels, and one whose turns do not.
   for (const SLibraryVariant& variant : variants) RegisterOscillator("Oscillator/raster", variant, -1'225'000);
@@ -132,7 +121,7 @@ void RegisterAll(const std::vector<SLibraryVariant>& variants) {
   }
   for (const SLibraryVariant& variant : variants) RegisterChannelFilter(variant, 25'000, 16'000);
   for (const SLibraryVariant& variant : variants) RegisterChannelFilter(variant, 100'000, 71'271);
-  for (const SPrimitiveKernels* pKernels : PrimitivesOfThisProcessor()) RegisterConversions(*pKernels);
+  for (const EInstructionSet set : InstructionSets()) RegisterConversions(PrimitiveKernels(set));
 }
 
 }  // namespace

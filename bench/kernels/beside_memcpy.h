@@ -8,8 +8,8 @@
 #include <memory>
 #include <vector>
 
-#include "dsp/complex_sample.h"
 #include "dsp/primitives.h"
+#include "fourier/complex_sample.h"
 
 namespace carvello::bench {
 

@@ -1,10 +1,16 @@
-# The Debian packages that each job needs, and how they get onto the machine. Sourced by run and test.
+# The Debian packages that each job needs, and how they get onto the machine. Sourced by run and test. Their names are
+# those of Debian 12 and later and of Ubuntu 24.04.
 
-packages_build=(g++ cmake ninja-build libpugixml-dev libcli11-dev nlohmann-json3-dev qt6-base-dev)
-packages_test=("${packages_build[@]}" libgtest-dev libgmock-dev sox sndfile-programs python3 python3-numpy
-  dbus-daemon xvfb xdotool imagemagick)
-packages_windows=("${packages_test[@]}" g++-mingw-w64-x86-64-posix googletest dpkg-dev wine wine64 fonts-dejavu-core)
-packages_fuzz=(clang libclang-rt-14-dev cmake ninja-build libpugixml-dev libcli11-dev nlohmann-json3-dev)
+packages_build=(g++ cmake ninja-build libpugixml-dev libcli11-dev nlohmann-json3-dev libpng-dev qt6-base-dev
+  qt6-l10n-tools qt6-translations-l10n)
+packages_test=("${packages_build[@]}" libgtest-dev libgmock-dev libfftw3-dev sox sndfile-programs python3 python3-numpy
+  python3-jsonschema python3-yaml dbus-daemon xvfb xdotool imagemagick at-spi2-core gir1.2-atspi-2.0 python3-gi
+  zsh fish appstream desktop-file-utils git xz-utils slurm-wlm munge)
+packages_windows=("${packages_test[@]}" g++-mingw-w64-x86-64-posix googletest dpkg-dev nsis wine wine64
+  fonts-dejavu-core)
+packages_debian=("${packages_build[@]}" debhelper dpkg-dev git)
+packages_release=(git xz-utils python3 g++) # whose binutils look into programs
+packages_fuzz=(clang libclang-rt-dev cmake ninja-build libpugixml-dev libcli11-dev nlohmann-json3-dev libpng-dev)
 packages_lint=("${packages_test[@]}" clang-format clang-tidy)
 
 package_is_installed() {
@@ -19,12 +25,13 @@ run_apt_get() {
 }
 
 # install_packages PACKAGE…: installs those that are missing and quietly skips the others. Names what could not be
-# installed and why, and fails then.
+# installed and why, and fails then. A system without Debian's packages is asked whether it has what they hold.
 install_packages() {
   local package missing=() failed=() log
   if ! command -v dpkg-query > /dev/null || ! command -v apt-get > /dev/null; then
-    echo "This system has no Debian packages; what these hold must be there: $*" >&2
-    return 0
+    . "$(dirname "${BASH_SOURCE[0]}")/../linux/other_systems.sh"
+    expect_packages "$@"
+    return
   fi
   for package; do
     package_is_installed "$package" || missing+=("$package")

@@ -29,8 +29,17 @@ download_source() {
   apt-get "${options[@]}" update > "$work/update.log" 2>&1 || true
   (
     cd "$work"
-    logged "The source package of $package could not be downloaded" \
-      apt-get "${options[@]}" source --download-only "$package"
+    # The newest, or the one before where a mirror has its list already but not its files.
+    local version found=
+    for version in $(apt-cache "${options[@]}" madison "$package" | cut -d'|' -f2 | sort -urV); do
+      apt-get "${options[@]}" source --download-only "$package=$version" > "$work/log" 2>&1 && found=1 && break
+      rm -f "${package}"_*
+    done
+    if [ -z "$found" ]; then
+      cat "$work/log" "$work/update.log" >&2
+      echo "The source package of $package could not be downloaded (see above)." >&2
+      exit 1
+    fi
     logged "The source package of $package could not be unpacked" \
       dpkg-source --no-check -x "${package}"_*.dsc "$package"
   )

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Puts the libraries that Carvello uses into build/windows-deps, for the cross build. Debian has no mingw-w64 packages of
-# them: Qt and pugixml are built from Debian's own source packages, GoogleTest from the sources that Debian installs, and
-# CLI11 and nlohmann-json are headers only. All are static. A library that was built before, from the same version and
+# them: Qt, pugixml, zlib and libpng are built from Debian's own source packages, GoogleTest from the sources that Debian
+# installs, and CLI11 and nlohmann-json are headers only. All are static. A library that was built before, from the same version and
 # in the same way, is left as it is; Qt takes a quarter of an hour on two processors.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
@@ -51,6 +51,25 @@ provide_pugixml() {
   build_library pugixml "$work/pugixml"
 }
 
+# The static library alone: Debian's sources leave out what the other one is made with on Windows.
+provide_zlib() {
+  download_source zlib
+  logged "zlib could not be configured for Windows" cmake -G Ninja -S "$work/zlib" -B "$work/build-zlib" \
+    -DCMAKE_BUILD_TYPE=Release -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/mingw-w64-x86_64.cmake"
+  logged "zlib could not be built for Windows" cmake --build "$work/build-zlib" --target zlibstatic
+  mkdir -p "$prefix/lib"
+  cp "$work/build-zlib/libzlibstatic.a" "$prefix/lib/libz.a"
+  cp "$work/zlib/zlib.h" "$work/build-zlib/zconf.h" "$prefix/include/"
+  rm -rf "$work/zlib" "$work/build-zlib"
+}
+
+provide_png() {
+  download_source libpng1.6
+  build_library libpng "$work/libpng1.6" -DPNG_SHARED=OFF -DPNG_STATIC=ON -DPNG_TESTS=OFF -DPNG_EXECUTABLES=OFF \
+    -DZLIB_INCLUDE_DIR="$prefix/include" -DZLIB_LIBRARY="$prefix/lib/libz.a"
+  rm -rf "$work/libpng1.6"
+}
+
 # Widgets and what they rest on, for programs that draw with the processor. The tools that run while something is built
 # (moc, uic, rcc) are those of Debian's Qt of the same version. Tablets are out because Debian's sources leave out the
 # header that they need.
@@ -79,4 +98,6 @@ provide_qt() {
 provide headers libcli11-dev nlohmann-json3-dev
 provide googletest googletest
 provide pugixml libpugixml-dev
+provide zlib zlib1g-dev
+provide png libpng-dev zlib1g-dev
 provide qt qt6-base-dev

@@ -8,6 +8,7 @@ folder=$(realpath -m "${1:-$(dirname "${BASH_SOURCE[0]}")/../../build/windows-pa
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 . packaging/debian/packages.sh
 . packaging/debian/source_packages.sh
+. packaging/source_date.sh
 install_packages dpkg-dev git
 
 work=$(mktemp -d)
@@ -17,9 +18,11 @@ version=$(sed -n 's/^#define CARVELLO_PRODUCT_VERSION "\(.*\)"$/\1/p' src/suppor
 name=Carvello-$version-sources
 mkdir -p "$folder" "$work/$name"
 git archive --prefix=carvello/ --output "$work/$name/carvello.tar.gz" HEAD
-for package in qt6-base pugixml cli11 nlohmann-json3; do
+for package in qt6-base qt6-translations pugixml zlib libpng1.6 cli11 nlohmann-json3; do
   download_source "$package"
   mv "$work/${package}_"* "$work/$name/"
 done
-tar -C "$work" -cf "$folder/$name.tar" "$name"
+# The same files give the same archive.
+tar -C "$work" --sort=name --mtime="@$(source_date "$PWD")" --owner=0 --group=0 --numeric-owner --mode=u=rwX,go=rX \
+  -cf "$folder/$name.tar" "$name"
 echo "$folder/$name.tar"

@@ -12,7 +12,8 @@ build=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)/build
 export WINEPREFIX=$build/wine
 export WINEARCH=win64
 export WINEDEBUG=-all                     # programs' own output only
-export WINEDLLOVERRIDES='mscoree,mshtml=' # nobody is there to answer whether to install .NET and a browser
+# Nobody is there to answer whether to install .NET and a browser, and shortcuts do not belong into the user's own menu.
+export WINEDLLOVERRIDES='mscoree,mshtml,winemenubuilder.exe='
 unset DISPLAY WAYLAND_DISPLAY
 
 screen_number=$WINEPREFIX/screen
@@ -54,6 +55,19 @@ case ${1-} in
     # ready for it takes seconds.
     wine reg add 'HKCU\Software\Wine\Direct3D' /v renderer /d no3d /f > "$WINEPREFIX/start.log" 2>&1 ||
       { cat "$WINEPREFIX/start.log" >&2; exit 1; }
+    # The desktop and the like are links to the user's own.
+    find "$WINEPREFIX/drive_c/users" -mindepth 2 -maxdepth 2 -type l | while IFS= read -r link; do
+      rm "$link"
+      mkdir "$link"
+    done
+    # That first program's desktop ends a second behind the last program, and the next program with windows starts another
+    # one, which holds that program's stderr until no program is left: whoever reads it waits for all the others. So one
+    # that has nothing to do stays, and the desktop with it.
+    rm -f "$WINEPREFIX/nothing"
+    mkfifo "$WINEPREFIX/nothing"
+    wine cmd /c pause <> "$WINEPREFIX/nothing" > "$WINEPREFIX/start.log" 2>&1 &
+    # The first one's may have ended before.
+    wine explorer /desktop < /dev/null > "$WINEPREFIX/desktop.log" 2>&1 &
     ;;
   --stop)
     [ ! -d "$WINEPREFIX" ] || wineserver --kill || true # it fails when nothing runs, which is what is asked for

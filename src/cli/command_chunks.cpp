@@ -6,8 +6,21 @@
 #include "cli/help_texts.h"
 #include "engine/recording_input.h"
 #include "input/wave_file_reader.h"
+#include "support/file.h"
 
 namespace carvello {
+
+namespace {
+
+bool HasRiffHead(const std::string& path) {
+  CFile file;
+  std::string head(4, '\0');
+  if (!file.Open(path, platform::EOpenMode::ReadShared)) return true;  // what is wrong with it was told
+  file.Read(head.data(), head.size());
+  return file.ReadError() != 0 || head == "RIFF" || head == "RF64";
+}
+
+}  // namespace
 
 void CChunksCommand::AddOptions(CLI::App& app) {
   app.add_option("FILE", m_strFile, "The file, WAV or RF64")->type_name("")->required();
@@ -27,6 +40,13 @@ EExit CChunksCommand::Run() {
   const bool found = reader.ScanChunks(m_strFile, result);
   for (const std::string& line : reader.Log()) PrintOutLine(line);
   if (found) return EExit::Ok;
+  if (!HasRiffHead(m_strFile)) {
+    PrintMessage(
+        m_strFile +
+        ": no RIFF or RF64 file: there are no chunks to walk over. \"carvello-cli info\" tells of recordings of "
+        "other kinds");
+    return EExit::InputUnreadable;
+  }
   const std::string reason = LastProblem(reader.Log());
   PrintMessage(m_strFile + ": no samples can be read from it" + (reason.empty() ? "" : ": " + reason));
   return EExit::InputUnreadable;

@@ -6,6 +6,7 @@
 #include "cli/command.h"
 #include "cli/cut_report.h"
 #include "cli/cut_request.h"
+#include "cli/given_options.h"
 #include "dsp/dsp_binding.h"
 #include "engine/entry_list.h"
 #include "engine/output_files.h"
@@ -22,16 +23,17 @@ class CCutCommand : public CCommand {
 
  private:
   EExit Cut(const SCutRequest& request, const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries);
-  // Decides what becomes of outputs that exist. Entries to be left out are taken from the list and marked in the
-  // report; what an earlier job has not finished stays in it. False when nobody decided; they are listed on stderr
-  // then.
-  bool SettleExisting(const CRecordingSet& recording, COutputFolders& folders, CEntryList& entries,
-                      SCutReport& report) const;
-  EExit RunJob(const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries, SCutReport& report) const;
+  EExit RunJob(EEngineSetting engine, const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries,
+               SCutReport& report) const;
+  bool CollectionMayBeWritten(const std::string& path) const;
+  // The exit code that the command ends with: `result`, unless that was good and writing fails.
+  EExit WriteCollection(const std::string& path, const CRecordingSet& recording, const SCutReport& report,
+                        EExit result) const;
   void PrintReport(const SCutReport& report) const;
   static void PrintFailures(const SCutReport& report);
 
   SCutOptions m_options;
+  SGivenOptions m_given;
 };
 
 }  // namespace carvello

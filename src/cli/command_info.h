@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cli/command.h"
+#include "cli/given_options.h"
 
 namespace carvello {
 
@@ -16,6 +17,8 @@ class CInfoCommand : public CCommand {
 
  private:
   std::string m_strInput;
+  SGivenOptions m_given;
+  bool m_bVerify = false;
   bool m_bJson = false;
 };
 

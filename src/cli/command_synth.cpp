@@ -5,6 +5,8 @@
 #include "cli/console.h"
 #include "cli/help_texts.h"
 #include "cli/stop_requests.h"
+#include "cli/synth_layout.h"
+#include "cli/synth_programs.h"
 #include "cli/synth_recording.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -13,7 +15,9 @@ namespace carvello {
 
 void CSynthCommand::AddOptions(CLI::App& app) {
   SSynthOptions& o = m_options;
-  app.add_option("OUT", o.strPath, "The file to make; with --files, \"OUT 000.wav\" and so on")
+  app.add_option("OUT", o.strPath,
+                 "The file to make; with --files, \"OUT 000.wav\" and so on. SigMF if it ends in .sigmf-data (with\n"
+                 ".sigmf-meta), .sigmf or .sigmf-collection; a folder with --program")
       ->type_name("")
       ->required();
   app.add_option("--rate", o.strRate, "Sample rate in Hz; suffixes k and M")->type_name("HZ")->capture_default_str();
@@ -22,6 +26,19 @@ void CSynthCommand::AddOptions(CLI::App& app) {
       ->capture_default_str();
   app.add_option("--seconds", o.strSeconds, "Length, for example 20 or 0.5")->type_name("S")->capture_default_str();
   app.add_option("--bits", o.strBits, "8, 16, 24, 32 (integers) or float")->type_name("BITS")->capture_default_str();
+  app.add_option(
+         "--sample-type", o.strSampleType,
+         "ci8, ci16, cu8, cf32 and so on: a file of samples and nothing else, if neither OUT nor --program tell\n"
+         "another kind; behind SDRangel's head if OUT ends in .sdriq")
+      ->type_name("TYPE");
+  app.add_option("--program", o.strProgram,
+                 "A file as this program lays it out, under the program's own name in the folder OUT:\n" +
+                     SynthProgramNames(90))
+      ->type_name("NAME");
+  app.add_option("--captures", o.strCaptures, "Captures of a SigMF recording")->type_name("N")->capture_default_str();
+  app.add_option("--lost", o.strLost, "Samples that are lost between two captures")
+      ->type_name("N")
+      ->capture_default_str();
   app.add_flag("--rf64", o.bRf64, "RF64 instead of WAV");
   app.add_option("--files", o.strFiles, "Number of files")->type_name("N")->capture_default_str();
   app.add_option("--start", o.strStart, "Time of the first sample, with zone")
@@ -40,7 +57,9 @@ void CSynthCommand::AddOptions(CLI::App& app) {
                          "Examples:\n"
                          "  carvello-cli synth test.wav\n"
                          "  carvello-cli synth rec.wav --files 2 --seconds 20 --station 7.1M:-20:am \\\n"
-                         "      --station 7.25M:-30 --noise -70\n\n") +
+                         "      --station 7.25M:-30 --noise -70\n"
+                         "  carvello-cli synth . --program gqrx --rate 1.8M --centre 100M\n"
+                         "  carvello-cli synth rec.sigmf-data --captures 3 --lost 1000\n\n") +
              kExitCodesHelp);
 }
 
@@ -51,7 +70,7 @@ EExit CSynthCommand::Run() {
     PrintMessage(error);
     return EExit::Usage;
   }
-  for (const std::string& file : SynthFiles(settings)) {
+  for (const std::string& file : SynthPaths(settings)) {
     if (m_bOverwrite || !platform::GetFileStatus(file)) continue;
     PrintMessage(file + ": exists already. Accepted: --overwrite or another name");
     return EExit::OutputsExist;

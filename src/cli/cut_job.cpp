@@ -69,7 +69,9 @@ CCutJob::CCutJob(const DspBinding& dsp, const CRecordingSet& recording, const SS
       m_job(dsp, m_queue, m_answers),
       m_progress(settings.progress),
       m_nLogMessage(RegisterMessage(kLogMessageName)),
-      m_nProgressMessage(RegisterMessage(kProgressMessageName)) {}
+      m_nProgressMessage(RegisterMessage(kProgressMessageName)) {
+  m_job.SetMaxEntries(kMostEntriesOfAPass);
+}
 
 EExit CCutJob::Run(CEntryList& entries, SCutReport& report) {
   const auto begun = std::chrono::steady_clock::now();
@@ -152,7 +154,9 @@ void CCutJob::Collect(SCutReport& report) {
   for (const SOutputResult& result : m_job.Results()) {
     const auto sameName = [&](const SCutOutput& output) { return output.result.strFileName == result.strFileName; };
     const auto output = std::find_if(report.outputs.begin(), report.outputs.end(), sameName);
-    if (output != report.outputs.end()) output->result = result;
+    if (output == report.outputs.end()) continue;
+    output->result = result;
+    output->bProcessed = true;
   }
   report.nInputBytes += m_job.InputBytesRead();
 }

@@ -17,8 +17,11 @@ struct SPlanNotes {
 };
 
 // Checks every entry and fills the list, rebuilt. False when one is refused; `error` then names it and says what is
-// accepted. `bUtc`: times in file names as UTC.
-bool BuildEntryList(const SCutRequest& request, bool bUtc, const CRecordingSet& recording, CEntryList& list,
-                    SPlanNotes& notes, std::string& error);
+// accepted.
+bool BuildEntryList(const SCutRequest& request, const CRecordingSet& recording, CEntryList& list, SPlanNotes& notes,
+                    std::string& error);
+
+// What is odd about the entries of a list.
+void TakeNotes(const CEntryList& list, const CRecordingSet& recording, SPlanNotes& notes);
 
 }  // namespace carvello

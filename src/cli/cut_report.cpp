@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "cli/json_text.h"
-#include "cli/readable.h"
 #include "support/formatting.h"
+#include "support/json_text.h"
 #include "support/platform.h"
+#include "support/readable.h"
 #include "support/text.h"
 
 namespace carvello {
@@ -21,9 +21,22 @@ void AddOutput(CJsonText& json, const SCutOutput& output) {
   json.Member("bits", result.nBitsPerSample);
   json.Member("frames", result.nFrames);
   json.Member("bytes", result.nBytes);
+  json.Member("engine", output.bProcessed ? EngineName(result.engine) : "");
   json.Member("ok", result.bOk);
   json.Member("error", result.strError);
   json.EndObject();
+}
+
+// Of all outputs together; empty where no job had any.
+std::string EngineOf(const SCutReport& report) {
+  std::string engine;
+  for (const SCutOutput& output : report.outputs) {
+    if (!output.bProcessed) continue;
+    const std::string name = EngineName(output.result.engine);
+    if (!engine.empty() && engine != name) return "mixed";
+    engine = name;
+  }
+  return engine;
 }
 
 std::string State(const SCutOutput& output) {
@@ -50,11 +63,12 @@ std::string CutReportJson(const SCutReport& report) {
   json.BeginArray();
   for (const SCutOutput& output : report.outputs) AddOutput(json, output);
   json.EndArray();
+  json.Member("engine", EngineOf(report));
   json.Member("inputBytes", report.nInputBytes);
   json.Member("elapsedSeconds", report.dElapsedSeconds);
   json.Member("cpuSeconds", report.dCpuSeconds);
   json.EndObject();
-  return PrintableJson(json.Text()) + "\n";
+  return json.Document();
 }
 
 std::string CutReportText(const SCutReport& report) {

@@ -11,7 +11,8 @@ namespace carvello {
 
 struct SCutOutput {
   SOutputResult result;
-  bool bSkipped = false;  // left out because its files exist already; counts as written
+  bool bSkipped = false;    // left out because its files exist already; counts as written
+  bool bProcessed = false;  // was part of a job
 };
 
 struct SCutReport {

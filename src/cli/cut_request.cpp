@@ -1,8 +1,12 @@
 #include "cli/cut_request.h"
 
+#include <optional>
 #include <utility>
 
-#include "cli/job_file.h"
+#include "jobs/job_file.h"
+#include "jobs/quantities.h"
+#include "recording/sigmf_writer.h"
+#include "support/platform.h"
 #include "support/text.h"
 
 namespace carvello {
@@ -66,6 +70,22 @@ bool AddSequences(const SCutOptions& options, std::vector<SEntrySpec>& entries, 
   return true;
 }
 
+bool TakeJobFile(const std::string& path, SJobFile& job, std::string& error) {
+  std::string text;
+  if (ReadJobText(path, text, error)) return ParseJobFile(text, path, job, error);
+  error.insert(0, "--jobs ");
+  return false;
+}
+
+bool ParseEngine(const std::string& text, EEngineSetting& engine) {
+  for (const EEngineSetting setting : {EEngineSetting::Auto, EEngineSetting::Library, EEngineSetting::Spectrum}) {
+    if (text != EngineSettingName(setting)) continue;
+    engine = setting;
+    return true;
+  }
+  return false;
+}
+
 bool CheckCount(const std::vector<SEntrySpec>& entries, std::string& error) {
   std::int64_t count = 0;
   for (const SEntrySpec& spec : entries) count += spec.range ? spec.range->Count() : 1;
@@ -77,6 +97,56 @@ bool CheckCount(const std::vector<SEntrySpec>& entries, std::string& error) {
   return false;
 }
 
+bool SetFormats(const SCutOptions& options, std::vector<SEntrySpec>& entries, std::string& error) {
+  if (options.strFormat.empty()) {
+    if (options.bSigMfMeta) {
+      for (SEntrySpec& spec : entries) {
+        if (spec.format == EOutputFormat::Wave) spec.format = EOutputFormat::WaveAndMeta;
+      }
+    }
+    return true;
+  }
+  const std::optional<EOutputFormat> format = ParseFormat(options.strFormat);
+  if (!format) {
+    error = Format("--format %s is unknown. Accepted: %s", Printable(options.strFormat).c_str(), kFormatForms);
+    return false;
+  }
+  if (*format == EOutputFormat::SigMf && options.bSigMfMeta) {
+    error = "--sigmf-meta writes meta files beside WAV files, and --format sigmf writes none. Accepted: one of them";
+    return false;
+  }
+  for (SEntrySpec& spec : entries) {
+    spec.format = options.bSigMfMeta ? EOutputFormat::WaveAndMeta : *format;
+  }
+  return true;
+}
+
+// A collection names recordings beside it, without a folder.
+bool SetCollection(const SCutOptions& options, SCutRequest& request, std::string& error) {
+  if (options.strCollection.empty()) return true;
+  const std::string& name = options.strCollection;
+  if (name != platform::NameOf(name)) {
+    error =
+        Format("--collection %s is no name. Accepted: a name without a folder, the file comes into that of --output",
+               Printable(name).c_str());
+    return false;
+  }
+  for (const SEntrySpec& spec : request.entries) {
+    if (spec.format == EOutputFormat::Wave) {
+      error = spec.strLabel + ": --collection takes SigMF outputs only. Accepted: --format sigmf or --sigmf-meta";
+      return false;
+    }
+    if (!spec.strOutput.empty()) {
+      error = spec.strLabel + ": --collection takes outputs of one folder only. Accepted: --output for all";
+      return false;
+    }
+  }
+  const bool whole = name.ends_with(kSigMfCollectionExtension);
+  request.strCollection =
+      platform::JoinPath(platform::AbsolutePath(request.strOutput), whole ? name : name + kSigMfCollectionExtension);
+  return true;
+}
+
 }  // namespace
 
 bool MakeCutRequest(const SCutOptions& options, SCutRequest& request, std::string& error) {
@@ -84,17 +154,27 @@ bool MakeCutRequest(const SCutOptions& options, SCutRequest& request, std::strin
     error = "--overwrite and --skip-existing exclude each other. Accepted: one of them, or none";
     return false;
   }
-  SJobFile job;
-  if (!options.strJobFile.empty() && !ReadJobFile(options.strJobFile, job, error)) return false;
-
   request = SCutRequest();
+  if (!options.strEngine.empty() && !ParseEngine(options.strEngine, request.engine)) {
+    error = "--engine " + Printable(options.strEngine) + " is unknown. Accepted: auto, library, spectrum";
+    return false;
+  }
+  SJobFile job;
+  if (!options.strJobFile.empty() && !TakeJobFile(options.strJobFile, job, error)) return false;
+
   if (!AddEntries(options, request.entries, error)) return false;
   if (!AddSequences(options, request.entries, error)) return false;
   if (request.entries.empty()) request.entries = std::move(job.entries);
   if (!CheckCount(request.entries, error)) return false;
 
   request.strInput = options.strInput.empty() ? job.strInput : options.strInput;
+  // What is said of one recording says nothing of another.
+  if (options.strInput.empty() || job.strInput.empty()) request.given = job.given;
   request.strOutput = options.strOutput.empty() ? job.strOutput : options.strOutput;
+  request.bLocalTime = options.bLocalTime || job.bLocalTime;
+  if (!options.strOutput.empty()) {
+    for (SEntrySpec& spec : request.entries) spec.strOutput.clear();
+  }
   if (request.strInput.empty()) {
     error = "INPUT is missing. Accepted: a file of the recording, or --jobs FILE with \"input\"";
     return false;
@@ -103,7 +183,7 @@ bool MakeCutRequest(const SCutOptions& options, SCutRequest& request, std::strin
     error = "--output is missing. Accepted: an existing folder, or --jobs FILE with \"output\"";
     return false;
   }
-  return true;
+  return SetFormats(options, request.entries, error) && SetCollection(options, request, error);
 }
 
 }  // namespace carvello

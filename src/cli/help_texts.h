@@ -10,6 +10,7 @@ inline constexpr const char* kExitCodesHelp =
     "  2    the command line or the job file is wrong, or an entry is refused; nothing was created\n"
     "  3    the input cannot be read or recognised, or the downconverter library is missing\n"
     "  4    outputs exist already and it was not said what to do with them; nothing was touched\n"
+    "  75   a task of a plan or its join is not done; another try may do it\n"
     "  130  stopped by Ctrl-C; every file is finished and valid\n";
 
 }  // namespace carvello

@@ -6,11 +6,13 @@
 #include <unordered_set>
 #include <vector>
 
-#include "cli/json_text.h"
-#include "cli/readable.h"
+#include "recording/sigmf_writer.h"
 #include "recording/written_file.h"
+#include "recording/written_sigmf.h"
 #include "support/formatting.h"
+#include "support/json_text.h"
 #include "support/platform.h"
+#include "support/readable.h"
 #include "support/text.h"
 #include "support/version.h"
 
@@ -40,9 +42,18 @@ void AddInfoTexts(const SInfoTexts& texts, Rows& rows) {
   add("Rights (ICOP)", texts.strICOP);
 }
 
+std::string ContainerName(const CRecordingSet& recording) {
+  if (!recording.strContainer.empty()) return recording.strContainer;
+  return recording.bRF64 ? "RF64" : "WAV";
+}
+
 // Files of ours whose job was killed or could not write their ends. Other programs end their files as they like.
 std::vector<std::string> UnfinishedFiles(const CRecordingSet& recording) {
   std::vector<std::string> files;
+  for (const SRecordingFile& file : recording.files) {
+    if (!file.strPath.ends_with(kSigMfDataExtension)) continue;
+    if (InspectWrittenSigMf(file.strPath).file.state == EWrittenState::Unfinished) files.push_back(file.strPath);
+  }
   if (recording.metadata.Find("SoftwareName") != VersionValue("ProductName")) return files;
   for (const SRecordingFile& file : recording.files) {
     if (InspectWrittenFile(file.strPath).state == EWrittenState::Unfinished) files.push_back(file.strPath);
@@ -50,9 +61,66 @@ std::vector<std::string> UnfinishedFiles(const CRecordingSet& recording) {
   return files;
 }
 
+const char* VerifiedName(EVerified verified) {
+  switch (verified) {
+    case EVerified::Right:
+      return "right";
+    case EVerified::Wrong:
+      return "wrong";
+    case EVerified::Unread:
+      return "unreadable";
+    case EVerified::NoHash:
+    case EVerified::NotAsked:
+      break;
+  }
+  return "no hash";
+}
+
+// Of recordings that can have them.
+void AddParts(CJsonText& json, const CRecordingSet& recording) {
+  if (recording.nPart == 0) return;
+  json.Member("part", recording.nPart);
+  json.Key("parts");
+  json.BeginArray();
+  for (const SRecordingPart& part : recording.parts) {
+    json.BeginObject();
+    json.Member("name", part.strName);
+    json.Member("centreFrequency", part.nFrequency);
+    json.Member("sampleRate", part.nSampleRate);
+    json.Member("startUtc", part.tStart);
+    json.Member("seconds", part.dSeconds);
+    json.EndObject();
+  }
+  json.EndArray();
+  json.Key("annotations");
+  json.BeginArray();
+  for (const SRecordingAnnotation& annotation : recording.annotations) {
+    json.BeginObject();
+    json.Member("firstFrame", annotation.nFirstFrame);
+    json.Member("frames", annotation.nFrames);
+    if (annotation.lowerEdge) json.Member("lowerEdge", *annotation.lowerEdge);
+    if (annotation.upperEdge) json.Member("upperEdge", *annotation.upperEdge);
+    json.Member("label", annotation.strLabel);
+    json.Member("comment", annotation.strComment);
+    json.EndObject();
+  }
+  json.EndArray();
+}
+
+void AddPartRows(const CRecordingSet& recording, Rows& rows) {
+  for (std::size_t i = 0; i < recording.parts.size() && recording.parts.size() > 1; ++i) {
+    const SRecordingPart& part = recording.parts[i];
+    rows.push_back(
+        {i + 1 == recording.nPart ? "Part (this)" : "Part",
+         Format("%zu: %s, %s, %s, %s", i + 1, FormatFrequency64(part.nFrequency).c_str(),
+                FormatIsoTime(part.tStart).c_str(), FormatDuration(part.dSeconds).c_str(), part.strName.c_str())});
+  }
+  if (!recording.annotations.empty()) rows.push_back({"Annotations", std::to_string(recording.annotations.size())});
+}
+
 }  // namespace
 
-std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts) {
+std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts, EVerified verified) {
   std::vector<std::string> files;
   std::vector<std::int64_t> dataBytes;
   for (const SRecordingFile& file : recording.files) {
@@ -71,12 +139,17 @@ std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts) {
   json.Member("bandwidth", recording.nBandwidth);
   json.Member("bitsPerSample", recording.nBitsPerSample);
   json.Member("sampleFormat", recording.bFloat ? "float" : "pcm");
+  json.Member("sampleType", recording.kind.IsKnown() ? SampleKindName(recording.kind) : std::string());
+  json.Member("container", ContainerName(recording));
   json.Member("startUtc", recording.tStart);
   json.Member("endUtc", recording.tEnd);
   json.Member("startMilliseconds", recording.nStartMilliseconds);
+  json.Member("startNanoseconds", recording.nStartNanoseconds);
   json.Member("endMilliseconds", recording.nEndMilliseconds);
   json.Member("seconds", recording.dDuration);
   json.Member("rf64", recording.bRF64);
+  AddParts(json, recording);
+  if (verified != EVerified::NotAsked) json.Member("verified", VerifiedName(verified));
   json.Key("infoTexts");
   json.BeginObject();
   json.Member("IPRD", texts.strIPRD);
@@ -89,17 +162,17 @@ std::string InfoJson(const CRecordingSet& recording, const SInfoTexts& texts) {
   json.Key("metadata");
   AddMetadata(json, recording.metadata);
   json.EndObject();
-  return PrintableJson(json.Text()) + "\n";
+  return json.Document();
 }
 
-std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts) {
+std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts, EVerified verified) {
   Rows rows;
   rows.push_back({"Source", recording.strSourceName});
   rows.push_back({"Centre", FormatFrequency64(recording.nRadioCenterFreq)});
   rows.push_back({"Sample rate", FormatFrequency(recording.nSampleRate)});
   rows.push_back({"Bandwidth", FormatFrequency(recording.nBandwidth)});
   rows.push_back({"Samples", Format("%u bit %s, %s", recording.nBitsPerSample, recording.bFloat ? "float" : "PCM",
-                                    recording.bRF64 ? "RF64" : "WAV")});
+                                    ContainerName(recording).c_str())});
   rows.push_back({"Start", FormatIsoTime(recording.tStart, recording.nStartMilliseconds)});
   rows.push_back({"End", FormatIsoTime(recording.tEnd, recording.nEndMilliseconds)});
   rows.push_back({"Duration", FormatDuration(recording.dDuration)});
@@ -108,6 +181,8 @@ std::string InfoText(const CRecordingSet& recording, const SInfoTexts& texts) {
     rows.push_back(
         {"State", "not finished: " + platform::NameOf(file) + ", the job that wrote it did not come to its end"});
   }
+  AddPartRows(recording, rows);
+  if (verified != EVerified::NotAsked) rows.push_back({"Hash", VerifiedName(verified)});
   rows.push_back({"Total files", Format("%zu", recording.files.size())});
   AddInfoTexts(texts, rows);
   for (std::size_t i = 0; i < recording.files.size(); ++i) {

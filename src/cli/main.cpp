@@ -1,5 +1,7 @@
 #include "cli/program.h"
+#include "support/build_commit.h"
 #include "support/platform.h"
+#include "support/version.h"
 
 namespace {
 
@@ -13,5 +15,6 @@ namespace {
 int main(int argc, char** argv) {
   carvello::platform::PrepareProcess();
   carvello::platform::UseUtf8Console();
+  carvello::SetBuildCommit(carvello::kBuildCommit);
   return carvello::RunProgram(argc, argv);
 }

@@ -9,15 +9,23 @@
 
 #include "cli/command.h"
 #include "cli/command_chunks.h"
+#include "cli/command_completions.h"
 #include "cli/command_cut.h"
+#include "cli/command_doctor.h"
 #include "cli/command_info.h"
+#include "cli/command_join.h"
+#include "cli/command_picture.h"
+#include "cli/command_plan.h"
+#include "cli/command_repair.h"
+#include "cli/command_run.h"
+#include "cli/command_scan.h"
 #include "cli/command_synth.h"
 #include "cli/console.h"
 #include "cli/help_texts.h"
+#include "doctor/program_facts.h"
 #include "support/hresult.h"
 #include "support/platform.h"
 #include "support/text.h"
-#include "support/version.h"
 
 namespace carvello {
 namespace {
@@ -42,14 +50,16 @@ EExit RefuseArguments(const CLI::App& app, const CLI::App* command, const std::s
 }
 
 EExit ParseAndRun(const std::vector<std::string>& arguments) {
-  const std::array<std::unique_ptr<CCommand>, 4> commands = {
-      std::make_unique<CInfoCommand>(), std::make_unique<CCutCommand>(), std::make_unique<CChunksCommand>(),
-      std::make_unique<CSynthCommand>()};
+  const std::array<std::unique_ptr<CCommand>, 12> commands = {
+      std::make_unique<CInfoCommand>(),  std::make_unique<CCutCommand>(),    std::make_unique<CPictureCommand>(),
+      std::make_unique<CScanCommand>(),  std::make_unique<CPlanCommand>(),   std::make_unique<CRunCommand>(),
+      std::make_unique<CJoinCommand>(),  std::make_unique<CRepairCommand>(), std::make_unique<CChunksCommand>(),
+      std::make_unique<CSynthCommand>(), std::make_unique<CDoctorCommand>(), std::make_unique<CCompletionsCommand>()};
   CLI::App app("Carvello: cuts narrow-band IQ recordings out of wide-band ones.", kProgramName);
   app.allow_windows_style_options(false);  // a path may begin with "/"
   app.get_formatter()->column_width(kHelpColumn);
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-  app.set_version_flag("--version", VersionInfo().strLongTitle);
+  app.set_version_flag("--version", [] { return VersionReport(); });
   app.require_subcommand(0, 1);
   app.footer(std::string("Help for a command: ") + kProgramName + " COMMAND --help\n\n" + kExitCodesHelp);
   for (const auto& command : commands) {

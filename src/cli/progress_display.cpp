@@ -36,6 +36,16 @@ std::string RateAndTimeLeft(const SProgressState& state) {
 
 }  // namespace
 
+SProgressState ProgressAfter(double elapsed, double fraction, double bytes) {
+  constexpr double kFirst = 0.5;
+  SProgressState state;
+  state.dFraction = fraction;
+  if (fraction <= 0.0 || elapsed < kFirst) return state;
+  state.dBytesPerSecond = fraction * bytes / elapsed;
+  state.dSecondsLeft = elapsed * (1.0 - fraction) / fraction;
+  return state;
+}
+
 std::string ProgressTextLine(const SProgressState& state) {
   const std::string prefix = state.strPrefix.empty() ? "" : state.strPrefix + "  ";
   return prefix + PerCent(state) + RateAndTimeLeft(state);
@@ -100,11 +110,9 @@ void CProgressDisplay::PrintLine(const std::string& line) {
 }
 
 SProgressState CProgressDisplay::State(Clock::time_point now) const {
-  SProgressState state{m_strPrefix, m_dFraction, 0.0, -1.0};
   const double elapsed = std::chrono::duration<double>(now - m_begun).count();
-  if (m_dFraction <= 0.0 || elapsed <= 0.0) return state;
-  state.dBytesPerSecond = m_dFraction * (m_span.dEnd - m_span.dBegin) / elapsed;
-  state.dSecondsLeft = elapsed * (1.0 - m_dFraction) / m_dFraction;
+  SProgressState state = ProgressAfter(elapsed, m_dFraction, m_span.dEnd - m_span.dBegin);
+  state.strPrefix = m_strPrefix;
   return state;
 }
 

@@ -18,6 +18,10 @@ struct SProgressState {
   double dSecondsLeft = -1.0;    // negative when not known yet
 };
 
+// After `elapsed` seconds of a batch that reads `bytes` in all, of which `fraction` is done. Nothing is known in the
+// first half second: what is read then comes from caches, or is the start of threads.
+SProgressState ProgressAfter(double elapsed, double fraction, double bytes);
+
 // One line, as wide as `columns` allows: the bar shrinks first, then goes.
 std::string ProgressBarLine(const SProgressState& state, std::size_t columns);
 // The same without a bar.

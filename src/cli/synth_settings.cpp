@@ -4,7 +4,8 @@
 #include <limits>
 #include <string_view>
 
-#include "cli/quantities.h"
+#include "jobs/quantities.h"
+#include "support/platform.h"
 #include "support/text.h"
 
 namespace carvello {
@@ -16,7 +17,8 @@ constexpr std::int64_t kLongest = 1'000'000 * kNanoseconds;                     
 constexpr std::int64_t kMostFiles = 1000;                                         // what three digits tell apart
 constexpr std::int64_t kLatestStart = std::numeric_limits<std::uint32_t>::max();  // what the metadata can hold
 constexpr std::int64_t kLargestWavData = 4'294'000'000;  // bytes; room for the rest within 32 bits
-constexpr std::size_t kExtensionLength = 4;
+constexpr std::int64_t kMostCaptures = 1000;
+constexpr std::int64_t kMostLost = 1'000'000'000;
 
 bool Refuse(std::string& error, const std::string& option, const std::string& value, const std::string& accepted) {
   error = Format("--%s \"%s\" cannot be used. Accepted: %s", option.c_str(), value.c_str(), accepted.c_str());
@@ -55,6 +57,93 @@ bool ReadNumbers(const SSynthOptions& options, SSynthSettings& settings, std::st
   if (!seed) return Refuse(error, "seed", options.strSeed, kWholeNumberForms);
   settings.nSeed = static_cast<std::uint64_t>(*seed);
   return true;
+}
+
+// A program's file: in the folder OUT under the program's own name, or OUT where its ending tells the program.
+bool ReadProgram(const SSynthOptions& options, SSynthSettings& settings, std::string& error) {
+  settings.bNamed = options.strProgram.empty();
+  settings.pProgram = settings.bNamed ? SynthProgramOfEnding(options.strPath) : FindSynthProgram(options.strProgram);
+  if (settings.pProgram == nullptr) {
+    return settings.bNamed || Refuse(error, "program", options.strProgram, SynthProgramNames());
+  }
+  const SSynthProgram& program = *settings.pProgram;
+  const auto folder = platform::GetFileStatus(options.strPath);
+  if (!settings.bNamed && (!folder || !folder->bDirectory)) {
+    error = Format("OUT \"%s\" cannot be used with --program. Accepted: a folder that exists", options.strPath.c_str());
+    return false;
+  }
+  const SSampleKind kind = SynthKindOf(program, options.strSampleType);
+  if (!kind.IsKnown()) {
+    return Refuse(error, "sample-type", options.strSampleType,
+                  Format("%s, as %s writes them", program.pszTypes, program.pszName));
+  }
+  settings.raw = kind;
+  if (settings.nCentre < 0 || settings.nCentre > program.nHighestCentre || settings.nCentre % program.nUnit != 0) {
+    return Refuse(
+        error, "centre", options.strCentre,
+        Format("0 to %lld Hz in steps of %lld, as files of %s tell it", static_cast<long long>(program.nHighestCentre),
+               static_cast<long long>(program.nUnit), program.pszName));
+  }
+  if (settings.nSampleRate % program.nRateUnit != 0) {
+    return Refuse(
+        error, "rate", options.strRate,
+        Format("steps of %lld, as files of %s tell it", static_cast<long long>(program.nRateUnit), program.pszName));
+  }
+  const bool isRiff = program.container == ESynthContainer::Wave || program.container == ESynthContainer::Kiwi;
+  if (isRiff && settings.nFrames > kLargestWavData / kind.FrameBytes()) {
+    return Refuse(error, "seconds", options.strSeconds, "what a WAV file can hold, 4 GB");
+  }
+  return true;
+}
+
+bool ReadSigMf(const SSynthOptions& options, SSynthSettings& settings, std::string& error) {
+  settings.sigmf = options.strProgram.empty() ? SynthSigMfOf(options.strPath) : std::nullopt;
+  const auto captures = ParseWholeNumber(options.strCaptures);
+  const auto lost = ParseWholeNumber(options.strLost);
+  if (!captures || *captures < 1 || *captures > kMostCaptures) {
+    return Refuse(error, "captures", options.strCaptures, "1 to 1000");
+  }
+  if (!lost || *lost < 0 || *lost > kMostLost) return Refuse(error, "lost", options.strLost, "0 to 1000000000");
+  settings.captures = {static_cast<std::uint32_t>(*captures), *lost};
+  if (!settings.sigmf) {
+    if (*captures == 1 && *lost == 0) return true;
+    error = "--captures and --lost are for SigMF. Accepted: OUT that ends in .sigmf-data, .sigmf or .sigmf-collection";
+    return false;
+  }
+  if (settings.nFrames / settings.nFiles < *captures) {
+    return Refuse(error, "captures", options.strCaptures, "no more than there are samples");
+  }
+  if (settings.sigmf == ESynthSigMf::Archive && !FitsArchive(options.strPath)) {
+    error = Format("OUT \"%s\" cannot be used. Accepted: a name of at most 95 bytes", options.strPath.c_str());
+    return false;
+  }
+  settings.raw = ParseSampleKind(options.strSampleType.empty() ? "ci16" : options.strSampleType);
+  return true;
+}
+
+bool ReadRaw(const SSynthOptions& options, SSynthSettings& settings, std::string& error) {
+  if (!ReadProgram(options, settings, error) || !ReadSigMf(options, settings, error)) return false;
+  const bool isPlain = settings.pProgram == nullptr && !settings.sigmf;
+  if (isPlain && options.strSampleType.empty()) return true;
+  if (isPlain) settings.raw = ParseSampleKind(options.strSampleType);
+  if (!settings.raw) {
+    return Refuse(error, "sample-type", options.strSampleType,
+                  "ci8, ci16, ci24, ci32, cu8, cu16, cu24, cu32, cf32 or "
+                  "cf64, with _be behind it for big-endian");
+  }
+  if (settings.sigmf && settings.raw->nBits == 24) {
+    return Refuse(error, "sample-type", options.strSampleType, "what SigMF has: 8, 16 or 32 bits, cf32 or cf64");
+  }
+  if (options.strBits != SSynthOptions().strBits) {
+    return Refuse(error, "bits", options.strBits, "--sample-type, where OUT or --program tell another kind than a WAV");
+  }
+  const bool severalFiles = settings.nFiles > 1 && settings.sigmf != ESynthSigMf::Collection;
+  if (!settings.bRf64 && !severalFiles) return true;
+  error =
+      "--sample-type, --program and SigMF do not go with --rf64 and --files. Accepted: one file of samples, WAV files, "
+      "or "
+      "--files with OUT that ends in .sigmf-collection";
+  return false;
 }
 
 bool ReadFormat(const SSynthOptions& options, SSynthSettings& settings, std::string& error) {
@@ -111,14 +200,12 @@ bool ReadSignals(const SSynthOptions& options, SSynthSettings& settings, std::st
 
 bool CheckFiles(const SSynthOptions& options, const SSynthSettings& settings, std::string& error) {
   const std::string& path = options.strPath;
-  const bool wav = path.size() > kExtensionLength &&
-                   EqualsNoCaseAscii(std::string_view(path).substr(path.size() - kExtensionLength), ".wav");
-  if (settings.nFiles > 1 && !wav) {
+  if (settings.nFiles > 1 && !settings.sigmf && !ToLowerAscii(path).ends_with(".wav")) {
     error = Format("OUT \"%s\" cannot be used with --files. Accepted: a name that ends in .wav", path.c_str());
     return false;
   }
   const std::int64_t largest = SynthFrames(settings, settings.nFiles - 1) + 1;
-  if (!settings.bRf64 && largest > kLargestWavData / (2 * BitsOf(settings.format) / 8)) {
+  if (!settings.bRf64 && !settings.raw && largest > kLargestWavData / (2 * BitsOf(settings.format) / 8)) {
     error = Format("--seconds \"%s\" is more than a WAV file can hold. Accepted: less, more --files, or --rf64",
                    options.strSeconds.c_str());
     return false;
@@ -148,7 +235,8 @@ bool MakeSynthSettings(const SSynthOptions& options, SSynthSettings& settings, s
   settings.strPath = options.strPath;
   settings.bRf64 = options.bRf64;
   return ReadNumbers(options, settings, error) && ReadFormat(options, settings, error) &&
-         ReadSignals(options, settings, error) && CheckFiles(options, settings, error);
+         ReadRaw(options, settings, error) && ReadSignals(options, settings, error) &&
+         CheckFiles(options, settings, error);
 }
 
 std::vector<std::string> SynthFiles(const SSynthSettings& settings) {
@@ -156,7 +244,8 @@ std::vector<std::string> SynthFiles(const SSynthSettings& settings) {
   std::vector<std::string> files;
   for (std::uint32_t i = 0; i < settings.nFiles; ++i) {
     std::string path = settings.strPath;
-    files.push_back(path.insert(path.size() - kExtensionLength, Format(" %03u", i)));
+    path.insert(path.rfind('.'), Format(" %03u", i));
+    files.push_back(std::move(path));
   }
   return files;
 }

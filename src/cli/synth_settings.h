@@ -6,6 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "cli/synth_programs.h"
+#include "cli/synth_sigmf.h"
+#include "recording/sample_kind.h"
+
 namespace carvello {
 
 enum class ESynthFormat { Pcm8, Pcm16, Pcm24, Pcm32, Float32 };
@@ -25,6 +29,11 @@ struct SSynthSettings {
   std::uint32_t nFiles = 1;
   ESynthFormat format = ESynthFormat::Pcm16;
   bool bRf64 = false;
+  std::optional<SSampleKind> raw;           // files of such samples instead of those that outputs are
+  const SSynthProgram* pProgram = nullptr;  // as this program writes them
+  bool bNamed = true;                       // strPath is the file's, not that of the folder that it comes into
+  std::optional<ESynthSigMf> sigmf;         // as SigMF
+  SSynthCaptures captures;
   std::int64_t tStart = 0;  // seconds since 1970 UTC
   std::vector<SStation> stations;
   std::optional<double> noise;  // dB, rms of the complex noise; 0 is the power of a carrier at full scale
@@ -41,6 +50,10 @@ struct SSynthOptions {
   std::string strFiles = "1";
   std::string strStart = "2026-01-01T00:00:00Z";
   std::string strSeed = "1";
+  std::string strSampleType;  // empty: a WAV, unless the program or OUT tell another kind of file
+  std::string strProgram;     // empty: none
+  std::string strCaptures = "1";
+  std::string strLost = "0";
   std::string strNoise;               // empty: none
   std::vector<std::string> stations;  // neither stations nor noise: one station over noise
   bool bRf64 = false;
@@ -49,7 +62,8 @@ struct SSynthOptions {
 // False when an option cannot be read or does not fit the others; `error` then names it and says what is accepted.
 bool MakeSynthSettings(const SSynthOptions& options, SSynthSettings& settings, std::string& error);
 
-// The paths of the files, in order: the path itself, or with " 000" and so on before its extension.
+// The paths of the files that samples are spread over, in order: the path itself, or with " 000" and so on before its
+// extension.
 std::vector<std::string> SynthFiles(const SSynthSettings& settings);
 // Frames of file number `file`: all frames are spread as evenly as it goes.
 std::int64_t SynthFrames(const SSynthSettings& settings, std::uint32_t file);

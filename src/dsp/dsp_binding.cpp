@@ -16,6 +16,33 @@ bool Find(platform::LibraryHandle library, const char* name, TFunction*& entryPo
   return entryPoint != nullptr;
 }
 
+// Looks up all; the names that the library does not have.
+std::vector<std::string> FindAll(DspBinding& binding) {
+  std::vector<std::string> missing;
+  const auto find = [&](const char* name, auto*& entryPoint) {
+    if (!Find(binding.hModule, name, entryPoint)) missing.emplace_back(name);
+  };
+  find("Advanced", binding.Advanced);
+  find("AllocInstance", binding.AllocInstance);
+  find("Closedown", binding.Closedown);
+  find("Diagnostics", binding.Diagnostics);
+  find("DisableFractionalResampler", binding.DisableFractionalResampler);
+  find("DownconvertInit", binding.DownconvertInit);
+  find("DownconvertRateIn", binding.DownconvertRateIn);
+  find("DownconvertRateOut", binding.DownconvertRateOut);
+  find("DownconvertRun", binding.DownconvertRun);
+  find("FirstStageExclude", binding.FirstStageExclude);
+  find("FirstStageOnly", binding.FirstStageOnly);
+  find("FractionalInit", binding.FractionalInit);
+  find("FractionalProcess", binding.FractionalProcess);
+  find("IsAdvanced", binding.IsAdvanced);
+  find("NCO", binding.NCO);
+  find("ReleaseInstance", binding.ReleaseInstance);
+  find("PartionedFFTInit", binding.PartionedFFTInit);
+  find("PartionedFFTProcess", binding.PartionedFFTProcess);
+  return missing;
+}
+
 }  // namespace
 
 DspBinding::~DspBinding() {
@@ -29,27 +56,13 @@ std::string DspLibraryPath() {
 std::uint32_t BindDsp(DspBinding& binding, const std::string& path) {
   if (binding.hModule != nullptr) platform::FreeSharedLibrary(binding.hModule);
   binding.bLoaded = 0;
+  binding.DownconvertResume = nullptr;
   binding.hModule = platform::LoadSharedLibrary(path);
   if (binding.hModule == nullptr) return 0;
 
-  const platform::LibraryHandle hModule = binding.hModule;
-  const bool bComplete =
-      Find(hModule, "Advanced", binding.Advanced) && Find(hModule, "AllocInstance", binding.AllocInstance) &&
-      Find(hModule, "Closedown", binding.Closedown) && Find(hModule, "Diagnostics", binding.Diagnostics) &&
-      Find(hModule, "DisableFractionalResampler", binding.DisableFractionalResampler) &&
-      Find(hModule, "DownconvertInit", binding.DownconvertInit) &&
-      Find(hModule, "DownconvertRateIn", binding.DownconvertRateIn) &&
-      Find(hModule, "DownconvertRateOut", binding.DownconvertRateOut) &&
-      Find(hModule, "DownconvertRun", binding.DownconvertRun) &&
-      Find(hModule, "FirstStageExclude", binding.FirstStageExclude) &&
-      Find(hModule, "FirstStageOnly", binding.FirstStageOnly) &&
-      Find(hModule, "FractionalInit", binding.FractionalInit) &&
-      Find(hModule, "FractionalProcess", binding.FractionalProcess) &&
-      Find(hModule, "IsAdvanced", binding.IsAdvanced) && Find(hModule, "NCO", binding.NCO) &&
-      Find(hModule, "ReleaseInstance", binding.ReleaseInstance) &&
-      Find(hModule, "PartionedFFTInit", binding.PartionedFFTInit) &&
-      Find(hModule, "PartionedFFTProcess", binding.PartionedFFTProcess);
-  binding.bLoaded = bComplete ? 1 : 0;
+  binding.missing = FindAll(binding);
+  binding.bLoaded = binding.missing.empty() ? 1 : 0;
+  Find(binding.hModule, "DownconvertResume", binding.DownconvertResume);
   return binding.bLoaded;
 }
 
@@ -66,6 +79,13 @@ std::optional<std::uint32_t> DownconvertDelay(const DspBinding& binding, std::ui
   const auto [end, error] = std::from_chars(number, text.data() + text.size(), delay);
   if (error != std::errc() || !(delay >= 0 && delay < kMost)) return std::nullopt;
   return static_cast<std::uint32_t>(std::ceil(delay));
+}
+
+std::optional<std::int64_t> ResumeDownconverter(const DspBinding& binding, std::uint32_t handle,
+                                                std::int64_t firstOutput) {
+  if (binding.DownconvertResume == nullptr) return std::nullopt;
+  const std::int64_t input = binding.DownconvertResume(handle, firstOutput);
+  return input < 0 ? std::nullopt : std::optional(input);
 }
 
 }  // namespace carvello

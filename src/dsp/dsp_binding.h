@@ -4,15 +4,17 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <vector>
 
-#include "dsp/complex_sample.h"
+#include "fourier/complex_sample.h"
 #include "support/platform.h"
 
 namespace carvello {
 
 struct DspBinding {
-  std::uint32_t bLoaded = 0;  // 1 when the library was loaded and all 18 names were found
+  std::uint32_t bLoaded = 0;  // 1 when the library was loaded and its 18 names were found
   platform::LibraryHandle hModule = nullptr;
+  std::vector<std::string> missing;  // the names that a library does not have which was loaded and is incomplete
 
   void (*Advanced)(std::uint32_t mode) = nullptr;
   std::uint32_t (*AllocInstance)(const wchar_t* applicationName) = nullptr;
@@ -36,6 +38,8 @@ struct DspBinding {
   void (*PartionedFFTInit)(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) = nullptr;
   void (*PartionedFFTProcess)(std::uint32_t handle, const SComplex* input, std::uint32_t inputCount, SComplex* output,
                               std::uint32_t* outputCount) = nullptr;
+  // Beside the 18: nullptr where the library has none.
+  std::int64_t (*DownconvertResume)(std::uint32_t handle, std::int64_t firstOutput) = nullptr;
 
   DspBinding() = default;
   ~DspBinding();  // frees the library
@@ -51,5 +55,10 @@ std::uint32_t BindDsp(DspBinding& binding, const std::string& path = DspLibraryP
 // How many output samples of the instance, rounded up, wait for input that lies ahead. Nothing when the library does
 // not tell: one of another maker, or one without memory.
 std::optional<std::uint32_t> DownconvertDelay(const DspBinding& binding, std::uint32_t handle);
+
+// The instance's next output sample is number `firstOutput`; see DownconvertResume. The input sample to begin with;
+// nothing when the library cannot.
+std::optional<std::int64_t> ResumeDownconverter(const DspBinding& binding, std::uint32_t handle,
+                                                std::int64_t firstOutput);
 
 }  // namespace carvello

@@ -4,11 +4,9 @@
 #include <array>
 #include <atomic>
 #include <cmath>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <new>
-#include <string_view>
 
 #include "dsp/primitive_kernels.h"
 
@@ -60,26 +58,15 @@ void* AllocAligned(std::int64_t length, std::size_t elementSize) {
 }  // namespace
 
 void InitPrimitives() {
-  struct SCandidate {
-    const SPrimitiveKernels& kernels;
-    bool bRuns;  // on this processor
-  };
-  const SCandidate candidates[] = {
-      {kPlainPrimitives, true},
+  g_pKernels.store(&PrimitiveKernels(PickInstructionSet()), std::memory_order_relaxed);
+}
+
+const SPrimitiveKernels& PrimitiveKernels([[maybe_unused]] EInstructionSet set) {
 #ifdef CARVELLO_X86_64
-      {kAvx2Primitives, __builtin_cpu_supports("avx2") != 0},
-      {kAvx512Primitives,
-       __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq")},
+  if (set == EInstructionSet::Avx512) return kAvx512Primitives;
+  if (set == EInstructionSet::Avx2) return kAvx2Primitives;
 #endif
-  };
-  const char* pszWanted = std::getenv("CARVELLO_ISA");
-  const SPrimitiveKernels* pKernels = nullptr;
-  for (const SCandidate& candidate : candidates) {
-    if (!candidate.bRuns) continue;
-    pKernels = &candidate.kernels;  // the best one comes last
-    if (pszWanted != nullptr && std::string_view(pszWanted) == candidate.kernels.pszName) break;
-  }
-  g_pKernels.store(pKernels, std::memory_order_relaxed);
+  return kPlainPrimitives;
 }
 
 std::int32_t CopyFloat(const float* source, float* destination, std::int32_t length) {
@@ -125,6 +112,54 @@ std::int32_t Int24ToFloat(const std::uint8_t* source, float* destination, std::i
 
 std::int32_t Int32ToFloat(const std::int32_t* source, float* destination, std::int32_t length) {
   return Convert(Kernels().Int32ToFloat, source, destination, length);
+}
+
+std::int32_t Uint8ToFloat(const std::uint8_t* source, float* destination, std::int32_t length, float zero) {
+  const std::int32_t nStatus = Check(source, destination, length);
+  if (nStatus == kPrimitiveOk) Kernels().Uint8ToFloat(source, destination, static_cast<std::size_t>(length), zero);
+  return nStatus;
+}
+
+std::int32_t Uint16ToFloat(const std::uint16_t* source, float* destination, std::int32_t length) {
+  return Convert(Kernels().Uint16ToFloat, source, destination, length);
+}
+
+std::int32_t Uint24ToFloat(const std::uint8_t* source, float* destination, std::int32_t length) {
+  return Convert(Kernels().Uint24ToFloat, source, destination, length);
+}
+
+std::int32_t Uint32ToFloat(const std::uint32_t* source, float* destination, std::int32_t length) {
+  return Convert(Kernels().Uint32ToFloat, source, destination, length);
+}
+
+std::int32_t DoubleToFloat(const double* source, float* destination, std::int32_t length, double factor) {
+  const std::int32_t nStatus = Check(source, destination, length);
+  if (nStatus == kPrimitiveOk) Kernels().DoubleToFloat(source, destination, static_cast<std::size_t>(length), factor);
+  return nStatus;
+}
+
+std::int32_t SwapBytes(void* buffer, std::uint32_t valueBytes, std::int32_t length) {
+  const std::int32_t nStatus = Check(buffer, buffer, length);
+  if (nStatus != kPrimitiveOk) return nStatus;
+  const auto nLength = static_cast<std::size_t>(length);
+  switch (valueBytes) {
+    case 1:
+      return kPrimitiveOk;
+    case 2:
+      Kernels().SwapBytes16(static_cast<std::uint16_t*>(buffer), nLength);
+      return kPrimitiveOk;
+    case 3:
+      Kernels().SwapBytes24(static_cast<std::uint8_t*>(buffer), nLength);
+      return kPrimitiveOk;
+    case 4:
+      Kernels().SwapBytes32(static_cast<std::uint32_t*>(buffer), nLength);
+      return kPrimitiveOk;
+    case 8:
+      Kernels().SwapBytes64(static_cast<std::uint64_t*>(buffer), nLength);
+      return kPrimitiveOk;
+    default:
+      return kPrimitiveBadLength;
+  }
 }
 
 std::int32_t FloatToInt16(const float* source, std::int16_t* destination, std::int32_t length, std::int32_t mode,

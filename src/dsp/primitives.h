@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "dsp/complex_sample.h"
+#include "fourier/complex_sample.h"
 
 namespace carvello {
 
@@ -18,9 +18,8 @@ inline constexpr std::int32_t kPrimitiveDivideByZero = -10;
 // Round to nearest, halves away from zero: the only rounding mode that the engine uses.
 inline constexpr std::int32_t kRoundHalfAway = 2;
 
-// Picks the variants for this processor. Called once at start-up; before that, plain loops serve. The environment
-// variable CARVELLO_ISA ("plain", "avx2" or "avx512") asks for a variant; one that the processor does not have is not
-// taken.
+// Picks the variants for this processor (see instruction_set.h). Called once at start-up; before that, plain loops
+// serve.
 void InitPrimitives();
 
 std::int32_t CopyFloat(const float* source, float* destination, std::int32_t length);
@@ -33,6 +32,16 @@ std::int32_t Int16ToFloat(const std::int16_t* source, float* destination, std::i
 // Packed, 3 bytes a value, least significant byte first; length counts values.
 std::int32_t Int24ToFloat(const std::uint8_t* source, float* destination, std::int32_t length);
 std::int32_t Int32ToFloat(const std::int32_t* source, float* destination, std::int32_t length);
+// Unsigned values less 2^(n-1), or of 8 bits less the value that stands for no signal.
+std::int32_t Uint8ToFloat(const std::uint8_t* source, float* destination, std::int32_t length, float zero);
+std::int32_t Uint16ToFloat(const std::uint16_t* source, float* destination, std::int32_t length);
+std::int32_t Uint24ToFloat(const std::uint8_t* source, float* destination, std::int32_t length);
+std::int32_t Uint32ToFloat(const std::uint32_t* source, float* destination, std::int32_t length);
+// Each value times the factor, in double precision.
+std::int32_t DoubleToFloat(const double* source, float* destination, std::int32_t length, double factor);
+// Turns the byte order of every value round, in place. Values of 1 byte stay; sizes other than 1, 2, 3, 4 and 8 give
+// -6.
+std::int32_t SwapBytes(void* buffer, std::uint32_t valueBytes, std::int32_t length);
 // Each value times 2^-scale, rounded by the mode (0 towards zero, 1 to nearest with halves to even, anything else as
 // kRoundHalfAway), saturated to -32768..32767. NaN gives 0.
 std::int32_t FloatToInt16(const float* source, std::int16_t* destination, std::int32_t length, std::int32_t mode,

@@ -12,7 +12,9 @@ void CBackgroundRequest::Reset() noexcept {
   llParam1 = llParam2 = 0;
   strParam.clear();
   pEntry = nullptr;
+  pWriter = nullptr;
   block.reset();
+  pSpectrum.reset();
 }
 
 void CRequestQueue::Push(RequestPtr request) noexcept {

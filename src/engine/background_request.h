@@ -11,6 +11,8 @@
 namespace carvello {
 
 class CBackgroundThreadBase;
+class CEntryWriter;
+class CSpectrumBlock;
 
 // Request codes. The reader and the writers use the same numbers for requests of their own.
 namespace request {
@@ -26,16 +28,16 @@ inline constexpr std::uint32_t kCreateWriters = 205;  // nParam1: how many
 inline constexpr std::uint32_t kGiveEntry = 206;      // nParam1: writer, pEntry
 inline constexpr std::uint32_t kWriterFinished = 207;
 // A writer.
-inline constexpr std::uint32_t kStartEntry = 201;  // pEntry
-inline constexpr std::uint32_t kDataBlock =
-    202;  // block, nParam1: 1 when a stretch ends with it, nParam2: frames in it
+inline constexpr std::uint32_t kStartEntry = 201;  // pWriter
+// block, pSpectrum, nParam1: 1 when a stretch ends with it, nParam2: frames in it, llParam1: position of the first
+inline constexpr std::uint32_t kDataBlock = 202;
 inline constexpr std::uint32_t kCloseOutput = 203;
 inline constexpr std::uint32_t kInputSkipped = 204;  // llParam1: frames skipped
 }  // namespace request
 
 class CBackgroundRequest {
  public:
-  // Back to an empty request for its next use; a block still held is let go.
+  // Back to an empty request for its next use; blocks still held are let go.
   void Reset() noexcept;
 
   CBackgroundThreadBase* pOwner = nullptr;
@@ -47,7 +49,9 @@ class CBackgroundRequest {
   std::int64_t llParam2 = 0;
   std::string strParam;
   const OutputEntry* pEntry = nullptr;  // not owned
+  CEntryWriter* pWriter = nullptr;      // not owned
   SharedBlock block;
+  std::shared_ptr<CSpectrumBlock> pSpectrum;  // of the block
 
  private:
   friend class CRequestQueue;

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdarg>
+#include <cstdio>
 #include <exception>
 #include <new>
 #include <thread>
 
 #include "support/platform.h"
-#include "support/system_time.h"
 
 namespace carvello {
 
@@ -22,45 +22,24 @@ constexpr std::chrono::milliseconds kIdlePause{1};
 
 }  // namespace
 
-std::string PriorityName(int priority) {
-  switch (priority) {
-    case 15:
-      return "Low real time";
-    case 2:
-      return "Highest";
-    case 1:
-      return "Above normal";
-    case 0:
-      return "Normal";
-    case -1:
-      return "Below normal";
-    case -2:
-      return "Lowest";
-    case -15:
-      return "Idle";
-    default:
-      return Format("Other (%d)", priority);
+PriorityText PriorityName(int priority) noexcept {
+  struct SName {
+    int nPriority;
+    const char* pName;
+  };
+  constexpr SName kNames[] = {{15, "Low real time"}, {2, "Highest"}, {1, "Above normal"}, {0, "Normal"},
+                              {-1, "Below normal"},  {-2, "Lowest"}, {-15, "Idle"}};
+  PriorityText text{};
+  std::snprintf(text.data(), text.size(), "Other (%d)", priority);
+  for (const SName& name : kNames) {
+    if (name.nPriority == priority) std::snprintf(text.data(), text.size(), "%s", name.pName);
   }
+  return text;
 }
 
-void CBackgroundThreadBase::SetTarget(IMessageTarget* target, std::uint32_t logMessage) {
-  m_pTarget = target;
-  m_nLogMessage = logMessage;
-}
-
-void CBackgroundThreadBase::ShareLogWith(CBackgroundThreadBase& other) const {
-  other.SetTarget(m_pTarget, m_nLogMessage);
-  other.SetLogCallback(m_logCallback);
-}
-
-void CBackgroundThreadBase::SetHistory(bool on, bool timePrefix) {
-  m_bHistory = on;
-  m_bHistoryTime = timePrefix;
-}
-
-bool CBackgroundThreadBase::Start() {
+bool CBackgroundThreadBase::Start(int tries) {
   m_bStarted = true;
-  return StartThread();
+  return StartThread(tries);
 }
 
 void CBackgroundThreadBase::Stop() {
@@ -128,7 +107,7 @@ void CBackgroundThreadBase::Recycle(RequestPtr request) noexcept {
 
 void CBackgroundThreadBase::OnThreadStart() noexcept {
   try {
-    platform::SetCurrentThreadName(m_strName);
+    platform::SetCurrentThreadName(Name());
   } catch (const std::exception&) {
     // Without memory the thread has no name. It works all the same.
   }
@@ -137,16 +116,17 @@ void CBackgroundThreadBase::OnThreadStart() noexcept {
   const int priority = m_nPriority;
   const bool done = platform::SetCurrentThreadPriority(priority);
   if (!done) {
-    DebugLog("Setting priority to '%s' (%d), status %d", PriorityName(priority).c_str(), priority, done ? 1 : 0);
-    Log("Setting priority to '%s' (%d), status %d", PriorityName(priority).c_str(), priority, done ? 1 : 0);
+    const PriorityText name = PriorityName(priority);
+    DebugLog("Setting priority to '%s' (%d), status %d", name.data(), priority, done ? 1 : 0);
+    Log("Setting priority to '%s' (%d), status %d", name.data(), priority, done ? 1 : 0);
   }
 }
 
-void CBackgroundThreadBase::ChangePriority(int priority) {
+void CBackgroundThreadBase::ChangePriority(int priority) noexcept {
   if (priority == m_nPriority) return;
   m_nPriority = priority;
   platform::SetCurrentThreadPriority(priority);
-  Log("Setting priority to '%s' (%d)", PriorityName(priority).c_str(), priority);
+  Log("Setting priority to '%s' (%d)", PriorityName(priority).data(), priority);
 }
 
 void CBackgroundThreadBase::ProcessQueue() noexcept {
@@ -184,53 +164,17 @@ void CBackgroundThreadBase::Handle(CBackgroundRequest& request, std::uint32_t re
   }
 }
 
-CMyStringArray CBackgroundThreadBase::History() const {
-  const CLockGuard guard(m_historyLock);
-  return m_history;
-}
-
 void CBackgroundThreadBase::Log(const char* format, ...) noexcept {
   va_list arguments;
   va_start(arguments, format);
-  try {
-    LogLine(TrimRight(FormatV(format, arguments)));
-  } catch (const std::exception&) {
-    // A line for which there is no memory is no reason to lose samples.
-  }
+  m_log.LogV(format, arguments);
   va_end(arguments);
-}
-
-void CBackgroundThreadBase::LogLine(const std::string& text) {
-  if (text.empty() && m_strLastLine.empty()) return;
-
-  if (m_bDebugOutput) platform::DebugOutput(Format("%s: %s", m_strName.c_str(), text.c_str()));
-  if (m_bSendLog) {
-    if (m_logCallback) {
-      m_logCallback(m_strName, text, 0);
-    } else if (m_pTarget != nullptr) {
-      m_pTarget->PostTexts(m_nLogMessage, m_strName, text);
-    }
-  }
-  if (m_bHistory) {
-    std::string line = text;
-    if (m_bHistoryTime) line = Format("%s %s", FormatLocal("%H:%M:%S", CurrentTime()).c_str(), text.c_str());
-    const CLockGuard guard(m_historyLock);
-    m_history.Add(std::move(line));
-  }
-  m_strLastLine = text;
 }
 
 void CBackgroundThreadBase::DebugLog(const char* format, ...) const noexcept {
   va_list arguments;
   va_start(arguments, format);
-  try {
-    const std::string text = FormatV(format, arguments);
-    const std::string stamp =
-        Format("Halvarn @ %s.%03u", FormatLocal("%H:%M:%S", CurrentTime()).c_str(), CurrentMilliseconds());
-    platform::DebugOutput(Format("%s: %s> %s", stamp.c_str(), m_strName.c_str(), text.c_str()));
-  } catch (const std::exception&) {
-    // As in Log.
-  }
+  m_log.DebugLogV(format, arguments);
   va_end(arguments);
 }
 

@@ -1,14 +1,16 @@
 // CBackgroundThreadBase: a worker. A thread with a first-in-first-out queue of requests, a name, a priority and a log.
 #pragma once
 
+#include <array>
 #include <atomic>
 #include <cstdint>
-#include <functional>
 #include <string>
+#include <utility>
 
 #include "engine/background_request.h"
 #include "engine/message_target.h"
 #include "engine/thin_thread.h"
+#include "engine/worker_log.h"
 #include "support/mutex.h"
 #include "support/my_string_array.h"
 #include "support/text.h"
@@ -23,22 +25,23 @@ inline constexpr const char* kNotEnoughMemory = "Not enough memory";
 // recycling it need no memory, and a line of the log for which there is none is dropped.
 class CBackgroundThreadBase : public CThinThread {
  public:
-  using LogCallback = std::function<void(const std::string& worker, const std::string& text, int)>;
+  using LogCallback = CWorkerLog::Callback;
   using RequestPtr = CRequestQueue::RequestPtr;
 
   // Before the thread is started: who hears the log lines, the worker's name and the priority it runs at.
-  void SetTarget(IMessageTarget* target, std::uint32_t logMessage);
-  // Gives another worker, not yet started, the log of this one.
-  void ShareLogWith(CBackgroundThreadBase& other) const;
-  void SetLogCallback(LogCallback callback) { m_logCallback = std::move(callback); }
-  void SetName(std::string name) { m_strName = std::move(name); }
+  void SetTarget(IMessageTarget* target, std::uint32_t logMessage) { m_log.SetTarget(target, logMessage); }
+  // Gives another log, not yet in use, the listener of this worker's.
+  void ShareLogWith(CWorkerLog& other) const { m_log.ShareWith(other); }
+  void ShareLogWith(CBackgroundThreadBase& other) const { m_log.ShareWith(other.m_log); }
+  void SetLogCallback(LogCallback callback) { m_log.SetCallback(std::move(callback)); }
+  void SetName(std::string name) { m_log.SetName(std::move(name)); }
   void SetPriority(int priority) { m_nPriority = priority; }
-  void SetDebugOutput(bool on) { m_bDebugOutput = on; }
-  void SetSendLog(bool on) { m_bSendLog = on; }
-  void SetHistory(bool on, bool timePrefix);
+  void SetDebugOutput(bool on) { m_log.SetDebugOutput(on); }
+  void SetSendLog(bool on) { m_log.SetSend(on); }
+  void SetHistory(bool on, bool timePrefix) { m_log.SetHistory(on, timePrefix); }
 
   // True when the thread runs. On false requests are queued but never handled.
-  bool Start();
+  bool Start(int tries = kStartTries);
   void Stop();
   bool IsStarted() const { return m_bStarted; }
 
@@ -49,14 +52,18 @@ class CBackgroundThreadBase : public CThinThread {
   // Waits until everything posted so far has been handled; returns at once when the thread does not run.
   void WaitIdle() noexcept;
 
+  // Of all requests ever posted, the number of the last; and whether that one is handled, or never will be.
+  std::uint64_t Posted() const { return m_nPosted; }
+  bool HasHandled(std::uint64_t number) const { return m_nHandled >= number || !IsThreadRunning(); }
+
   std::uint32_t Queued() const { return m_nQueued; }
   std::uint32_t QueuedMax() const { return m_nQueuedMax; }
   std::uint32_t FreeRequests() const { return m_nFreeCount; }
   int Priority() const { return m_nPriority; }
-  const std::string& Name() const { return m_strName; }
-  CMyStringArray History() const;
+  const std::string& Name() const { return m_log.Name(); }
+  CMyStringArray History() const { return m_log.History(); }
 
-  // A line for the log: trailing white space is cut, and a second blank line in a row is dropped. Worker's thread only.
+  // A line for the log, see CWorkerLog. Worker's thread only.
   void Log(const char* format, ...) noexcept CARVELLO_PRINTF(2, 3);
   // A line for the debugger alone.
   void DebugLog(const char* format, ...) const noexcept CARVELLO_PRINTF(2, 3);
@@ -73,26 +80,14 @@ class CBackgroundThreadBase : public CThinThread {
   RequestPtr NextRequest(std::uint32_t& remaining) noexcept;
   void Handle(CBackgroundRequest& request, std::uint32_t remaining) noexcept;
   void Recycle(RequestPtr request) noexcept;
-  void LogLine(const std::string& text);
-  void ChangePriority(int priority);
+  void ChangePriority(int priority) noexcept;
 
-  IMessageTarget* m_pTarget = nullptr;
-  std::uint32_t m_nLogMessage = 0;
-  LogCallback m_logCallback;  // used instead of the target when set
-  bool m_bDebugOutput = false;
-  bool m_bSendLog = true;
-  bool m_bHistory = false;
-  bool m_bHistoryTime = false;
+  CWorkerLog m_log;
   bool m_bStarted = false;
   std::atomic<std::uint32_t> m_nQueued = 0;     // written under m_queueLock
   std::atomic<std::uint32_t> m_nQueuedMax = 0;  // written under m_queueLock
   std::atomic<std::uint32_t> m_nFreeCount = 0;  // written under m_freeLock
   std::atomic<int> m_nPriority = 0;
-  std::string m_strName;
-  std::string m_strLastLine;
-
-  mutable CMutex m_historyLock;
-  CMyStringArray m_history CARVELLO_GUARDED_BY(m_historyLock);
   CMutex m_queueLock;
   CRequestQueue m_queue CARVELLO_GUARDED_BY(m_queueLock);
   std::atomic<std::uint64_t> m_nPosted = 0;   // requests ever posted; written under m_queueLock
@@ -102,6 +97,7 @@ class CBackgroundThreadBase : public CThinThread {
 };
 
 // The name of a thread priority as log lines show it: 2 "Highest", 1 "Above normal", 0 "Normal", ...
-std::string PriorityName(int priority);
+using PriorityText = std::array<char, 24>;
+PriorityText PriorityName(int priority) noexcept;
 
 }  // namespace carvello

@@ -1,14 +1,10 @@
 #include "engine/background_thread_reader.h"
 
 #include <algorithm>
-#include <chrono>
 #include <exception>
 #include <new>
-#include <thread>
 #include <utility>
 
-#include "input/format_chunk.h"
-#include "support/platform.h"
 #include "support/text.h"
 
 namespace carvello {
@@ -16,29 +12,14 @@ namespace carvello {
 namespace {
 
 constexpr std::uint64_t kProgressTotal = 10'000;
-constexpr std::uint32_t kMaxQueued = 3;       // requests waiting at one writer
-constexpr std::uint64_t kMaxBlocksAhead = 3;  // blocks between the reader and the slowest writer
-constexpr int kWriterPriority = -2;
-constexpr std::chrono::milliseconds kBusyPause{1};
-constexpr std::chrono::milliseconds kClosePause{10};
 constexpr std::size_t kFileLogGrowth = 1000;
 constexpr std::size_t kErrorRoom = 6'000;  // characters of a long reason
 constexpr std::int32_t kByItself = 1;      // parameter of a request to stop
-constexpr double kMega = 1 << 20;
-constexpr double kGiga = 1 << 30;
-
-std::int64_t WallMilliseconds() {
-  return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now().time_since_epoch())
-      .count();
-}
 
 }  // namespace
 
 CBackgroundThreadReader::~CBackgroundThreadReader() {
   Stop();
-  for (const auto& writer : m_writers) {
-    if (writer) writer->Stop();
-  }
 }
 
 void CBackgroundThreadReader::SetProgressTarget(IMessageTarget* target, std::uint32_t progressMessage) {
@@ -46,15 +27,14 @@ void CBackgroundThreadReader::SetProgressTarget(IMessageTarget* target, std::uin
   m_nProgressMessage = progressMessage;
 }
 
-void CBackgroundThreadReader::SetInput(std::vector<SRecordingFile> files, const WAVEFORMATEXTENSIBLE& format,
-                                       bool floatScale) {
-  m_files = std::move(files);
-  m_nFrameBytes = FrameBytes(format.Format);
-  m_file.Describe(format, floatScale);
+void CBackgroundThreadReader::SetInput(std::vector<SRecordingFile> files, const SSampleKind& kind,
+                                       const WAVEFORMATEXTENSIBLE& format) {
+  m_input.Describe(std::move(files), kind, format);
 }
 
 void CBackgroundThreadReader::SetOutputs(const std::vector<const OutputEntry*>& entries) {
   m_policies.assign(entries.size(), SWritePolicy());
+  m_engines.assign(entries.size(), EEngine::Library);
   m_accounts.clear();
   for (const OutputEntry* entry : entries) m_accounts.push_back(std::make_unique<COutputAccount>(*entry));
   m_results.clear();
@@ -65,21 +45,15 @@ void CBackgroundThreadReader::SetOutputs(const std::vector<const OutputEntry*>& 
   m_bStopped = false;
   m_bAccountsOpen = true;
 
-  m_llFirstFrame = entries.empty() ? 0 : entries.front()->nStartSample;
-  for (const OutputEntry* entry : entries) m_llFirstFrame = std::min(m_llFirstFrame, entry->nStartSample);
-  std::int64_t inputFrames = 0;
-  std::int64_t late = 0;
-  for (const SRecordingFile& file : m_files) {
-    // Where a file begins with the first frame wanted, nothing is sought in it and the writers are not told of the
-    // files before: they skip as much once more. See FindFirstFile and StartJob.
-    if (inputFrames > 0 && inputFrames == m_llFirstFrame) late = m_llFirstFrame;
-    inputFrames += FramesIn(file);
-  }
-  for (const auto& account : m_accounts) account->Open(inputFrames, late);
+  m_llFirstFrame = carvello::FirstFrame(entries);
+  const CInputFrames& frames = m_input.InputFrames();
+  const std::int64_t late = frames.Late(m_llFirstFrame);
+  for (const auto& account : m_accounts) account->Open(frames.Due(account->Entry(), late), late);
 }
 
-std::int64_t CBackgroundThreadReader::FramesIn(const SRecordingFile& file) const {
-  return m_nFrameBytes == 0 ? 0 : file.nSampleBytes / m_nFrameBytes;
+void CBackgroundThreadReader::SetEngines(std::vector<EEngine> engines) {
+  m_engines = std::move(engines);
+  for (std::size_t i = 0; i < m_accounts.size(); ++i) m_accounts[i]->SetEngine(m_engines[i]);
 }
 
 void CBackgroundThreadReader::PostStop() noexcept {
@@ -109,10 +83,10 @@ void CBackgroundThreadReader::HandleRequest(CBackgroundRequest& request, std::ui
       if (m_bRunning) HandOnBlock(request.nParam1);
       break;
     case request::kCreateWriters:
-      CreateWriters(request.nParam1);
+      CreateWriters();
       break;
     case request::kGiveEntry:
-      GiveEntry(request.nParam1, *request.pEntry);
+      GiveEntry(static_cast<std::size_t>(request.nParam1));
       break;
     case request::kWriterFinished:
       WriterFinished();
@@ -139,44 +113,14 @@ void CBackgroundThreadReader::OnException(const CBackgroundRequest& request, con
   }
 }
 
-void CBackgroundThreadReader::CreateWriters(std::int32_t count) {
-  m_nActiveWriters = count;
-  m_writers.clear();
-  m_writers.resize(static_cast<std::size_t>(count));
-  m_givenOut.clear();
-  m_givenOut.resize(m_writers.size());
-  for (std::size_t i = 0; i < m_writers.size(); ++i) {
-    try {
-      auto writer = std::make_unique<CBackgroundThreadWriter>(m_dsp, *this, m_blockDone, *m_accounts[i]);
-      writer->SetName(Format("Writer [%d]", static_cast<int>(i)));
-      writer->SetSaveInterval(m_saveInterval);
-      ShareLogWith(*writer);
-      m_writers[i] = std::move(writer);
-    } catch (const std::bad_alloc&) {
-      m_accounts[i]->Fail(kNotEnoughMemory);
-    }
-  }
+void CBackgroundThreadReader::CreateWriters() {
+  m_nActiveWriters = static_cast<std::int32_t>(m_accounts.size());
+  m_writers.Create(m_accounts, m_engines);
 }
 
-// The writer begins on its own thread, so that all of them design their filters side by side.
-void CBackgroundThreadReader::GiveEntry(std::int32_t writer, const OutputEntry& entry) {
-  const auto index = static_cast<std::size_t>(writer);
-  if (m_accounts[index]->HasFailed()) {
-    EntryFails(index, {});
-    return;
-  }
-  CBackgroundThreadWriter& target = *m_writers[index];
-  target.SetPolicy(m_policies[index]);
-  RequestPtr request = target.TakeRequest(request::kStartEntry);
-  RequestPtr priority = target.TakeRequest(request::kSetPriority);
-  request->pEntry = &entry;
-  priority->nParam1 = kWriterPriority;
-  target.Post(std::move(request));
-  if (!target.Start()) {
-    EntryFails(index, "A thread could not be started");
-    return;
-  }
-  if (target.Priority() != kWriterPriority) target.Post(std::move(priority));
+void CBackgroundThreadReader::GiveEntry(std::size_t entry) {
+  const char* const problem = m_accounts[entry]->HasFailed() ? "" : m_writers.Begin(entry, m_policies[entry]);
+  if (problem != nullptr) EntryFails(entry, problem);
 }
 
 // An entry that no thread works on; it may have failed before.
@@ -184,8 +128,6 @@ void CBackgroundThreadReader::EntryFails(std::size_t entry, std::string_view rea
   COutputAccount& account = *m_accounts[entry];
   account.Fail(reason);
   Log("[ERROR] %s: %s", account.Entry().strFileName.c_str(), account.Reason().c_str());
-  // Blocks that nobody takes off its queue would pile up, the whole input in the end.
-  if (entry < m_writers.size()) m_writers[entry].reset();
   WriterFinished();
 }
 
@@ -195,8 +137,17 @@ void CBackgroundThreadReader::WriterFinished() noexcept {
   Log("%d active writers", m_nActiveWriters);
 }
 
+// Something that takes as long as the disk of the file.
+template <typename TStep>
+auto CBackgroundThreadReader::WaitForFile(std::size_t file, TStep step) {
+  m_nFileWaitedFor = static_cast<int>(file);
+  const auto result = step();
+  m_nFileWaitedFor = kNoFile;
+  ++m_nSteps;
+  return result;
+}
+
 void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
-  m_nFile = 0;
   m_llBytesRead = 0;
   m_nReads = 0;
   m_nProgress = 0;
@@ -205,8 +156,10 @@ void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
   m_strFirstFile = request.strParam;
   m_llSeek = request.llParam1;
   m_llTotalBytes = request.llParam2;
+  m_llNextPosition = m_llSeek;
   Log("Start, file = %s", m_strFirstFile.c_str());
-  m_file.Log().Clear(kFileLogGrowth);
+  Samples().Log().Clear(kFileLogGrowth);
+  PrepareSpectrum();
 
   std::int64_t remaining = m_llSeek;
   if (!FindFirstFile(remaining)) {
@@ -214,52 +167,53 @@ void CBackgroundThreadReader::StartJob(const CBackgroundRequest& request) {
     CloseWriters();
     return;
   }
-  LogSize(m_llTotalBytes);
+  LogSize(*this, m_llTotalBytes);
   // A skip that ends exactly at a file's start is deliberately neither sought nor told: the writers keep their full
   // start offsets then.
   if (remaining > 0) {
     const long long samples = remaining;
-    const long long bytes = samples * m_file.BytesPerFrame();
+    const long long bytes = samples * Samples().BytesPerFrame();
     Log("Seek %lld samples (%lld bytes)", samples, bytes);
-    if (!m_file.SkipFrames(remaining)) {
-      InputFails(m_file.Problem());
+    if (!WaitForFile(m_input.FileIndex(), [&] { return Samples().SkipFrames(remaining); })) {
+      InputFails(m_input.Problem());
       CloseFile();
       CloseWriters();
       return;
     }
-    for (const auto& writer : m_writers) {
-      if (!writer) continue;
-      RequestPtr skipped = writer->TakeRequest(request::kInputSkipped);
-      skipped->llParam1 = m_llSeek;
-      writer->Post(std::move(skipped));
-    }
+    m_writers.TellSkipped(m_llSeek);
   } else if (m_llSeek > 0) {
     Log("[WARNING] The first entry begins with the first frame of %s: all entries of this job begin %lld frames later",
-        m_files[m_nFile].strPath.c_str(), static_cast<long long>(m_llSeek));
+        m_input.File().strPath.c_str(), static_cast<long long>(m_llSeek));
   }
-  m_nCpuStart = platform::ProcessCpuMilliseconds();
-  m_nWallStart = WallMilliseconds();
+  m_statistics.Start();
   m_bRunning = true;
 }
 
-// Opens the file at m_nFile and leaves it at its first sample. On failure the reason is kept and the file is closed.
-bool CBackgroundThreadReader::OpenFile() {
-  if (m_file.Open(m_files[m_nFile])) return true;
-  InputFails(m_file.Problem());
+void CBackgroundThreadReader::PrepareSpectrum() {
+  m_pSpectra.reset();
+  if (std::find(m_engines.begin(), m_engines.end(), EEngine::Spectrum) == m_engines.end()) return;
+  if (!m_pTransform) m_pTransform = std::make_unique<CBlockTransform>(static_cast<std::size_t>(kFrameSize));
+  m_pSpectra = std::make_unique<CSpectrumPool>(*m_pTransform);
+}
+
+// Opens a file and leaves it at its first sample. On failure the reason is kept and the file is closed.
+bool CBackgroundThreadReader::OpenFile(std::size_t file) {
+  if (WaitForFile(file, [&] { return m_input.OpenFile(file); })) return true;
+  InputFails(m_input.Problem());
   return false;
 }
 
 // Skips whole files until the one that holds the first frame wanted; `remaining` becomes the frames to skip in it. The
 // files that are passed over are opened too: what they hold decides where the others stand in the recording.
 bool CBackgroundThreadReader::FindFirstFile(std::int64_t& remaining) {
-  for (m_nFile = 0; m_nFile < m_files.size(); ++m_nFile) {
-    if (!OpenFile()) return false;
-    const std::int64_t frames = m_file.Frames();
+  for (std::size_t file = 0; file < m_input.Files(); ++file) {
+    if (!OpenFile(file)) return false;
+    const std::int64_t frames = Samples().Frames();
     // The first file's name whatever the index: it names the recording, the index its part.
-    Log("Opening [%d] %s", static_cast<int>(m_nFile), m_strFirstFile.c_str());
+    Log("Opening [%d] %s", static_cast<int>(file), m_strFirstFile.c_str());
     if (remaining < frames || remaining < 1) return true;
     remaining -= frames;
-    m_file.Close();
+    m_input.CloseFile();
   }
   InputFails("The input ends before the first entry begins");
   return false;
@@ -272,18 +226,20 @@ void CBackgroundThreadReader::ReadBlock() {
     PostEnd();
     return;
   }
-  m_pBlock = m_blocks.Take();
-  if (!m_pBlock) throw std::bad_alloc();
-  const std::uint32_t frames = m_file.ReadBlock(m_pBlock.get());
-  m_llBytesRead += static_cast<std::int64_t>(frames) * m_file.BytesPerFrame();
+  TakeBlock();
+  CInputFile& file = Samples();
+  const std::uint32_t frames = WaitForFile(m_input.FileIndex(), [&] { return file.ReadBlock(m_pBlock.get()); });
+  m_llBlockPosition = m_llNextPosition;
+  m_llNextPosition += frames;
+  m_llBytesRead += static_cast<std::int64_t>(frames) * file.BytesPerFrame();
   TellProgressOfReading();
   if (m_nReads < 0) Log("Read, %u of %u samples", frames, kBlockFrames);
   m_nReads = static_cast<std::int32_t>(static_cast<std::uint32_t>(m_nReads) + 1);
 
   // What was read in front of a hole is good. Behind it nothing is: not of this file, nor of the next.
-  const bool hole = !m_file.Problem().empty();
-  if (hole) InputFails(m_file.Problem());
-  const bool fileEnds = hole || m_file.AtEnd();
+  const bool hole = !file.Problem().empty();
+  if (hole) InputFails(file.Problem());
+  const bool fileEnds = hole || file.AtEnd();
   m_nStretchFrames += frames;
   m_bStretchEnds = fileEnds || m_nStretchFrames == kStretchFrames;
   if (m_bStretchEnds) m_nStretchFrames = 0;
@@ -297,9 +253,22 @@ void CBackgroundThreadReader::ReadBlock() {
   }
 }
 
+// A place for the next block. Where its spectrum will be taken, what comes before it in the recording stands in front.
+void CBackgroundThreadReader::TakeBlock() {
+  const std::shared_ptr<SComplex[]> place = m_blocks.Take();
+  if (!place) throw std::bad_alloc();
+  m_pBlock = {place, place.get() + kHistoryFrames};
+  if (!UsesSpectrum()) return;
+  if (m_pLastBlock) {
+    std::copy_n(m_pLastBlock.get() + m_nLastFrames - kHistoryFrames, kHistoryFrames, place.get());
+  } else {
+    std::fill_n(place.get(), kHistoryFrames, SComplex{});
+  }
+}
+
 void CBackgroundThreadReader::TellProgressOfReading() noexcept {
   if (m_llTotalBytes <= 0) return;
-  const std::int64_t done = m_llSeek * m_file.BytesPerFrame() + m_llBytesRead;
+  const std::int64_t done = m_llSeek * Samples().BytesPerFrame() + m_llBytesRead;
   const double share = static_cast<double>(done) / static_cast<double>(m_llTotalBytes);
   const auto progress = static_cast<std::uint64_t>(std::clamp(share, 0.0, 1.0) * kProgressTotal);
   if (progress != m_nProgress) TellProgress(progress);
@@ -317,7 +286,7 @@ void CBackgroundThreadReader::TellProgress(std::uint64_t progress) noexcept {
 
 // Goes on with the next file, or ends the job. A block that still waits in the buffer is handed on first.
 void CBackgroundThreadReader::EndOfFile(bool blockRead) {
-  const bool more = m_nFile + 1 < m_files.size() && OpenNextFile();
+  const bool more = m_input.FileIndex() + 1 < m_input.Files() && OpenNextFile();
   if (more) {
     // A file without a whole frame brought nothing to hand on, so nothing asks for the next block yet.
     if (!blockRead) Post(request::kReadBlock);
@@ -328,25 +297,16 @@ void CBackgroundThreadReader::EndOfFile(bool blockRead) {
 }
 
 bool CBackgroundThreadReader::OpenNextFile() {
-  m_file.Close();
-  ReplayFileLog();
-  ++m_nFile;
-  Log("Opening [%d] %s", static_cast<int>(m_nFile), m_files[m_nFile].strPath.c_str());
-  if (!OpenFile()) {
+  CloseFile();
+  const std::size_t next = m_input.FileIndex() + 1;
+  Log("Opening [%d] %s", static_cast<int>(next), m_input.File(next).strPath.c_str());
+  if (!OpenFile(next)) {
     ReplayFileLog();
     Log("Failed");
     return false;
   }
-  LogSize(m_files[m_nFile].nSampleBytes);
+  LogSize(*this, m_input.File().nSampleBytes);
   return true;
-}
-
-bool CBackgroundThreadReader::AnyWriterBusy() const {
-  return std::any_of(m_writers.begin(), m_writers.end(), [](const auto& writer) {
-    if (!writer || writer->IsFinished() || !writer->IsThreadRunning()) return false;
-    // The queue alone does not hold the block that is being worked on.
-    return writer->Queued() >= kMaxQueued || writer->BlocksAhead() >= kMaxBlocksAhead;
-  });
 }
 
 void CBackgroundThreadReader::HandOnBlock(std::int32_t frames) {
@@ -355,11 +315,9 @@ void CBackgroundThreadReader::HandOnBlock(std::int32_t frames) {
     PostEnd();
     return;
   }
-  m_bBlockWaits = AnyWriterBusy();
+  m_bBlockWaits = m_writers.IsAnyBusy();
   if (m_bBlockWaits) {
-    // In short steps, for requests to stop to come through; a notice that comes before the wait is not missed for long.
-    std::unique_lock guard(m_blockDoneLock);
-    m_blockDone.wait_for(guard, kBusyPause);
+    m_writers.WaitForRoom();
     Post(request::kHandOnBlock, frames);
     return;
   }
@@ -371,21 +329,20 @@ void CBackgroundThreadReader::HandOnBlock(std::int32_t frames) {
   }
 }
 
-// To every writer from here, so that what one of them gets does not depend on another. All requests are there before
-// the first is posted: either all writers get the block or none.
 void CBackgroundThreadReader::GiveOut(std::int32_t frames) {
-  const SharedBlock block = std::move(m_pBlock);
-  for (std::size_t i = 0; i < m_writers.size(); ++i) {
-    m_givenOut[i].reset();
-    if (!m_writers[i] || m_writers[i]->IsFinished()) continue;
-    m_givenOut[i] = m_writers[i]->TakeRequest(request::kDataBlock);
-    m_givenOut[i]->nParam1 = m_bStretchEnds ? 1 : 0;
-    m_givenOut[i]->nParam2 = frames;
-    m_givenOut[i]->block = block;
+  SGivenBlock block{.samples = std::move(m_pBlock),
+                    .spectrum = nullptr,
+                    .llPosition = m_llBlockPosition,
+                    .nFrames = frames,
+                    .bStretchEnds = m_bStretchEnds};
+  if (UsesSpectrum()) {
+    block.spectrum = m_pSpectra->Take(block.samples, block.llPosition, frames);
+    if (!block.spectrum) throw std::bad_alloc();
+    m_pLastBlock = block.samples;
+    m_nLastFrames = frames;
   }
-  for (std::size_t i = 0; i < m_writers.size(); ++i) {
-    if (m_givenOut[i]) m_writers[i]->GiveBlock(std::move(m_givenOut[i]));
-  }
+  m_writers.GiveOut(block);
+  if (m_pListener) m_pListener->OnBlock(block.samples, block.llPosition, frames);
 }
 
 void CBackgroundThreadReader::PostEnd() {
@@ -397,7 +354,7 @@ void CBackgroundThreadReader::StopJob(bool byUser) noexcept {
   m_bStopped = byUser;
   Log("Stop");
   CloseFile();
-  LogStatistics();
+  m_statistics.Log(*this, m_llBytesRead);
   CloseWriters();
   m_bRunning = false;  // last, so that whoever waits for the end goes on with other things while files are synced
   TellProgress(kProgressTotal);
@@ -407,24 +364,19 @@ void CBackgroundThreadReader::CloseWriters() noexcept {
   if (!m_bAccountsOpen) return;
   m_bAccountsOpen = false;
   m_pBlock.reset();
-  Log("Closing %d writer threads", static_cast<int>(m_writers.size()));
-  for (const auto& writer : m_writers) {
-    if (writer) writer->PostClose();
-  }
-  const auto isOpen = [](const auto& writer) { return writer && writer->IsFileOpen() && writer->IsThreadRunning(); };
-  while (std::any_of(m_writers.begin(), m_writers.end(), isOpen)) std::this_thread::sleep_for(kClosePause);
+  m_pLastBlock.reset();
+  Log("Closing %d writer threads", static_cast<int>(m_writers.Threads()));
+  m_writers.Close(m_bStopped);
   const SJobEnd end{m_bStopped, m_strInputError};
   for (std::size_t i = 0; i < m_accounts.size(); ++i) {
-    if (i < m_writers.size() && m_writers[i]) {
-      m_writers[i]->WaitIdle();
-      m_writers[i]->Stop();
-      m_writers[i]->CloseAccount(end);
+    if (CEntryWriter* const entry = m_writers.Entry(i)) {
+      entry->CloseAccount(end);
     } else {
       m_accounts[i]->Close(end, 0, 0, {});
     }
     m_results[i] = m_accounts[i]->TakeResult();
   }
-  m_writers.clear();
+  m_writers.Clear();
   m_nActiveWriters = 0;
   Log("Closed");
 }
@@ -436,41 +388,20 @@ void CBackgroundThreadReader::InputFails(std::string_view reason) noexcept {
 
 void CBackgroundThreadReader::CloseFile() noexcept {
   try {
-    m_file.Close();
+    m_input.CloseFile();
     ReplayFileLog();
+    if (const std::int64_t silenced = Samples().TakeSilenced(); silenced != 0) {
+      Log("[WARNING] %s: %lld samples are no finite numbers and were taken for zero", m_input.File().strPath.c_str(),
+          static_cast<long long>(silenced));
+    }
   } catch (const std::exception&) {
     // Only the lines that tell of it are lost.
   }
 }
 
 void CBackgroundThreadReader::ReplayFileLog() {
-  for (const std::string& line : m_file.Log()) Log("... %s", line.c_str());
-  m_file.Log().Clear(kFileLogGrowth);
-}
-
-void CBackgroundThreadReader::LogSize(std::int64_t bytes) noexcept {
-  const auto size = static_cast<double>(bytes);
-  if (size < kGiga) {
-    Log("Size = %.1f MB", size / kMega);
-  } else {
-    Log("Size = %.2f GB", size / kGiga);
-  }
-}
-
-void CBackgroundThreadReader::LogStatistics() noexcept {
-  const auto cpu = static_cast<long long>(platform::ProcessCpuMilliseconds() - m_nCpuStart);
-  Log("CPU = %lld.%03lld seconds", cpu / 1000, cpu % 1000);
-  Log("%s", "");
-  const std::int64_t elapsed = WallMilliseconds() - m_nWallStart;
-  if (elapsed <= 0) return;
-  const double rate = static_cast<double>(m_llBytesRead) / static_cast<double>(elapsed) * 1000.0;
-  if (rate < kGiga) {
-    Log("Input data rate = %.2f MB", rate / kMega);
-  } else {
-    Log("Input data rate = %.2f GB", rate / kGiga);
-  }
-  Log("Elapsed         = %d.%03d seconds", static_cast<int>(elapsed / 1000), static_cast<int>(elapsed % 1000));
-  Log("%s", "");
+  for (const std::string& line : Samples().Log()) Log("... %s", line.c_str());
+  Samples().Log().Clear(kFileLogGrowth);
 }
 
 }  // namespace carvello

@@ -1,95 +1,58 @@
-// CBackgroundThreadWriter: the worker that turns the input's samples into one entry's output. The reader gives every
-// block to all writers of a job: they all read the same block and change none.
+// CBackgroundThreadWriter: a worker that brings the blocks of input into the outputs of the entries that it has in
+// hand, one or a whole group. The reader gives every block to all writers of a job: they all read the same block and
+// change none.
 #pragma once
 
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
-#include <string_view>
+#include <vector>
 
-#include "dsp/dsp_binding.h"
-#include "dsp/primitives.h"
 #include "engine/background_thread_base.h"
-#include "engine/output_account.h"
-#include "engine/output_buffer.h"
-#include "engine/output_entry.h"
-#include "recording/wave_file_data.h"
+#include "engine/entry_writer.h"
 
 namespace carvello {
 
-// Made, started, stopped and destroyed by the reader, which outlives it. The library's table and the account outlive
-// both.
+// Made, started, stopped and destroyed by the reader, which outlives it; so do the entries that it is given.
 class CBackgroundThreadWriter final : public CBackgroundThreadBase {
  public:
-  // `blockDone` is notified whenever the writer is through with a block.
-  CBackgroundThreadWriter(const DspBinding& dsp, CBackgroundThreadBase& reader, std::condition_variable& blockDone,
-                          COutputAccount& account);
-  ~CBackgroundThreadWriter() override;
+  // `blockDone` is notified whenever the writer is through with a block. `entries`: how many it is given at most.
+  // `files`: how many of their files it brings to the medium at a time.
+  CBackgroundThreadWriter(std::condition_variable& blockDone, std::size_t entries, std::size_t files);
 
-  // Before the thread is started: how long samples may wait for their way into the file, and how that is written.
+  // Before the thread is started: how long the samples of its entries may wait for their way into the files.
   void SetSaveInterval(std::chrono::milliseconds interval);
-  void SetPolicy(const SWritePolicy& policy) { m_output.SetPolicy(policy); }
 
-  // On the reader's thread. The requests for it are taken beforehand, so neither can fail.
+  // On the reader's thread.
+  void GiveEntry(CEntryWriter& entry);
+  // The requests for them are taken beforehand, so neither can fail.
   void GiveBlock(RequestPtr request) noexcept;
   void PostClose() noexcept;
+  // Of a group, those entries whose turn to begin has not come yet are left out; on any thread.
+  void BeginNoMore() noexcept { m_bBeginNoMore = true; }
   // Blocks given and not yet done with.
   std::uint64_t BlocksAhead() const noexcept { return m_nBlocksGiven - m_nBlocksDone; }
-
-  bool IsFileOpen() const noexcept { return m_bFileOpen; }
-  // The entry's end was reached, or it failed: no more blocks are wanted.
-  bool IsFinished() const noexcept { return m_bFinished; }
-  // Once the writer has been stopped: closes the entry's account with what its files hold.
-  void CloseAccount(const SJobEnd& end) noexcept;
+  // None of the entries that it was given wants more blocks.
+  bool IsFinished() const noexcept;
 
  private:
   void HandleRequest(CBackgroundRequest& request, std::uint32_t remaining) override;
   void OnWakeTimeout() noexcept override;
-  template <typename TStep>
-  void Guard(TStep step) noexcept;
-  void StartEntry(const OutputEntry& entry);
-  void PrepareDownconverter();
-  void LogEntry();
-  void DescribeOutput();
-  void InputSkipped(std::int64_t samples);
-  void ProcessBlock(const CBackgroundRequest& request);
-  void CloseOutput() noexcept;
+  void ProcessBlock(const CBackgroundRequest& request) noexcept;
+  void SaveWhatIsDue() noexcept;
 
-  bool TrimToEntry(const SComplex*& data, std::int32_t& count);
-  void Downconvert(const SComplex* data, std::int32_t count);
-  void CompleteOutput();
-  void StoreOutput(std::uint32_t count);
-  void GrowWorkBuffer(std::int32_t count);
-  void CheckWritten(bool written);
-  void Finish() noexcept;
-  void Fail(std::string_view reason) noexcept;
-
-  const DspBinding& m_dsp;
-  CBackgroundThreadBase& m_reader;
   std::condition_variable& m_blockDone;
-  COutputAccount& m_account;
-  const OutputEntry* m_pEntry = nullptr;
-  RequestPtr m_pFinishedNotice;  // for the reader
+  const std::size_t m_nFilesAtATime;
   RequestPtr m_pCloseRequest;
-  CWaveFileData m_output;
-  COutputBuffer m_buffer;
-  ComplexBuffer m_pPiece;  // the stretch of input that is being shifted and decimated
-  std::uint32_t m_hDsp;
-
-  std::atomic<bool> m_bFileOpen = false;
-  std::atomic<bool> m_bFinished = false;
+  std::vector<const CEntryWriter*> m_given;  // the reader's thread only
+  std::vector<CEntryWriter*> m_entries;      // those begun; the writer's thread only
+  std::atomic<bool> m_bBeginNoMore = false;
+  std::vector<CEntryWriter*> m_due;  // room for all
+  CConverterWork m_work;
   std::uint64_t m_nBlocksGiven = 0;  // the reader's thread only
   std::atomic<std::uint64_t> m_nBlocksDone = 0;
-  bool m_bStarted = false;            // the entry's first sample was met
-  std::int64_t m_llSkip = 0;          // input samples before the entry starts
-  std::int64_t m_llLeft = 0;          // input samples still to process; 0 means no limit
-  std::int64_t m_llInputSamples = 0;  // given to the downconverter
-  std::int64_t m_llOutputSamples = 0;
-  std::int32_t m_nDataCalls = 0;
-
-  std::int32_t m_nWorkCapacity = 0;  // samples
-  ComplexBuffer m_pWork;             // the output of a block
 };
 
 }  // namespace carvello

@@ -1,5 +1,6 @@
 #include "engine/block_pool.h"
 
+#include <cstddef>
 #include <cstring>
 #include <new>
 
@@ -7,11 +8,12 @@ namespace carvello {
 
 namespace {
 
-static_assert(sizeof(SComplex) >= sizeof(SComplex*), "a free block's first sample holds the address of the next");
+constexpr std::size_t kAddressBytes = sizeof(void*);
+static_assert(sizeof(SComplex) >= kAddressBytes, "a free block's first sample holds the address of the next");
 
 SComplex* NextOf(const SComplex* block) {
   SComplex* next = nullptr;
-  std::memcpy(&next, block, sizeof(next));
+  std::memcpy(static_cast<void*>(&next), block, kAddressBytes);
   return next;
 }
 
@@ -31,7 +33,7 @@ ComplexBuffer CBlockPool::CFreeBlocks::Take() noexcept {
 
 void CBlockPool::CFreeBlocks::Add(SComplex* block) noexcept {
   const CLockGuard guard(m_lock);
-  std::memcpy(static_cast<void*>(block), &m_pFirst, sizeof(m_pFirst));
+  std::memcpy(static_cast<void*>(block), static_cast<const void*>(&m_pFirst), kAddressBytes);
   m_pFirst = block;
 }
 

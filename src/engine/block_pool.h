@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "dsp/complex_sample.h"
 #include "dsp/primitives.h"
+#include "fourier/complex_sample.h"
 #include "support/mutex.h"
 
 namespace carvello {

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 
-#include "dsp/complex_sample.h"
 #include "dsp/primitives.h"
-#include "input/wave_file_reader.h"
+#include "fourier/complex_sample.h"
+#include "input/sample_file.h"
+#include "recording/sample_kind.h"
 #include "recording/wave_format.h"
 
 namespace carvello {
@@ -19,23 +21,25 @@ inline constexpr std::uint32_t kBlockFrames = 0x40000;
 inline constexpr std::uint32_t kStretchFrames = 0x200000;
 static_assert(kStretchFrames % kBlockFrames == 0);
 
-// Whether samples of this format can be converted: I/Q pairs of PCM with 8, 16, 24 or 32 bits, or of 32-bit float.
-bool CanConvert(const WAVEFORMATEXTENSIBLE& format);
-// The same as a sentence for the user: what the format is and what is accepted.
+// For a format that tells no known kind of samples, as a sentence for the user: what it is and what is accepted.
 std::string UnsupportedFormatText(const WAVEFORMATEXTENSIBLE& format);
 
-// One per job; used on the reader's thread.
+// Used by one thread at a time.
 class CBlockReader {
  public:
-  // Reads at most kBlockFrames frames from the file's read position and converts them to complex floats at 16-bit full
-  // scale (32768). Frames read; fewer than kBlockFrames at the end of the data, 0 behind it. The destination holds
-  // kBlockFrames samples; it stays as it is for a format that nothing converts.
-  std::uint32_t ReadBlock(CWaveFileReader& file, SComplex* destination);
+  // Reads `frames` frames, kBlockFrames at most, from the file's read position and converts them to complex floats at
+  // 16-bit full scale (32768). Lost frames are zeros. Frames read; fewer at the end of the data, 0 behind it.
+  std::uint32_t ReadBlock(CSampleFile& file, SComplex* destination, std::uint32_t frames = kBlockFrames);
+
+  // Float samples that are infinite, no numbers or beyond any level become zero. How many there were since it was asked
+  // for last.
+  std::int64_t TakeSilenced() { return std::exchange(m_nSilenced, 0); }
 
  private:
-  void Convert(const CWaveFileReader& file, float* values, std::int32_t bytes) const;
+  void Convert(const SSampleKind& kind, SComplex* samples, std::int32_t frames);
 
   Int16Buffer m_pRaw;  // file bytes
+  std::int64_t m_nSilenced = 0;
 };
 
 }  // namespace carvello

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "engine/input_frames.h"
 #include "support/formatting.h"
 #include "support/system_time.h"
 #include "support/text.h"
@@ -9,8 +10,6 @@
 namespace carvello {
 
 namespace {
-
-constexpr std::int64_t kSmallestBandwidth = 10;  // Hz
 
 struct SBand {
   std::int64_t nLowest;
@@ -46,9 +45,10 @@ std::optional<SEntryFault> EndFault(const SEntryFields& fields, const CRecording
 }
 
 std::optional<SEntryFault> StartFault(const SEntryFields& fields, const CRecordingSet& recording) {
+  if (fields.startMode != EStartMode::At) return std::nullopt;
   const std::int64_t rate = std::max<std::int64_t>(recording.nSampleRate, 1);
-  const std::int64_t seconds = (FramesOf(recording) + rate - 1) / rate;
-  if (fields.startMode != EStartMode::At || fields.tPickedStart - recording.tStart < seconds) return std::nullopt;
+  const std::int64_t seconds = (CInputFrames(recording).Total() + rate - 1) / rate;
+  if (fields.tPickedStart - recording.tStart < seconds) return std::nullopt;
   return SEntryFault{"Start Time",
                      "The start time lies behind the last sample: the times of the files leave gaps, but their samples "
                      "follow each other as one stream.",
@@ -78,16 +78,6 @@ std::string OutsideBandText(const OutputEntry& entry) {
   const SBand recorded = BandOf(entry.nInputFrequency, entry.nInputSampleRate);
   return Format("%s outside %s to %s", place == EBandPlace::WhollyOutside ? "wholly" : "partly",
                 FormatFrequency64(recorded.nLowest).c_str(), FormatFrequency64(recorded.nHighest).c_str());
-}
-
-std::int64_t BytesOfFrame(const CRecordingSet& recording) {
-  const std::uint32_t told = recording.format.Format.wBitsPerSample;
-  const std::uint32_t bits = told > 0 ? told : recording.nBitsPerSample;
-  return std::max<std::int64_t>(bits / 8 * 2LL, 1);
-}
-
-std::int64_t FramesOf(const CRecordingSet& recording) {
-  return recording.TotalBytes() / BytesOfFrame(recording);
 }
 
 }  // namespace carvello

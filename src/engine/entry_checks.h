@@ -21,6 +21,8 @@ struct SEntryFault {
 // "Caption: problem", a line break, and what is accepted.
 std::string FaultText(const SEntryFault& fault);
 
+inline constexpr std::int64_t kSmallestBandwidth = 10;  // Hz
+
 // A bandwidth that no output can have. Wider than 32 bits, for it is asked before the fields are filled.
 std::optional<SEntryFault> BandwidthFault(std::int64_t bandwidth, const CRecordingSet& recording);
 // A picked end that does not lie behind the start.
@@ -37,9 +39,5 @@ enum class EBandPlace { Inside, PartlyOutside, WhollyOutside };
 EBandPlace BandPlace(const OutputEntry& entry);
 // "partly outside 6.100 MHz to 8.100 MHz"; empty for a band inside.
 std::string OutsideBandText(const OutputEntry& entry);
-
-std::int64_t BytesOfFrame(const CRecordingSet& recording);
-// Frames that the recording's bytes hold.
-std::int64_t FramesOf(const CRecordingSet& recording);
 
 }  // namespace carvello

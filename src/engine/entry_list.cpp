@@ -5,6 +5,7 @@
 #include <map>
 #include <tuple>
 
+#include "recording/sigmf_writer.h"
 #include "support/formatting.h"
 #include "support/platform.h"
 #include "support/system_time.h"
@@ -41,7 +42,7 @@ std::string Differences(const OutputEntry& a, const OutputEntry& b) {
   };
   add(platform::FolderOf(a.strFileName) != platform::FolderOf(b.strFileName), "folder");
   add(a.nBitsPerSample != b.nBitsPerSample, "sample size");
-  add(a.nFileSizeMB != b.nFileSizeMB, "file size");
+  add(a.nFileSizeMB != b.nFileSizeMB || a.format != b.format, "file size");
   return text;
 }
 
@@ -49,7 +50,9 @@ std::string Differences(const OutputEntry& a, const OutputEntry& b) {
 
 void CEntryList::SetRecording(const CRecordingSet& recording, const SInfoTexts& infoTexts) {
   Reset();
-  m_input = {recording.tStart, recording.tEnd, recording.nRadioCenterFreq, recording.nSampleRate};
+  m_input = {recording.tStart, recording.tEnd, recording.nRadioCenterFreq, recording.nSampleRate,
+             recording.nStartNanoseconds};
+  m_inputName = recording.files.empty() ? std::string() : platform::NameOf(recording.files.front().strPath);
   m_metadata = recording.strMetadata;
   m_info[0] = infoTexts.strIPRD;
   m_info[1] = infoTexts.strIART;
@@ -92,13 +95,16 @@ std::optional<SEntryProblem> CEntryList::AddEntry(const SEntryFields& fields) {
     totalSamples = FramesIn(end - start, rate);
   }
 
-  auto listed = std::make_unique<SListed>();
+  auto listed = std::make_shared<SListed>();
   OutputEntry& entry = listed->entry;
   entry.nFlags = fields.nBandwidth == 0 ? 1 : 0;
   entry.nBitsPerSample = fields.b32Bit ? 32 : 16;
   entry.nFileSizeMB = fields.nFileSizeMB;
+  entry.format = fields.format;
   entry.tStart = start;
   entry.tEnd = end;
+  entry.nStartNanoseconds = m_input.nStartNanoseconds;
+  entry.strInputName = m_inputName;
   entry.strMetadata = m_metadata;
   entry.strInfo1 = m_info[0];
   entry.strInfo2 = m_info[1];
@@ -117,18 +123,21 @@ std::optional<SEntryProblem> CEntryList::AddEntry(const SEntryFields& fields) {
   NameEntry(
       *listed,
       Format("%s, f=%s, bw=%s", StartText(start, fields.bUtc).c_str(), frequencyText.c_str(), bandwidthText.c_str()),
-      fields.strOutputFolder);
+      fields.strOutputFolder, fields.nNameNumber);
   m_entries.push_back(std::move(listed));
   m_bRebuilt = false;
   return std::nullopt;
 }
 
-void CEntryList::NameEntry(SListed& listed, const std::string& name, const std::string& folder) {
+void CEntryList::NameEntry(SListed& listed, const std::string& name, const std::string& folder, int wanted) {
   OutputEntry& entry = listed.entry;
-  listed.strStem = platform::JoinPath(folder, name);
-  const int number = m_names.Take(listed.strStem, KeyOf(entry));
-  entry.strDisplayName = number == 1 ? name + ".wav" : Format("%s (%d).wav", name.c_str(), number);
-  entry.strFileName = platform::JoinPath(folder, entry.strDisplayName);
+  const std::string whole = platform::AbsolutePath(folder.empty() ? "." : folder);
+  listed.strStem = platform::JoinPath(whole, name);
+  const int number = m_names.Take(listed.strStem, KeyOf(entry), wanted);
+  listed.nNumber = number;
+  entry.strDisplayName = number == 1 ? name : Format("%s (%d)", name.c_str(), number);
+  entry.strDisplayName += entry.format == EOutputFormat::SigMf ? kSigMfDataExtension : ".wav";
+  entry.strFileName = platform::JoinPath(whole, entry.strDisplayName);
 }
 
 void CEntryList::AddSequence(SEntryFields fields, std::int64_t from, std::int64_t to, std::int64_t step,
@@ -169,6 +178,47 @@ void CEntryList::Drop(const std::vector<bool>& dropped) {
     m_entries[i].reset();
   }
   std::erase(m_entries, nullptr);
+}
+
+void CEntryList::Take(std::vector<OutputEntry> entries) {
+  Reset();
+  for (OutputEntry& entry : entries) {
+    auto listed = std::make_shared<SListed>();
+    listed->entry = std::move(entry);
+    m_entries.push_back(std::move(listed));
+  }
+}
+
+void CEntryList::PutBack(const Saved& saved) {
+  m_names.Clear();
+  for (const auto& listed : saved) m_names.Take(listed->strStem, KeyOf(listed->entry), listed->nNumber);
+  m_entries = saved;
+  m_bRebuilt = true;
+}
+
+bool CEntryList::IsIn(const SListed& listed, const std::string& whole) {
+  return listed.entry.strFileName == platform::JoinPath(whole, listed.entry.strDisplayName);
+}
+
+void CEntryList::MoveTo(const std::string& folder) {
+  const std::string whole = platform::AbsolutePath(folder.empty() ? "." : folder);
+  m_names.Clear();
+  // Those that are there have their names before any that comes.
+  for (const auto& listed : m_entries) {
+    if (IsIn(*listed, whole)) m_names.Take(listed->strStem, KeyOf(listed->entry), listed->nNumber);
+  }
+  for (auto& listed : m_entries) {
+    if (IsIn(*listed, whole)) continue;
+    auto moved = std::make_shared<SListed>(*listed);
+    NameEntry(*moved, platform::NameOf(listed->strStem), folder, listed->nNumber);
+    listed = std::move(moved);
+  }
+}
+
+std::size_t CEntryList::CountOutside(const std::string& folder) const {
+  const std::string whole = platform::AbsolutePath(folder.empty() ? "." : folder);
+  return static_cast<std::size_t>(std::count_if(m_entries.begin(), m_entries.end(),
+                                                [&whole](const auto& listed) { return !IsIn(*listed, whole); }));
 }
 
 void CEntryList::Reset() {

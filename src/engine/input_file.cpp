@@ -20,61 +20,93 @@ std::string FormatText(const WAVEFORMATEXTENSIBLE& format) {
 
 }  // namespace
 
-void CInputFile::Describe(const WAVEFORMATEXTENSIBLE& format, bool floatScale) {
+void CInputFile::Describe(const SSampleKind& kind, const WAVEFORMATEXTENSIBLE& format) {
+  m_kind = kind;
   m_format = format;
-  m_file.SetFloatScale(floatScale);
   m_strProblem.clear();
 }
 
 bool CInputFile::Open(const SRecordingFile& file) {
   m_strProblem.clear();
   m_expected = file;
-  WAVEFORMATEXTENSIBLE format;
-  std::int64_t dataBytes = 0;
   if (!m_file.Open(file.strPath)) {
-    return Fail(Format("cannot be opened - %s", SystemErrorText(m_file.ErrorCode()).c_str()));
+    return Fail(Format("cannot be opened - %s", SystemErrorText(m_file.File().ErrorCode()).c_str()));
   }
-  bool good = CheckStamp();
-  if (good && !m_file.ParseWave(format, dataBytes)) {
-    const std::uint32_t error = m_file.ErrorCode();
-    good = Fail(error != 0 ? Format("cannot be read - %s", SystemErrorText(error).c_str())
-                           : "no samples could be found in it");
-  }
-  if (good && !CanConvert(format)) good = Fail(UnsupportedFormatText(format));
-  if (good) good = CheckContents(format, dataBytes);
+  const bool good = CheckStamp() && (file.container == EContainer::Wave ? FindInWave() : FindByLayout());
   if (!good) m_file.Close();
   return good;
+}
+
+bool CInputFile::FindInWave() {
+  WAVEFORMATEXTENSIBLE format;
+  std::int64_t dataBytes = 0;
+  if (!m_file.File().ParseWave(format, dataBytes)) {
+    const std::uint32_t error = m_file.File().ErrorCode();
+    return Fail(error != 0 ? Format("cannot be read - %s", SystemErrorText(error).c_str())
+                           : "no samples could be found in it");
+  }
+  if (!KindOfWave(format).IsKnown()) return Fail(UnsupportedFormatText(format));
+  if (!SameSamples(format, m_format)) {
+    return Fail(Format("its samples are %s, those of the recording %s", FormatText(format).c_str(),
+                       FormatText(m_format).c_str()));
+  }
+  if (dataBytes != m_expected.nSampleBytes) {
+    return Fail(Format("it holds %lld sample bytes, the recording has %lld there", static_cast<long long>(dataBytes),
+                       static_cast<long long>(m_expected.nSampleBytes)));
+  }
+  m_file.BeginWave(m_kind);
+  return true;
+}
+
+// The file is as large and as old as it was: its samples lie where they lay then.
+bool CInputFile::FindByLayout() {
+  if (!CheckDescribing()) return false;
+  m_file.Begin(m_kind, m_expected.layout);
+  return true;
+}
+
+bool CInputFile::CheckDescribing() {
+  for (const SDescribingFile& file : m_expected.describedBy) {
+    const auto status = platform::GetFileStatus(file.strPath);
+    if (!status) return Fail(Format("%s, which describes it, cannot be had any more", file.strPath.c_str()));
+    const SFileStamp found(*status);
+    if (found.nSize != file.stamp.nSize || found.nModified != file.stamp.nModified) {
+      return Fail(Format("%s, which describes it, has changed since it was analysed", file.strPath.c_str()));
+    }
+  }
+  return true;
 }
 
 void CInputFile::Close() {
   m_file.Close();
 }
 
+void CInputFile::Forget() {
+  m_file.Close();
+  m_strProblem.clear();
+}
+
 bool CInputFile::SkipFrames(std::int64_t frames) {
-  if (m_file.SkipFrames(frames)) return true;
+  if (m_file.Seek(frames)) return true;
   return Fail(Format("frame %lld cannot be reached", static_cast<long long>(frames)));
 }
 
-std::uint32_t CInputFile::ReadBlock(SComplex* destination) {
-  const std::uint32_t frames = m_blockReader.ReadBlock(m_file, destination);
+std::uint32_t CInputFile::ReadBlock(SComplex* destination, std::uint32_t frames) {
+  const std::uint32_t done = m_blockReader.ReadBlock(m_file, destination, frames);
   // What was read counts only if the file is still the same behind it.
-  if (!CheckStamp()) return 0;
-  if (m_file.ErrorCode() != 0 || (frames < kBlockFrames && !AtEnd())) {
-    const std::string reason =
-        m_file.ErrorCode() != 0 ? SystemErrorText(m_file.ErrorCode()) : "the file ends too early";
+  if (!CheckStamp() || !CheckDescribing()) return 0;
+  const std::uint32_t error = m_file.File().ErrorCode();
+  if (error != 0 || (done < frames && !AtEnd())) {
+    const std::string reason = error != 0 ? SystemErrorText(error) : "the file ends too early";
     Fail(Format("reading stopped at byte %lld of its %lld sample bytes - %s",
-                static_cast<long long>(m_file.DataBytesRead()), static_cast<long long>(m_file.DataBytesTotal()),
-                reason.c_str()));
+                static_cast<long long>(Position() * BytesPerFrame()),
+                static_cast<long long>(Frames() * BytesPerFrame()), reason.c_str()));
   }
-  return frames;
-}
-
-bool CInputFile::AtEnd() const {
-  return m_file.DataBytesTotal() - m_file.DataBytesRead() < std::int64_t{BytesPerFrame()};
+  return done;
 }
 
 bool CInputFile::CheckStamp() {
-  const auto status = m_file.Status();
+  const auto status = m_file.File().Status();
   if (!status) return Fail("its status cannot be had any more");
   const SFileStamp found(*status);
   if (found == m_expected.stamp) return true;
@@ -88,18 +120,6 @@ bool CInputFile::CheckStamp() {
   // In a job of hours the system forgets files that nobody reads, and with them numbers that it made up.
   if (found.nVolume == m_expected.stamp.nVolume && !platform::KeepsFileNumbers(m_expected.strPath)) return true;
   return Fail("it has changed since it was analysed: another file has its name");
-}
-
-bool CInputFile::CheckContents(const WAVEFORMATEXTENSIBLE& format, std::int64_t dataBytes) {
-  if (!SameSamples(format, m_format)) {
-    return Fail(Format("its samples are %s, those of the recording %s", FormatText(format).c_str(),
-                       FormatText(m_format).c_str()));
-  }
-  if (dataBytes != m_expected.nSampleBytes) {
-    return Fail(Format("it holds %lld sample bytes, the recording has %lld there", static_cast<long long>(dataBytes),
-                       static_cast<long long>(m_expected.nSampleBytes)));
-  }
-  return true;
 }
 
 // The first problem is kept. Always false.

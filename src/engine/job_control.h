@@ -2,23 +2,26 @@
 // on one thread, the one that owns the entry list; the workers report through the message target.
 #pragma once
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "dsp/dsp_binding.h"
+#include "engine/block_listener.h"
 #include "engine/entry_list.h"
+#include "engine/job_options.h"
+#include "engine/job_plan.h"
 #include "engine/message_box.h"
 #include "engine/message_target.h"
-#include "engine/output_files.h"
 #include "engine/output_result.h"
 #include "engine/progress_span.h"
 #include "input/recording_set.h"
-#include "recording/write_policy.h"
 
 namespace carvello {
 
@@ -40,23 +43,9 @@ class IJobQuestions {
   virtual void JobStarting() {}
 };
 
-enum class EStartResult {
-  Started,
-  Declined,          // the user answered No or Cancel
-  AllFilesExist,     // nothing was left to do
-  LibraryMissing,    // the downconverter library is not complete
-  InputUnsupported,  // nothing converts the input's sample size
-  OutputIsInput,     // an output would replace a file of the input
-  OutputUnwritable,  // the output folder is missing or cannot be written to, or an old part cannot be removed
-  NoThread,          // the system gives no thread or no memory
-};
-
-struct SJobOptions {
-  bool bSync = true;  // outputs stand on the medium, safe from a power cut, before they count as written
-};
-
-// Why no job can read this recording, as a text that names the file and what is accepted; nothing when one can.
-std::optional<std::string> InputProblem(const CRecordingSet& recording);
+// Entries that one pass takes: the usual number, and at most, whatever the machine.
+inline constexpr unsigned kEntriesPerProcessor = 4;
+inline constexpr unsigned kMostEntriesOfAPass = 1'000;
 
 class CJobControl {
  public:
@@ -67,7 +56,12 @@ class CJobControl {
   CJobControl& operator=(const CJobControl&) = delete;
 
   unsigned Processors() const { return m_nProcessors; }
-  unsigned MaxEntries() const { return 4 * m_nProcessors; }
+  // Of one job; the usual number, four a processor, unless told otherwise.
+  unsigned MaxEntries() const { return m_nMaxEntries; }
+  unsigned UsualEntries() const { return kEntriesPerProcessor * m_nProcessors; }
+  // Both numbers, for the log.
+  std::string LimitsText() const;
+  void SetMaxEntries(unsigned entries) { m_nMaxEntries = std::clamp(entries, 1U, kMostEntriesOfAPass); }
 
   // Starts a job over the first entries of the list, but not those that failed in a batch that this one continues. What
   // stands in the way is put to the user; nothing is created then. The list and the recording must stay unchanged until
@@ -75,8 +69,21 @@ class CJobControl {
   // Without consent to overwrite, what an earlier job has finished is left out and what it has not finished is done
   // again.
   EStartResult Start(const CEntryList& entries, const CRecordingSet& recording, const SJobOptions& options = {});
+  // The same in steps, for an owner that cannot wait for disks. The result is Started when the next step may follow:
+  // the plan looks at the disks, the user is asked about what it found, the plan chooses, the job begins. What the plan
+  // does may be done on any thread, and be left to itself there; the others belong to this object's thread.
+  EStartResult Plan(const CEntryList& entries, const CRecordingSet& recording, const SJobOptions& options,
+                    std::shared_ptr<CJobPlan>& pPlan);
+  EStartResult AskAbout(const CJobPlan& plan, bool& overwrite);
+  EStartResult Begin(const CJobPlan& plan);  // OutputUnwritable: nothing is left to do, see EntryStates
+  // How long Begin waits until reading has begun, and StopSoon until it has ended; for as long as it takes unless told.
+  void SetPatience(std::chrono::milliseconds patience) { m_patience = patience; }
+  // Who hears of every block that the jobs from the next Start on read; nobody: nullptr.
+  void SetListener(std::shared_ptr<IBlockListener> listener) { m_pListener = std::move(listener); }
   // Ends a running job; every file is finished and closed on return.
   void Stop();
+  // The same without waiting longer than the patience. On false the job ends as soon as it can; see OnIdle.
+  bool StopSoon();
   bool IsRunning() const { return m_bJobRunning; }
 
   // To be called whenever the owner has nothing else to do. True once, when the job has just ended on its own; all
@@ -95,30 +102,21 @@ class CJobControl {
   const std::vector<SOutputResult>& Results() const { return m_results; }
   // Of the running job or the last one, in the order of its entries. May be called at any moment.
   std::vector<SEntryState> EntryStates() const;
+  // What changes as long as the running job gets on, and, while it does not, the file or folder that it waits for as
+  // far as that can be told.
+  std::uint64_t Steps() const;
+  std::string Place(const CRecordingSet& recording) const;
   // What the running job or the last one reads of the recording that it was started with.
   SProgressSpan Span(const CRecordingSet& recording) const { return SpanOf(m_jobEntries, recording); }
   std::int64_t InputBytesRead() const { return m_nInputBytesRead; }  // of the last job
 
  private:
-  struct SObstacle {
-    EStartResult result;
-    std::string strText;
-  };
-
-  // What is to be written, and how.
-  struct SChosen {
-    std::vector<const OutputEntry*> entries;
-    std::vector<SWritePolicy> policies;  // of each
-    std::vector<std::string> notes;      // for the log: what became of files that exist
-  };
-
-  EStartResult StartJob(const CEntryList& entries, const CRecordingSet& recording, const SJobOptions& options);
-  std::optional<SObstacle> FindObstacle(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording,
-                                        COutputFolders& folders) const;
-  static SChosen Choose(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording,
-                        COutputFolders& folders, bool overwrite, const SJobOptions& options);
+  EStartResult WithMemory(const std::function<EStartResult()>& step);
+  EStartResult Refuse(EStartResult result, const std::string& reason);
+  void LeaveOut(const OutputEntry& entry, const std::string& reason);
+  bool WaitUntil(const std::function<bool()>& condition) const;
   bool BeginJob();
-  void PostJob(const SChosen& chosen, const CRecordingSet& recording);
+  void PostJob(const CJobPlan& plan);
   void FinishJob() noexcept;
   void Log(const std::string& text);
 
@@ -126,9 +124,15 @@ class CJobControl {
   IMessageTarget& m_target;
   IJobQuestions& m_questions;
   unsigned m_nProcessors;
+  unsigned m_nMaxEntries;
   bool m_bJobRunning = false;
   bool m_bReaderConfigured = false;
   std::unique_ptr<CBackgroundThreadReader> m_pReader;
+  std::shared_ptr<IBlockListener> m_pListener;
+  std::chrono::milliseconds m_patience = std::chrono::hours(24 * 365);
+  std::uint64_t m_nStart = 0;                    // the last request by which the job begins
+  std::vector<const OutputEntry*> m_planned;     // of the plan made last
+  std::vector<SEntryState> m_leftOut;            // failed before the job began
   std::vector<const OutputEntry*> m_jobEntries;  // of the running job or the last one
   std::set<const OutputEntry*> m_failed;         // in the earlier batches that the next Start goes on from
   bool m_bContinues = false;                     // the next Start goes on

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "engine/output_rate.h"
+#include "engine/output_stretch.h"
 
 namespace carvello {
 
@@ -40,7 +40,8 @@ COutputAccount::COutputAccount(const OutputEntry& entry) : m_entry(entry) {
   m_result.nBitsPerSample = entry.nBitsPerSample;
 }
 
-void COutputAccount::Open(std::int64_t inputFrames, std::int64_t late) noexcept {
+void COutputAccount::Open(std::int64_t due, std::int64_t late) noexcept {
+  m_nLate = late;
   std::array<char, 128> text{};
   if (m_entry.nOutputSampleRate == 0) {
     Fail("a bandwidth of 0 Hz cannot be cut");
@@ -52,14 +53,9 @@ void COutputAccount::Open(std::int64_t inputFrames, std::int64_t late) noexcept 
     std::snprintf(text.data(), text.size(), "samples of %u bits cannot be written", m_entry.nBitsPerSample);
     Fail(text.data());
   }
-  const std::int64_t left = inputFrames - m_entry.nStartSample;
-  // A start that all writers reach late leaves less to an entry without an end; one with an end is owed all of it.
-  m_nDue = m_entry.nTotalSamples == 0 ? left - late : std::min(m_entry.nTotalSamples, left);
-  if (left - late <= 0 || m_nDue <= 0) {
-    m_nDue = 0;
-    Fail("no samples of the input lie between its start and its end");
-  }
-  m_result.nFramesDue = OutputFramesDue(m_nDue, m_entry.nInputSampleRate, m_entry.nOutputSampleRate);
+  m_nDue = due;
+  if (due <= 0) Fail("no samples of the input lie between its start and its end");
+  m_result.nFramesDue = OutputFramesOf(m_entry, m_nDue);
 }
 
 void COutputAccount::Fail(std::string_view reason) noexcept {

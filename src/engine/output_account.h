@@ -32,9 +32,13 @@ class COutputAccount {
 
   const OutputEntry& Entry() const { return m_entry; }
 
-  // Tells how many frames the input has; from this comes what is due. `late`: input frames by which all entries of the
-  // job begin behind their start, see CBackgroundThreadReader::SetOutputs. An entry that nothing can be made of fails.
-  void Open(std::int64_t inputFrames, std::int64_t late) noexcept;
+  // `due`: input frames of the span, see CInputFrames::Due; `late`: frames by which it begins behind its start. An
+  // entry that nothing can be made of fails.
+  void Open(std::int64_t due, std::int64_t late = 0) noexcept;
+  std::int64_t Late() const noexcept { return m_nLate; }
+  void SetEngine(EEngine engine) noexcept { m_result.engine = engine; }
+  // Of an entry with a stretch; before Close.
+  void SetMarks(std::vector<SStretchMark> marks) noexcept { m_result.marks = std::move(marks); }
   // The first reason is kept.
   void Fail(std::string_view reason) noexcept;
   bool HasFailed() const noexcept { return m_bFailed; }
@@ -42,8 +46,8 @@ class COutputAccount {
   const std::string& Reason() const noexcept { return m_strReason; }
   // Frames of the span were given to the downconverter, following those before.
   void CountGiven(std::int64_t frames) noexcept;
-  // Whether its whole span was.
-  bool IsSpanGiven() const noexcept { return m_nGiven >= m_nDue; }
+  // Whether its whole span is with so many more.
+  bool IsSpanGiven(std::int64_t more) const noexcept { return m_nGiven + more >= m_nDue; }
 
   // The output is closed and nothing more will come. `sampleRate`, `bytes`, `files`: what stands in its files, as the
   // file layer found it when it closed them.
@@ -57,7 +61,8 @@ class COutputAccount {
   void Settle(const SJobEnd& end) noexcept;
   void Shortfall(const char* what, std::int64_t there, std::int64_t due) noexcept;
   const OutputEntry& m_entry;
-  std::int64_t m_nDue = 0;                 // input frames of the span that the input has
+  std::int64_t m_nDue = 0;  // input frames of the span that the input has
+  std::int64_t m_nLate = 0;
   std::atomic<std::int64_t> m_nGiven = 0;  // given to the downconverter
   std::atomic<bool> m_bFailed = false;
   std::atomic<EOutputState> m_state = EOutputState::Waiting;

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
+#include "recording/sigmf_writer.h"
 #include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
@@ -76,10 +78,19 @@ const COutputFolders::Names& COutputFolders::NumberedNames(const std::string& fo
 }
 
 std::vector<std::string> COutputFolders::ExistingParts(const OutputEntry& entry) {
+  return PartsNamed(entry, entry.strFileName);
+}
+
+std::vector<std::string> COutputFolders::ExistingMetaParts(const OutputEntry& entry) {
+  return PartsNamed(entry, SigMfMetaPath(entry.strFileName));
+}
+
+// The parts of the entry's output among the files that are numbered as the parts of this path are.
+std::vector<std::string> COutputFolders::PartsNamed(const OutputEntry& entry, const std::string& path) {
   std::vector<std::string> parts;
-  if (IsSingleRf64(entry)) return parts;
-  const std::string folder = platform::FolderOf(entry.strFileName);
-  const std::string outputName = platform::NameOf(entry.strFileName);
+  if (IsOneFile(entry)) return parts;
+  const std::string folder = platform::FolderOf(path);
+  const std::string outputName = platform::NameOf(path);
   const std::string stem = outputName.substr(0, outputName.rfind('.'));
   const auto [begin, end] = NumberedNames(folder).equal_range(DigitsOf(stem));
   for (auto name = begin; name != end; ++name) {
@@ -95,8 +106,18 @@ std::vector<std::string> COutputFolders::ExistingParts(const OutputEntry& entry)
 std::vector<std::string> COutputFolders::ExistingOutputFiles(const OutputEntry& entry) {
   std::vector<std::string> files = ExistingParts(entry);
   files.insert(files.begin(), entry.strFileName);
+  if (HasMeta(entry)) AddMetaPaths(entry, files);
   std::erase_if(files, [](const std::string& file) { return !Counts(file); });
   return files;
+}
+
+// The meta files of all files, and those of parts that are gone. Not all need be there.
+void COutputFolders::AddMetaPaths(const OutputEntry& entry, std::vector<std::string>& files) {
+  if (IsOneFile(entry)) {
+    files.push_back(SigMfMetaPath(entry.strFileName));
+    return;
+  }
+  for (std::string& meta : ExistingMetaParts(entry)) files.push_back(std::move(meta));
 }
 
 std::vector<std::string> COutputFolders::InputFilesReplaced(const OutputEntry& entry,
@@ -107,9 +128,9 @@ std::vector<std::string> COutputFolders::InputFilesReplaced(const OutputEntry& e
   std::vector<std::string> replaced;
   for (const std::string& input : inputFiles) {
     const std::string inputName = platform::NameOf(input);
-    const bool byName = (platform::FileNamesEqual(inputName, outputName) ||
-                         (!IsSingleRf64(entry) && IsPartOf(inputName, outputName))) &&
-                        SameFile(platform::FolderOf(input), folder);
+    const bool byName =
+        (platform::FileNamesEqual(inputName, outputName) || (!IsOneFile(entry) && IsPartOf(inputName, outputName))) &&
+        SameFile(platform::FolderOf(input), folder);
     const bool bySameFile =
         std::any_of(existing.begin(), existing.end(), [&](const auto& file) { return SameFile(file, input); });
     if (byName || bySameFile) replaced.push_back(input);
@@ -120,7 +141,11 @@ std::vector<std::string> COutputFolders::InputFilesReplaced(const OutputEntry& e
 std::optional<std::string> RemoveOldParts(const OutputEntry& entry) {
   COutputFolders folders;
   // From part 0 on, which whoever writes an output of this name holds until its end.
-  for (const std::string& part : folders.ExistingParts(entry)) {
+  std::vector<std::string> parts = folders.ExistingParts(entry);
+  if (HasMeta(entry)) {
+    for (std::string& meta : folders.ExistingMetaParts(entry)) parts.push_back(std::move(meta));
+  }
+  for (const std::string& part : parts) {
     // What another job has removed in the meantime is gone as well; which of the two goes on shows at part 0.
     if (platform::RemoveUnusedFile(part) || platform::MeansMissing(platform::LastError())) continue;
     return Format("%s: %s", part.c_str(), SystemErrorText().c_str());

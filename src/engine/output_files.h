@@ -18,8 +18,11 @@ class COutputFolders {
   // entry that is not split. Only names that a split gives count: three digits, and from part 1000 on as many as it
   // takes.
   std::vector<std::string> ExistingParts(const OutputEntry& entry);
+  // The same of the meta files of such parts ("name 000.sigmf-meta", ...).
+  std::vector<std::string> ExistingMetaParts(const OutputEntry& entry);
   // Full paths of existing files that writing this entry would replace or stand beside as parts of one output: the file
-  // itself, and for a split output its parts. What cannot be read does not count, but a link that leads nowhere does.
+  // itself, for a split output its parts, and the meta files where it has some. What cannot be read does not count, but
+  // a link that leads nowhere does.
   std::vector<std::string> ExistingOutputFiles(const OutputEntry& entry);
   // The input files that writing this entry would replace, by name or by being the same file under another name.
   std::vector<std::string> InputFilesReplaced(const OutputEntry& entry, const std::vector<std::string>& inputFiles);
@@ -27,6 +30,8 @@ class COutputFolders {
  private:
   using Names = std::multimap<std::string, std::string>;  // of what may be parts, by what tells outputs apart roughly
 
+  std::vector<std::string> PartsNamed(const OutputEntry& entry, const std::string& path);
+  void AddMetaPaths(const OutputEntry& entry, std::vector<std::string>& files);
   const Names& NumberedNames(const std::string& folder);
 
   std::map<std::string, Names> m_folders;

@@ -13,6 +13,9 @@ inline bool DecimatesByWholeNumber(std::uint32_t outputRate) {
   return outputRate > kMaxFractionalRate;
 }
 
+// The whole number nearest to the ratio of the rates, by which it then decimates. Neither rate is 0.
+std::uint32_t WholeNumberDecimation(std::uint32_t inputRate, std::uint32_t outputRate);
+
 // The rate that the samples really have, rounded to whole Hz: with whole-number decimation it can differ from the one
 // asked for (1.5 MHz out of 2.4 MHz gives 1.2 MHz). 0 where the downconverter has none: it does not raise a rate, and
 // there is no rate of 0.

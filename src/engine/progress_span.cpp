@@ -2,12 +2,15 @@
 
 #include <algorithm>
 
+#include "engine/input_frames.h"
+
 namespace carvello {
 
 SProgressSpan SpanOf(const std::vector<const OutputEntry*>& entries, const CRecordingSet& recording) {
-  const double frameBytes = 2.0 * recording.nBitsPerSample / 8.0;
+  const CInputFrames input(recording);
+  const double frameBytes = input.BytesPerFrame();
   SProgressSpan span;
-  const auto sampleBytes = static_cast<double>(recording.TotalBytes());
+  const auto sampleBytes = static_cast<double>(input.Total()) * frameBytes;
   span.dInputBytes = static_cast<double>(recording.FileBytes());
   span.dBegin = sampleBytes;
   for (const OutputEntry* entry : entries) {

@@ -18,6 +18,11 @@ std::string OpenProblem(const std::string& path) {
   return SystemErrorText();
 }
 
+std::string RightsHint(const std::string& path) {
+  if (platform::IsReadable(path) || !platform::MeansRefused(platform::LastError())) return {};
+  return ": it may not be read. Ask for the right to read it, or copy it to where you may";
+}
+
 std::string LastProblem(const CMyStringArray& log) {
   std::string warning;
   std::string error;
@@ -28,14 +33,14 @@ std::string LastProblem(const CMyStringArray& log) {
   return error.empty() ? warning : error;
 }
 
-bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::string& error) {
+bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::string& error, const SGivenFacts& given) {
   const std::string problem = OpenProblem(path);
   if (!problem.empty()) {
-    error = path + ": " + problem;
+    error = path + ": " + problem + RightsHint(path);
     return false;
   }
   CMyStringArray log;
-  if (!AnalyseRecordingSet(path, input.recording, log) || input.recording.files.empty()) {
+  if (!AnalyseRecordingSet(path, input.recording, log, given) || input.recording.files.empty()) {
     const std::string reason = LastProblem(log);
     const char* const failure =
         input.recording.bReadFailed ? "the recording cannot be read" : "not recognised as an IQ recording";
@@ -48,6 +53,7 @@ bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::st
   for (const std::string& line : log) {
     if (line.find("[WARNING]") != std::string::npos) input.warnings.push_back(line);
   }
+  if (input.recording.files.front().container != EContainer::Wave) return true;
   const std::string& first = input.recording.files.front().strPath;
   std::string unread;
   ReadInfoTexts(first, input.infoTexts, &unread);

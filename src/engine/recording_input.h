@@ -16,10 +16,13 @@ struct SRecordingInput {
 };
 
 // Describes the set that the file belongs to. False when that cannot be done; `error` then names the file and why.
-bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::string& error);
+bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::string& error,
+                        const SGivenFacts& given = {});
 
 // Why the file cannot be opened at all; empty when it can.
 std::string OpenProblem(const std::string& path);
+// What stands behind that problem when the file is there and this user may not read it; empty else.
+std::string RightsHint(const std::string& path);
 // The last "[ERROR]" line of a reader's log, or the last "[WARNING]" one; empty when it has neither.
 std::string LastProblem(const CMyStringArray& log);
 

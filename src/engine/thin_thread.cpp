@@ -6,21 +6,21 @@
 namespace carvello {
 
 namespace {
-constexpr int kStartTries = 10;
 constexpr std::chrono::milliseconds kStartPause{250};
 }  // namespace
 
-bool CThinThread::StartThread() {
+bool CThinThread::StartThread(int tries) {
   m_bStop = false;
   m_bRunning = true;
-  for (int i = 0; i < kStartTries; ++i) {
+  for (int i = 0; i < tries; ++i) {
+    if (i > 0) std::this_thread::sleep_for(kStartPause);
     try {
       m_thread = std::thread([this] { Body(); });
       return true;
     } catch (const std::system_error&) {
-      std::this_thread::sleep_for(kStartPause);
+      // There may be one a little later.
     } catch (const std::bad_alloc&) {
-      std::this_thread::sleep_for(kStartPause);
+      // The same holds for memory.
     }
   }
   m_bRunning = false;

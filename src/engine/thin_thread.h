@@ -19,8 +19,9 @@ class CThinThread {
   CThinThread(const CThinThread&) = delete;
   CThinThread& operator=(const CThinThread&) = delete;
 
-  // False when the system gives no thread, after ten tries a quarter of a second apart.
-  bool StartThread();
+  static constexpr int kStartTries = 10;
+  // False when the system gives no thread, after so many tries a quarter of a second apart.
+  bool StartThread(int tries = kStartTries);
   // Asks the thread to end and waits until it has. It is never ended by force: that would leave a half-written file and
   // held locks behind, so a request that takes long (closing files on a slow disk) is waited for.
   void StopThread();

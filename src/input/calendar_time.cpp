@@ -16,18 +16,6 @@ constexpr std::int64_t kLastSecond = 253'402'300'799;  // of the year 9999
 constexpr double kTicksPerSecond = 1e7;                // of a file time
 constexpr double kMostSeconds = 1e11;                  // 3,000 years: no recording lasts that long
 
-std::tm Broken(const SDateFields& fields) {
-  std::tm broken{};
-  broken.tm_year = fields.nYear - 1900;
-  broken.tm_mon = fields.nMonth - 1;
-  broken.tm_mday = fields.nDay;
-  broken.tm_hour = fields.nHour;
-  broken.tm_min = fields.nMinute;
-  broken.tm_sec = fields.nSecond;
-  broken.tm_isdst = -1;
-  return broken;
-}
-
 std::string Text(const SDateFields& fields) {
   return Format("%04d-%02d-%02d %02d:%02d:%02d", fields.nYear, fields.nMonth, fields.nDay, fields.nHour, fields.nMinute,
                 fields.nSecond);
@@ -50,14 +38,26 @@ void Check(const SDateFields& fields, const std::string& where) {
 
 }  // namespace
 
+std::tm BrokenDownTime(const SDateFields& fields) {
+  std::tm broken{};
+  broken.tm_year = fields.nYear - 1900;
+  broken.tm_mon = fields.nMonth - 1;
+  broken.tm_mday = fields.nDay;
+  broken.tm_hour = fields.nHour;
+  broken.tm_min = fields.nMinute;
+  broken.tm_sec = fields.nSecond;
+  broken.tm_isdst = -1;
+  return broken;
+}
+
 std::int64_t UtcCalendarTime(const SDateFields& fields, const std::string& where) {
   Check(fields, where);
-  return platform::UtcSeconds(Broken(fields));
+  return platform::UtcSeconds(BrokenDownTime(fields));
 }
 
 std::int64_t LocalCalendarTime(const SDateFields& fields, const std::string& where) {
   Check(fields, where);
-  const std::int64_t seconds = platform::LocalSeconds(Broken(fields));
+  const std::int64_t seconds = platform::LocalSeconds(BrokenDownTime(fields));
   if (seconds < 0) {
     ThrowHResult(kInvalidArgument, Format("%s %s is no local time from 1970 on", where.c_str(), Text(fields).c_str()));
   }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <string>
 
 #include "support/system_time.h"
@@ -19,6 +20,9 @@ struct SDateFields {
   int nMinute = 0;
   int nSecond = 0;
 };
+
+// As the system's calendar takes them, which finds out whether there is daylight saving.
+std::tm BrokenDownTime(const SDateFields& fields);
 
 // Seconds since 1970 UTC of fields that a file gives in UTC, or in local time with daylight saving as the system knows
 // it. `where` names the place in the file for the error text. Raises the failure error for a year before 1970 or a

@@ -102,8 +102,9 @@ std::string TakeTimes(SLink& link) {
 
 class CChainedSet {
  public:
-  CChainedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set, CMyStringArray& log)
-      : m_set(set), m_log(log) {
+  CChainedSet(const std::string& selectedFile, const SFileFacts& selected, const SGivenFacts& given, CRecordingSet& set,
+              CMyStringArray& log)
+      : m_given(given), m_set(set), m_log(log) {
     m_selected.strPath = selectedFile;
     m_selected.facts = selected;
   }
@@ -131,6 +132,7 @@ class CChainedSet {
   }
   void DescribeBy(const SLink& first);
 
+  const SGivenFacts& m_given;
   CRecordingSet& m_set;
   CMyStringArray& m_log;
   SLink m_selected;
@@ -167,7 +169,10 @@ std::string CChainedSet::Hindrance() {
   const SFileFacts& facts = m_selected.facts;
   if (!facts.strError.empty()) return facts.strError;
   if (FamilyOf(facts.source) == kFamilies.size()) return WhyUnknown(facts);
-  if (facts.format.Format.nSamplesPerSec == 0) return "no sample rate in the file's format";
+  if (facts.format.Format.nSamplesPerSec == 0 && !m_given.nSampleRate) {
+    m_set.missing.push_back(EFact::SampleRate);
+    return "no sample rate in the file's format";
+  }
   return TakeTimes(m_selected);
 }
 
@@ -194,7 +199,7 @@ bool CChainedSet::Collect(const std::string& path) {
   SLink link{path, LookupMetadata(path), {}, {}};
   const SFileFacts& facts = link.facts;
   const RecordingSourceInfo& source = facts.source;
-  if (facts.bRecording && !facts.strXml.empty()) return true;
+  if (facts.foreign || (facts.bRecording && !facts.strXml.empty())) return true;
   const std::string name = platform::NameOf(path);
   if (IsUnreadable(facts)) {
     // A set without this member would be half a recording. A file that its owner keeps from this user, or a link in a
@@ -262,6 +267,8 @@ void CChainedSet::DescribeBy(const SLink& first) {
   m_set.strSourceName = source.strSourceName;
   m_set.tStart = first.start.nSeconds;
   m_set.nStartMilliseconds = first.start.nMilliseconds;
+  m_set.nStartNanoseconds = first.start.nMilliseconds * 1'000'000U;
+  m_set.nStartNanoseconds = first.start.nMilliseconds * 1'000'000;
   m_set.nRadioCenterFreq = source.nCentreFrequency;
   m_set.nSampleRate = format.nSamplesPerSec;
   m_set.nBandwidth = source.nBandwidth;
@@ -269,15 +276,16 @@ void CChainedSet::DescribeBy(const SLink& first) {
       format.nAvgBytesPerSec > 0 ? format.nAvgBytesPerSec : WholeBytesPerSecond(format, format.nSamplesPerSec);
   m_set.nBitsPerSample = format.wBitsPerSample;
   m_set.format = first.facts.format;
+  m_set.kind = KindOfWave(m_set.format);
   m_set.bFloat = IsFloat(first.facts.format);
   m_set.bRF64 = first.facts.bRF64;
 }
 
 }  // namespace
 
-bool DescribeChainedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set,
-                        CMyStringArray& log) {
-  return CChainedSet(selectedFile, selected, set, log).Describe();
+bool DescribeChainedSet(const std::string& selectedFile, const SFileFacts& selected, const SGivenFacts& given,
+                        CRecordingSet& set, CMyStringArray& log) {
+  return CChainedSet(selectedFile, selected, given, set, log).Describe();
 }
 
 }  // namespace carvello

@@ -12,7 +12,7 @@ namespace carvello {
 // Describes the set of the selected file, whose facts hold no XML metadata: files of the same program, centre frequency
 // and format, each of which begins where the one before ends, less than 6 seconds either way. False when the program
 // stayed unknown or the selected file's date cannot be; the log then says so.
-bool DescribeChainedSet(const std::string& selectedFile, const SFileFacts& selected, CRecordingSet& set,
-                        CMyStringArray& log);
+bool DescribeChainedSet(const std::string& selectedFile, const SFileFacts& selected, const SGivenFacts& given,
+                        CRecordingSet& set, CMyStringArray& log);
 
 }  // namespace carvello

@@ -69,7 +69,7 @@ bool CChunkWalk::Run() {
     const bool handled = HandleChunk();
     if (m_result.nError != 0) return false;
     if (!handled) {
-      const bool samplesKnown = m_bData && m_result.format.Format.nChannels > 0;
+      const bool samplesKnown = m_bData && (m_result.format.Format.nChannels > 0 || m_result.bBlankFormat);
       if (!samplesKnown) return false;
       m_result.warnings.push_back("damage behind the samples, " + std::exchange(m_result.strError, {}));
       break;
@@ -87,8 +87,11 @@ bool CChunkWalk::Run() {
 }
 
 bool CChunkWalk::ReadNextMarker() {
-  if (m_nSkip > BytesLeft()) {
-    m_strEnd = Format("the file ends in chunk \"%s\", before a data chunk", MarkerText(m_strMarker).c_str());
+  const std::int64_t left = BytesLeft();
+  if (m_result.nError != 0) return false;
+  if (m_nSkip > left) {
+    if (m_strEnd.empty())
+      m_strEnd = Format("the file ends in chunk \"%s\", before a data chunk", MarkerText(m_strMarker).c_str());
     return false;
   }
   if (!m_file.Seek(m_file.Position() + std::exchange(m_nSkip, 0))) return Break(platform::LastError());
@@ -135,6 +138,7 @@ bool CChunkWalk::HandleDs64() {
   Log(Format("Data size %lld", static_cast<long long>(sizes.nDataSize)));
   Log(Format("Frames    %lld", static_cast<long long>(sizes.nFrames)));
   Log(Format("Table len %d", Signed(sizes.nTableLength)));
+  m_bDs64 = m_file.Position() == sizeof(SFileHeader) + sizeof(sizes);  // the first chunk, or none
   m_nRiffSize64 = sizes.nRiffSize;
   m_nDataSize64 = sizes.nDataSize;
   return true;
@@ -157,6 +161,11 @@ bool CChunkWalk::HandleFormat() {
   if (verdict == EFormatVerdict::ReadFailed) {
     return Fail("[ERROR] Failed to read wave format descriptor from the file");
   }
+  if (verdict == EFormatVerdict::Blank && !m_bData) {
+    Warn("[WARNING] Format of zeros, it was never filled in");
+    m_result.bBlankFormat = true;
+    return true;
+  }
   if (!IsAccepted(verdict)) {
     Fail(FormatVerdictText(verdict, format));
     m_result.strError = Format("chunk \"%s\": %s", m_strMarker.c_str(), FormatProblem(verdict, format).c_str());
@@ -178,22 +187,27 @@ bool CChunkWalk::HandleData() {
   std::uint32_t size = 0;
   if (!ReadSize("[ERROR] Failed to read data size from the file", size)) return false;
   Log(Format("Size = %d", Signed(size)));
-  const bool sizeInDs64 = m_result.bRF64 && size == kSizeInDs64;
-  const SDataSize data =
-      sizeInDs64 ? Rf64DataSize(m_file, m_nDataSize64) : RiffDataSize(m_file, size, m_evidence.bElad);
-  if (data.nError != 0) return Break(data.nError);
+  const std::uint32_t frameBytes = FrameBytes(m_result.format.Format);
+  const bool sizeInDs64 = m_result.bRF64 && m_bDs64 && IsOpenSize(size);
+  const SDataSize data = sizeInDs64 ? Rf64DataSize(m_file, m_nDataSize64, frameBytes)
+                                    : RiffDataSize(m_file, size, m_evidence.bElad, frameBytes);
+  if (!CountRead(data)) return false;
   m_nSkip = data.nBytes;
   if (m_bData) {
     // The samples are read from the first one, so lengths must be of the first one too.
     Warn("[WARNING] Not the first data chunk, ignored");
     return true;
   }
-  if (!data.strWarning.empty()) Warn(data.strWarning);
+  if (m_result.bRF64 && !m_bDs64) WarnOfSize("[WARNING] Its ds64 chunk, which tells large sizes, is missing");
+  if (!m_strEnd.empty()) WarnOfSize("[WARNING] " + std::exchange(m_strEnd, {}) + ", where it goes on");
+  if (!data.strWarning.empty()) WarnOfSize(data.strWarning);
   m_bData = true;
+  m_bWrongSize = data.fault != ESizeFault::None;
+  m_result.nDataStart = m_file.Position();
   m_result.nDataBytes = m_result.nSampleBytes = data.nBytes;
-  if (m_result.bRF64 && !sizeInDs64) {
-    const SDataSize in64 = Rf64DataSize(m_file, m_nDataSize64);
-    if (in64.nError != 0) return Break(in64.nError);
+  if (m_result.bRF64 && m_bDs64 && !sizeInDs64) {
+    const SDataSize in64 = Rf64DataSize(m_file, m_nDataSize64, frameBytes);
+    if (!CountRead(in64)) return false;
     m_result.nSampleBytes = in64.nBytes;
     if (m_result.nSampleBytes != data.nBytes) {
       Warn(Format("[WARNING] Data size %lld, but ds64 tells %lld, which holds when the samples are read",
@@ -202,6 +216,12 @@ bool CChunkWalk::HandleData() {
   }
   m_result.bCutShort = !data.strWarning.empty();
   return true;
+}
+
+bool CChunkWalk::CountRead(const SDataSize& data) {
+  if (data.nReadBytes > 0) ++m_result.statistics.nReads;
+  m_result.statistics.nBytes += data.nReadBytes;
+  return data.nError == 0 || Break(data.nError);
 }
 
 bool CChunkWalk::HandleList() {
@@ -304,6 +324,7 @@ bool CChunkWalk::HandleRcvr() {
 }
 
 bool CChunkWalk::HandleUnknown() {
+  m_result.bKiwi = m_result.bKiwi || m_strMarker == "kiwi";
   std::uint32_t size = 0;
   if (!ReadSize("[ERROR] Failed to read subchunk size from the file", size)) return false;
   Log(Format("[WARNING] Unexpected subchunk, size %d", Signed(size)));
@@ -366,9 +387,13 @@ bool CChunkWalk::HasReachedEnd() {
   const bool in64 = m_nRiffSize64 >= 1 && position >= m_nRiffSize64;
   const bool in32 = m_nRiffSize != 0 && m_nRiffSize != kSizeInDs64 && position >= m_nRiffSize;
   if (!in64 && !in32) return false;
+  // Sizes of a recording that nobody finished end it where its samples begin, or anywhere: then the file's end counts.
   const long long size = in64 ? m_nRiffSize64 : m_nRiffSize;
-  if (BytesLeft() > m_nSkip) m_strEnd = Format("the RIFF size, %lld, ends the file before a data chunk", size);
-  return true;
+  if (!m_bData && BytesLeft() > m_nSkip) {
+    if (m_strEnd.empty()) m_strEnd = Format("the RIFF size, %lld, ends the file before a data chunk", size);
+    return false;
+  }
+  return !m_bWrongSize || BytesLeft() <= m_nSkip;
 }
 
 void CChunkWalk::Log(const std::string& text) {
@@ -386,6 +411,11 @@ bool CChunkWalk::Fail(const std::string& text) {
 void CChunkWalk::Warn(const std::string& text) {
   Log(text);
   Tell(WithoutTag(text));
+}
+
+void CChunkWalk::WarnOfSize(const std::string& text) {
+  Warn(text);
+  m_result.sizeFaults.push_back(WithoutTag(text));
 }
 
 void CChunkWalk::Tell(const std::string& text) {

@@ -14,6 +14,8 @@
 
 namespace carvello {
 
+struct SDataSize;
+
 // Made for one walk over one file. File, log and result must outlive it.
 //
 // Whatever a file says of its sizes, the walk ends and its memory stays bounded: chunks and LIST sub-chunks are counted
@@ -34,6 +36,8 @@ class CChunkWalk {
   bool HandleDs64();
   bool HandleFormat();
   bool HandleData();
+  // Counts what was read to find a data size. False when that failed.
+  bool CountRead(const SDataSize& data);
   bool HandleList();
   bool HandleSubChunks(const std::string& listType, std::uint32_t listSize);
   bool HandleMeta();
@@ -60,6 +64,7 @@ class CChunkWalk {
   bool Fail(const std::string& text);
   // The same for what the user should know too.
   void Warn(const std::string& text);
+  void WarnOfSize(const std::string& text);
   void Tell(const std::string& text);  // without a line in the log
   // The system does not let the file be read. Always false.
   bool Break(std::uint32_t code);
@@ -76,6 +81,8 @@ class CChunkWalk {
   bool m_bData = false;
   std::string m_strEnd;  // why the walk ended before a data chunk; empty at the file's end
   std::uint32_t m_nRiffSize = 0;
+  bool m_bWrongSize = false;  // that of the samples: no other one of the file is believed
+  bool m_bDs64 = false;
   std::int64_t m_nRiffSize64 = 0;  // of ds64
   std::int64_t m_nDataSize64 = 0;  // of ds64
   SSourceEvidence m_evidence;

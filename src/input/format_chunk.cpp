@@ -34,6 +34,10 @@ EFormatVerdict Normalise(EChannelRule rule, WAVEFORMATEXTENSIBLE& format) {
   return EFormatVerdict::Converted;
 }
 
+bool IsBlank(const WAVEFORMATEX& format) {
+  return format.wFormatTag == 0 && format.nChannels == 0 && format.nSamplesPerSec == 0 && format.wBitsPerSample == 0;
+}
+
 }  // namespace
 
 EFormatVerdict ReadFormatChunk(CFile& file, std::uint32_t size, EChannelRule rule, WAVEFORMATEXTENSIBLE& format) {
@@ -41,6 +45,7 @@ EFormatVerdict ReadFormatChunk(CFile& file, std::uint32_t size, EChannelRule rul
   const std::uint32_t taken = std::min<std::uint32_t>(size, sizeof(format));
   if (!file.ReadExactly(&format, taken)) return EFormatVerdict::ReadFailed;
   if (size > taken && !file.Seek(file.Position() + (size - taken))) return EFormatVerdict::SkipFailed;
+  if (IsBlank(format.Format)) return EFormatVerdict::Blank;
   const EFormatVerdict verdict = Normalise(rule, format);
   return IsAccepted(verdict) && FrameBytes(format.Format) == 0 ? EFormatVerdict::NoFrame : verdict;
 }
@@ -53,6 +58,7 @@ std::string FormatVerdictText(EFormatVerdict verdict, const WAVEFORMATEXTENSIBLE
       return "[ERROR] Failed to skip over any padding at the end of the format in the format chunk!";
     case EFormatVerdict::WrongChannelCount:
       return "[WARNING] WAVEFORMATEX structure is valid for representing wave formats with only 1 or 2 channels!";
+    case EFormatVerdict::Blank:
     case EFormatVerdict::Unsupported:
       return "[WARNING] Not a format that we can handle...Exiting";
     case EFormatVerdict::NoFrame:

@@ -19,6 +19,7 @@ enum class EFormatVerdict {
   SkipFailed,
   WrongChannelCount,
   Unsupported,
+  Blank,    // all zeros
   NoFrame,  // so few channels or bits that a frame has no bytes
 };
 

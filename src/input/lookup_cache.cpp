@@ -7,6 +7,7 @@
 
 #include "input/file_stamp.h"
 #include "input/format_chunk.h"
+#include "input/source_recognition.h"
 #include "input/wave_file_reader.h"
 #include "support/file.h"
 #include "support/formatting.h"
@@ -49,6 +50,11 @@ class CLookupMap {
     if (found) ++s_nHits;
     Trace(Format("Lookup status %s, filename %s", found ? "OK" : "FAIL", fileName.c_str()));
     return found;
+  }
+
+  void Clear() {
+    const CLockGuard lock(m_lock);
+    m_entries.clear();
   }
 
   bool Has(const std::string& fileName, const SFileStamp& stamp) {
@@ -100,7 +106,9 @@ SWalked Walk(const std::string& fileName) {
   facts.strError = scan.strError;
   facts.nError = scan.nError;
   facts.warnings = std::move(scan.warnings);
-  if (found && FrameBytes(scan.format.Format) == 0) facts.strError = "no format chunk found";
+  if (found && FrameBytes(scan.format.Format) == 0) {
+    facts.strError = scan.bBlankFormat ? "its format holds zeros, it was never filled in" : "no format chunk found";
+  }
   if (found && scan.nDataBytes == 0) facts.strError = "the data chunk is empty";
   facts.bRecording = found && FrameBytes(scan.format.Format) > 0 && scan.nDataBytes > 0;
   facts.strXml = std::move(scan.strXml);
@@ -112,6 +120,19 @@ SWalked Walk(const std::string& fileName) {
   facts.stamp = scan.stamp;
   facts.nSampleBytes = facts.bRecording ? scan.nSampleBytes : 0;
   walked.nDataBytes = facts.bRecording ? scan.nDataBytes : 0;
+  const bool described = !facts.strXml.empty() || (facts.bRecording && facts.source.strSourceName != kSourceUnknown &&
+                                                   !facts.source.strSourceName.empty());
+  if (!described && facts.nError == 0) facts.foreign = ReadForeignFile(fileName, scan);
+  if (facts.foreign && facts.foreign->nError != 0) {
+    facts.nError = facts.foreign->nError;
+    facts.strError = "cannot be read: " + SystemErrorText(facts.nError);
+    facts.bRecording = false;
+    facts.foreign.reset();
+  }
+  if (described && facts.strXml.empty()) {
+    const std::string contradiction = NameContradiction(fileName, facts.source);
+    if (!contradiction.empty()) facts.warnings.push_back(contradiction);
+  }
   return walked;
 }
 
@@ -172,6 +193,11 @@ std::int64_t LookupDataSize(const std::string& fileName, std::uint32_t* error) {
 bool IsMetadataKnown(const std::string& fileName) {
   const std::optional<platform::FileStatus> status = platform::GetFileStatus(fileName);
   return status && MetadataMap().Has(fileName, SFileStamp(*status));
+}
+
+void ForgetLookups() {
+  MetadataMap().Clear();
+  DataSizeMap().Clear();
 }
 
 SLookupStatistics LookupCacheStatistics() {

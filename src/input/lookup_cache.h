@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "input/file_stamp.h"
+#include "input/foreign_file.h"
 #include "input/recording_source_info.h"
 #include "recording/wave_format.h"
 #include "support/platform.h"
@@ -22,6 +23,8 @@ struct SFileFacts {
   bool bRecording = false;     // the file has samples and a format
   std::string strXml;          // UTF-8; empty for a file without XML metadata
   RecordingSourceInfo source;  // of a file without XML metadata
+  // What a file tells that no chunk describes; such a file is described by this alone.
+  std::optional<SForeignFile> foreign;
   WAVEFORMATEXTENSIBLE format;
   bool bRF64 = false;
   bool bCutShort = false;             // the data chunk claims more than the file holds
@@ -55,6 +58,9 @@ struct SFileLook {
 };
 // Opens the file too, for rights on paper do not tell whether it can be read.
 SFileLook LookAtFile(const std::string& fileName);
+
+// For files that were changed in a way that does not show: all are walked anew from here on.
+void ForgetLookups();
 
 struct SLookupStatistics {
   std::uint64_t nHits = 0;

@@ -238,8 +238,8 @@ bool CNumberedSet::DescribeBy(const std::string& path, const SFileFacts& first) 
   m_set.strSourceName = kSourceHalvarn;
   if (level == "XMLLevel003") m_set.strSourceName = kSourceHalvarn3;
   if (level == "XMLLevel002") m_set.strSourceName = kSourceHalvarn2;
-  m_set.bFloatScale =
-      m_set.bFloat && format.wBitsPerSample == 32 && m_set.metadata.Find("SoftwareName") == VersionValue("ProductName");
+  // Floats that this program wrote stand at 16-bit full scale already.
+  m_set.kind = KindOfWave(m_set.format, m_set.metadata.Find("SoftwareName") == VersionValue("ProductName"));
   return Add(path, first, m_set.metadata);
 }
 

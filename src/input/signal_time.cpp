@@ -46,7 +46,7 @@ class CTimeText {
   std::string Word() {
     std::size_t length = 0;
     while (length < m_text.size() && std::isalpha(static_cast<unsigned char>(m_text[length])) != 0) ++length;
-    const std::string word = ToLowerAscii(m_text.substr(0, length));
+    std::string word = ToLowerAscii(m_text.substr(0, length));
     m_text.remove_prefix(length);
     return word;
   }

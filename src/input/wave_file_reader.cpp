@@ -65,15 +65,42 @@ bool CWaveFileReader::ParseWave(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
     m_log.Add(carvello::Format("[WARNING] Format size: %d (Smaller than size of PCMWAVEFORMAT %d)",
                                static_cast<int>(header.first.nSize), static_cast<int>(kSmallestFormat)));
   }
-  if (!IsAccepted(ReadFormat(header.first.nSize, format))) return false;
+  bool elad = false;
+  std::uint32_t formatSize = header.first.nSize;
+  // Whatever it is called, the first chunk can be the format. Where it is not, as room that was kept for larger sizes,
+  // another one is.
+  if (!IsChunk(header.first.id, "fmt ") && !HoldsFormat(formatSize) && !FindChunk("fmt ", formatSize, elad)) {
+    if (ErrorCode() != 0 || !Seek(sizeof(header))) return Fail("[ERROR] Failed to read header!");
+    formatSize = header.first.nSize;
+  }
+  if (!IsAccepted(ReadFormat(formatSize, format))) return false;
 
   std::uint32_t claimed = 0;
-  bool elad = false;
   if (!FindData(claimed, elad)) return false;
-  const SDataSize data = RiffDataSize(m_file, claimed, elad);
+  const SDataSize data = RiffDataSize(m_file, claimed, elad, FrameBytes(format.Format));
   if (!TakeDataSize(data)) return false;
   dataSize = data.nBytes;
   return BeginData(format, dataSize, dataSize - dataSize % FrameBytes(format.Format));
+}
+
+bool CWaveFileReader::HoldsFormat(std::uint32_t size) {
+  const std::int64_t begin = m_file.Position();
+  WAVEFORMATEXTENSIBLE format;
+  const bool accepted = IsAccepted(ReadFormatChunk(m_file, size, EChannelRule::OneOrTwo, format));
+  // Where the format is, or behind what is none.
+  return Seek(accepted ? begin : begin + size) && accepted;
+}
+
+bool CWaveFileReader::FindChunk(const char* name, std::uint32_t& size, bool& elad) {
+  for (std::uint32_t chunks = 0; chunks < kMaxChunks; ++chunks) {
+    SChunkHeader chunk;
+    if (!m_file.ReadExactly(&chunk, sizeof(chunk)) || IsChunk(chunk.id, "data")) return false;
+    size = chunk.nSize;
+    if (IsChunk(chunk.id, name)) return true;
+    if (IsChunk(chunk.id, "elad")) elad = true;
+    if (!Seek(m_file.Position() + chunk.nSize)) return false;
+  }
+  return false;
 }
 
 bool CWaveFileReader::FindData(std::uint32_t& size, bool& elad) {
@@ -102,8 +129,14 @@ bool CWaveFileReader::ParseRF64(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
   }
   m_log.Add("WAVE RF64 signature: Found");
   SDs64 sizes;
-  if (!m_file.ReadExactly(&sizes, sizeof(sizes))) return Fail("[ERROR] Failed to read ds64 chunk from the file");
+  const bool hasDs64 = IsChunk(header.first.id, "ds64");
+  if (hasDs64 && !m_file.ReadExactly(&sizes, sizeof(sizes))) {
+    return Fail("[ERROR] Failed to read ds64 chunk from the file");
+  }
+  // Without ds64 the chunk that stands in its place is one like any other.
+  if (!hasDs64 && !Seek(sizeof(header) - sizeof(SChunkHeader))) return Fail(kNoRF64);
 
+  bool elad = false;
   for (std::uint32_t chunks = 0; chunks < kMaxChunks; ++chunks) {
     SChunkHeader chunk;
     if (!m_file.ReadExactly(&chunk, sizeof(chunk))) return Fail("[ERROR] Failed to read next chunk from the file");
@@ -113,7 +146,9 @@ bool CWaveFileReader::ParseRF64(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
     if (IsChunk(chunk.id, "data")) {
       if (FrameBytes(format.Format) == 0) return Fail("[ERROR] No format before the data chunk");
       // The size in ds64 holds; the chunk's own is ignored whatever it says.
-      const SDataSize data = Rf64DataSize(m_file, sizes.nDataSize);
+      const std::uint32_t frameBytes = FrameBytes(format.Format);
+      const SDataSize data = hasDs64 ? Rf64DataSize(m_file, sizes.nDataSize, frameBytes)
+                                     : RiffDataSize(m_file, chunk.nSize, elad, frameBytes);
       if (!TakeDataSize(data)) return false;
       m_log.Add(carvello::Format("Total data bytes: %lld", static_cast<long long>(data.nBytes)));
       dataSize = data.nBytes;
@@ -126,6 +161,7 @@ bool CWaveFileReader::ParseRF64(WAVEFORMATEXTENSIBLE& format, std::int64_t& data
         for (const std::string& line : ConversionTexts(format)) m_log.Add(line);
       }
     } else {
+      elad = elad || IsChunk(chunk.id, "elad");
       m_log.Add(found + ", ignored");
       // Behind a failed seek the chunk's body would be taken for further chunks.
       if (!Seek(m_file.Position() + chunk.nSize)) return Fail("[ERROR] Failed to skip the chunk");
@@ -151,7 +187,6 @@ bool CWaveFileReader::TakeDataSize(const SDataSize& data) {
 bool CWaveFileReader::BeginData(const WAVEFORMATEXTENSIBLE& format, std::int64_t dataSize, std::int64_t total) {
   if (dataSize == 0) return Fail("[ERROR] Invalid data bytes size!");
   m_format = format;
-  m_nDataBytesRead = 0;
   m_nDataBytesTotal = total;
   m_nDataStart = m_file.Position();
   return true;
@@ -171,22 +206,8 @@ bool CWaveFileReader::ScanChunks(const std::string& fileName, SScanResult& resul
   return found;
 }
 
-std::size_t CWaveFileReader::ReadData(void* buffer, std::size_t bytes) {
-  const std::int64_t left = m_nDataBytesTotal - m_nDataBytesRead;
-  if (left <= 0) return 0;
-  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(bytes, static_cast<std::uint64_t>(left)));
-  const std::size_t done = m_file.Read(buffer, wanted);
-  m_nDataBytesRead += static_cast<std::int64_t>(done);
-  return done;
-}
-
-bool CWaveFileReader::SkipFrames(std::int64_t frames) {
-  const std::int64_t bytesPerFrame = BytesPerFrame();
-  if (frames < 0 || bytesPerFrame == 0 || frames > m_nDataBytesTotal / bytesPerFrame) return false;
-  const std::int64_t bytes = frames * bytesPerFrame;
-  if (!Seek(m_nDataStart + bytes)) return false;
-  m_nDataBytesRead = bytes;
-  return true;
+std::size_t CWaveFileReader::ReadAt(std::int64_t position, void* buffer, std::size_t bytes) {
+  return m_file.Position() == position || Seek(position) ? m_file.Read(buffer, bytes) : 0;
 }
 
 bool CWaveFileReader::Seek(std::int64_t position) {
@@ -202,7 +223,6 @@ bool CWaveFileReader::Fail(const std::string& line) {
 }
 
 void CWaveFileReader::ZeroCounters() {
-  m_nDataBytesRead = 0;
   m_nDataBytesTotal = 0;
   m_nDataStart = 0;
 }

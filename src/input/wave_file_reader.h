@@ -43,20 +43,13 @@ class CWaveFileReader {
   // Of the open file; nothing when it cannot be had.
   std::optional<platform::FileStatus> Status() const { return m_file.Status(); }
   const WAVEFORMATEXTENSIBLE& Format() const { return m_format; }
-  std::int64_t DataBytesRead() const { return m_nDataBytesRead; }
   std::int64_t DataBytesTotal() const { return m_nDataBytesTotal; }
   std::int64_t DataStart() const { return m_nDataStart; }
-  // Bytes of one I/Q frame: 2 x bits per sample / 8.
-  std::uint32_t BytesPerFrame() const { return 2u * (m_format.Format.wBitsPerSample / 8u); }
 
-  // Reads sample bytes and counts them; bytes read.
-  std::size_t ReadData(void* buffer, std::size_t bytes);
-  // Seeks to `frames` frames behind the data start and counts them as read. False on failure.
-  bool SkipFrames(std::int64_t frames);
-
-  // Whether the samples of a 32-bit float file already stand at 16-bit full scale and must not be scaled up.
-  bool FloatScale() const { return m_bFloatScale; }
-  void SetFloatScale(bool floatScale) { m_bFloatScale = floatScale; }
+  // Reads from a place of the file; bytes read.
+  std::size_t ReadAt(std::int64_t position, void* buffer, std::size_t bytes);
+  // The open file, for whoever looks for samples that no chunk holds.
+  CFile& File() { return m_file; }
 
   CMyStringArray& Log() { return m_log; }
   const CMyStringArray& Log() const { return m_log; }
@@ -68,6 +61,10 @@ class CWaveFileReader {
   bool Fail(const std::string& line);
   void ZeroCounters();
   EFormatVerdict ReadFormat(std::uint32_t size, WAVEFORMATEXTENSIBLE& format);
+  // Whether the body at the file's position is a format that can be read: stands in front of it then, otherwise behind.
+  bool HoldsFormat(std::uint32_t size);
+  // Stands behind the header of the next chunk of that name in front of the samples. False when there is none.
+  bool FindChunk(const char* name, std::uint32_t& size, bool& elad);
   // Behind the format: stands behind the header of the data chunk then. False when there is none.
   bool FindData(std::uint32_t& size, bool& elad);
   // Logs what is odd about the size. False when it cannot be had.
@@ -78,12 +75,10 @@ class CWaveFileReader {
   std::string m_strFileName;
   CFile m_file;
   std::uint32_t m_nError = 0;  // of opening, seeking and asking for the length
-  std::int64_t m_nDataBytesRead = 0;
   std::int64_t m_nDataBytesTotal = 0;
   std::int64_t m_nDataStart = 0;
   CMyStringArray m_log{200};
   WAVEFORMATEXTENSIBLE m_format;
-  bool m_bFloatScale = false;
 };
 
 // The five INFO texts of a file, by a walk with a reader of its own. True when at least one is not empty. A file that

@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <string>
 
+#include "recording/output_format.h"
+#include "recording/sigmf_writer.h"
+
 namespace carvello {
 
 struct SRecordingDescription {
@@ -18,6 +21,12 @@ struct SRecordingDescription {
   std::int64_t tStart = 0;            // seconds since 1970 UTC of the first sample
   bool bStartValid = false;           // else the moment of opening stands for it
   std::int32_t nBackdateSeconds = 0;  // subtracted once from the start at the next Open
+  EOutputFormat format = EOutputFormat::Wave;
+  // What meta files tell besides:
+  std::uint32_t nStartNanoseconds = 0;  // behind tStart
+  std::uint32_t nBandwidth = 0;         // Hz
+  std::int64_t nGlobalIndex = 0;        // of the first sample, counted at nSampleRate
+  SCutOrigin origin;
   bool bRF64 = false;
   std::uint32_t nSplitMB = 0;     // size limit of a file in units of 1,000,000 bytes; 0 means one file
   std::uint32_t nMaxSeconds = 0;  // wall-clock limit; 0 means none

@@ -1,10 +1,12 @@
 #include "recording/wave_file_data.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <utility>
 
 #include "recording/metadata_xml.h"
 #include "recording/riff_file_writer.h"
+#include "recording/sigmf_data_writer.h"
 #include "support/formatting.h"
 #include "support/platform.h"
 #include "support/system_time.h"
@@ -98,14 +100,11 @@ bool CWaveFileData::Open(const std::string& basePath, std::uint32_t sequence, co
   const std::string xml = MetadataXml(now, start, previousFile);
   FillInfoTexts(now);
 
-  if (!m_pWriter) m_pWriter = std::make_unique<CRiffFileWriter>();
   SWritePolicy policy = m_policy;
   // All files of an output whose name takes no number share one name, and each replaces the one before.
   if (split) policy.bReplace = sequence > 0 && m_strFileName == m_strFirstFile;
-  m_pWriter->SetPolicy(policy);
-  const SSignalFacts signal{now, m_description.nRadioCenterFreq, m_description.nSampleRate, m_description.nSampleRate};
-  const std::int64_t headerBytes = m_pWriter->Open(m_strFileName, m_wfx, xml, m_infoTexts, m_description.bRF64, signal);
-  if (headerBytes == 0) {
+  std::int64_t headerBytes = 0;
+  if (!OpenWriter(policy, now, xml, headerBytes)) {
     m_dwLastError = m_pWriter->ErrorCode();
     m_strLastError = m_pWriter->ErrorText();
     return false;
@@ -114,10 +113,53 @@ bool CWaveFileData::Open(const std::string& basePath, std::uint32_t sequence, co
   m_nFileDataBytes = 0;
   m_nTotalBytes += m_nFileBytes;
   m_files.push_back(m_strFileName);
+  if (const std::string meta = m_pWriter->MetaPath(); !meta.empty()) m_files.push_back(meta);
   return true;
 }
 
-bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint32_t bits, bool bMaySplit) {
+// Makes a writer for the form of the output and opens the file.
+bool CWaveFileData::OpenWriter(const SWritePolicy& policy, std::int64_t now, const std::string& xml,
+                               std::int64_t& headerBytes) {
+  if (m_description.format == EOutputFormat::SigMf) {
+    auto pWriter = std::make_unique<CSigMfDataWriter>();
+    CSigMfDataWriter& writer = *pWriter;
+    m_pWriter = std::move(pWriter);
+    writer.SetPolicy(policy);
+    writer.SetMeta(MetaFacts());
+    return writer.Open(m_strFileName, m_wfx.nBlockAlign);
+  }
+  auto pWriter = std::make_unique<CRiffFileWriter>();
+  CRiffFileWriter& writer = *pWriter;
+  m_pWriter = std::move(pWriter);
+  writer.SetPolicy(policy);
+  if (m_description.format == EOutputFormat::WaveAndMeta) writer.SetMeta(MetaFacts());
+  const SSignalFacts signal{now, m_description.nRadioCenterFreq, m_description.nSampleRate, m_description.nSampleRate};
+  headerBytes = writer.Open(m_strFileName, m_wfx, xml, m_infoTexts, m_description.bRF64, signal);
+  return headerBytes != 0;
+}
+
+// Of the file that begins behind all samples written so far.
+SSigMfFacts CWaveFileData::MetaFacts() const {
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  const std::int64_t frames = m_wfx.nBlockAlign == 0 ? 0 : m_nTotalDataBytes / m_wfx.nBlockAlign;
+  const std::int64_t rate = std::max<std::int64_t>(m_description.nSampleRate, 1);
+  const std::int64_t nanoseconds = m_description.nStartNanoseconds + frames % rate * kNanoseconds / rate;
+  SSigMfFacts facts;
+  if (m_description.format != EOutputFormat::SigMf) facts.strDataset = platform::NameOf(m_strFileName);
+  facts.nBitsPerSample = m_description.nBitsPerSample;
+  facts.nSampleRate = m_description.nSampleRate;
+  facts.nFrequency = m_description.nRadioCenterFreq;
+  facts.nBandwidth = m_description.nBandwidth;
+  facts.tStart = m_description.tStart + frames / rate + nanoseconds / kNanoseconds;
+  facts.nStartNanoseconds = static_cast<std::uint32_t>(nanoseconds % kNanoseconds);
+  facts.nGlobalIndex = m_description.nGlobalIndex + frames;
+  facts.strTitle = m_description.strTitle;
+  facts.strHardware = Trim(m_description.strRadioModel + " " + m_description.strRadioSerial);
+  facts.origin = m_description.origin;
+  return facts;
+}
+
+bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint32_t bits, bool bMaySplit, ETell tell) {
   if (!m_pWriter) {
     m_strLastError = "File not open";
     return false;
@@ -132,7 +174,7 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
   if (bMaySplit && IsSplitDue() && !GoOnWithNextFile()) return false;
 
   const bool knownWidth = m_wfx.wBitsPerSample == 16 || m_wfx.wBitsPerSample == 24 || m_wfx.wBitsPerSample == 32;
-  if (!knownWidth || !m_pWriter->Write(block, bytes, now)) {
+  if (!knownWidth || !m_pWriter->Write(block, bytes, now, tell)) {
     m_dwLastError = knownWidth ? m_pWriter->ErrorCode() : platform::LastError();
     const std::string reason = knownWidth ? m_pWriter->ErrorText() : SystemErrorText(m_dwLastError);
     FinishFile();
@@ -146,10 +188,54 @@ bool CWaveFileData::Write(const void* block, std::uint32_t valueCount, std::uint
 // Closed for good when that fails: a full disk must not pass for a finished part, and a later file would leave a gap
 // that no start time tells of.
 bool CWaveFileData::GoOnWithNextFile() {
-  const bool named = m_nSequence == 0 && m_strFileName != m_strBaseFileName;
-  if (FinishFile(named ? &m_firstPart : nullptr) && Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
+  if (FinishFile(KeeperOfFirstPart()) && Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag)) {
     return true;
   }
+  m_pWriter.reset();
+  m_firstPart.Close();
+  return false;
+}
+
+// Where the present file goes when it is finished, if it has to stay locked.
+CFile* CWaveFileData::KeeperOfFirstPart() {
+  return m_nSequence == 0 && CanSplitBefore() ? &m_firstPart : nullptr;
+}
+
+bool CWaveFileData::CanSplitBefore() const {
+  return m_strFileName != m_strBaseFileName;
+}
+
+// The next file takes the bytes before the one that they leave is finished: until then no size there tells of them, so
+// that whatever ends the program in between leaves two files that can be read, and no sample twice.
+bool CWaveFileData::SplitBefore(std::uint32_t bytes) {
+  if (!m_pWriter) {
+    m_strLastError = "File not open";
+    return false;
+  }
+  if (!IsSplitDue(bytes)) return true;
+  m_pWriter->LeaveOut(bytes);
+  CountDataBytes();
+  m_dStartOffset += Seconds(m_nFileDataBytes);
+  CFile* const keeper = KeeperOfFirstPart();
+  const std::unique_ptr<CSampleFileWriter> pFull = std::move(m_pWriter);
+  const bool opened = Open(m_strBaseFileName, m_nSequence + 1, m_strInternalTag);
+  const bool moved = opened && pFull->MoveLeftOut(*m_pWriter, Now());
+  if (opened) CountDataBytes();
+  if (opened && !moved) {
+    m_dwLastError = m_pWriter->ErrorCode();
+    m_strLastError = Format("Error writing %d bytes - %s", static_cast<int>(bytes), m_pWriter->ErrorText().c_str());
+  }
+  const std::int64_t held = pFull->DataBytes();
+  const bool finished = pFull->Finish(keeper);
+  m_nTotalDataBytes += pFull->DataBytes() - held;
+  m_nTotalBytes += static_cast<std::uint64_t>(pFull->DataBytes() - held);
+  if (!finished) {
+    m_dwLastError = pFull->ErrorCode();
+    m_strLastError = Format("Error writing the end of the file - %s", pFull->ErrorText().c_str());
+  }
+  if (moved && finished) return true;
+  if (m_pWriter->HasOpened()) m_pWriter->Finish();
+  if (opened) CountDataBytes();
   m_pWriter.reset();
   m_firstPart.Close();
   return false;
@@ -178,11 +264,8 @@ bool CWaveFileData::FinishFile(CFile* keep) {
   if (!m_pWriter) return true;
   const bool finished = m_pWriter->Finish(keep);
   if (m_pWriter->HasOpened()) CountDataBytes();
-  const double bytesPerSecond = m_description.nBitsPerSample * 2.0 / 8.0 * m_description.nSampleRate;
   // A writer that never got its file open has nothing to count, although the bytes of the file before still stand here.
-  if (m_pWriter->HasOpened() && bytesPerSecond > 0) {
-    m_dStartOffset += static_cast<double>(m_nFileDataBytes) / bytesPerSecond;
-  }
+  if (m_pWriter->HasOpened()) m_dStartOffset += Seconds(m_nFileDataBytes);
   if (!finished) {
     m_dwLastError = m_pWriter->ErrorCode();
     m_strLastError = Format("Error writing the end of the file - %s", m_pWriter->ErrorText().c_str());
@@ -193,8 +276,13 @@ bool CWaveFileData::FinishFile(CFile* keep) {
 
 // Tested before a block is written: a file ends at the first block border at or beyond the limit, and an output that
 // ends there gets no empty file behind it.
-bool CWaveFileData::IsSplitDue() const {
-  return m_description.nSplitMB != 0 && (m_nFileBytes + 999) / 1000 >= std::uint64_t{m_description.nSplitMB} * 1000;
+bool CWaveFileData::IsSplitDue(std::uint64_t less) const {
+  return IsSplit() && (m_nFileBytes - less + 999) / 1000 >= std::uint64_t{m_description.nSplitMB} * 1000;
+}
+
+double CWaveFileData::Seconds(std::int64_t dataBytes) const {
+  const double bytesPerSecond = m_description.nBitsPerSample * 2.0 / 8.0 * m_description.nSampleRate;
+  return bytesPerSecond > 0 ? static_cast<double>(dataBytes) / bytesPerSecond : 0.0;
 }
 
 void CWaveFileData::FillFormat() {

@@ -14,7 +14,7 @@
 
 namespace carvello {
 
-class CRiffFileWriter;
+class CSampleFileWriter;
 
 // Belongs to one thread at a time. The caller closes any open file, calls Reset, describes the recording and then
 // drives Open, Write..., Close.
@@ -37,7 +37,14 @@ class CWaveFileData {
   // Appends values of `bits` bits, two values a frame, and goes on with the next file when the size limit is reached:
   // unless bMaySplit is false, which says that the values belong to the block before them. False leaves the output
   // closed, the reason in LastError().
-  bool Write(const void* block, std::uint32_t valueCount, std::uint32_t bits, bool bMaySplit = true);
+  bool Write(const void* block, std::uint32_t valueCount, std::uint32_t bits, bool bMaySplit = true,
+             ETell tell = ETell::Now);
+  bool IsSplit() const { return m_description.nSplitMB != 0; }
+  // Whether SplitBefore can do what it says: not where all parts share one name, for each replaces the one before.
+  bool CanSplitBefore() const;
+  // The last `bytes`, written with ETell::Later and not told since, are the beginning of a block after all: where a
+  // file should have ended in front of them they become the first of the next one. False as Write is.
+  bool SplitBefore(std::uint32_t bytes);
   // Appends the INFO trailer, makes the sizes final and closes. True, also when nothing was open; a trailer or size
   // that could not be written is told in LastError(), which is empty when all went well.
   bool Close();
@@ -48,7 +55,7 @@ class CWaveFileData {
   const std::string& LastError() const { return m_strLastError; }
   std::uint32_t LastErrorCode() const { return m_dwLastError; }  // the system's
   const SInfoTexts& InfoTexts() const { return m_infoTexts; }    // of the file now or last open
-  // Full paths of all files opened since Reset, in order.
+  // Full paths of all files opened since Reset, in order; meta files behind those that they tell of.
   const std::vector<std::string>& Files() const { return m_files; }
   // Sample bytes in the present file and over all files since Reset, and the same with headers.
   std::int64_t FileDataBytes() const { return m_nFileDataBytes; }
@@ -62,10 +69,14 @@ class CWaveFileData {
   virtual std::int64_t Now() const;
 
  private:
+  bool OpenWriter(const SWritePolicy& policy, std::int64_t now, const std::string& xml, std::int64_t& headerBytes);
+  SSigMfFacts MetaFacts() const;
   bool FinishFile(CFile* keep = nullptr);
   bool GoOnWithNextFile();
   void CountDataBytes();
-  bool IsSplitDue() const;
+  bool IsSplitDue(std::uint64_t less = 0) const;
+  CFile* KeeperOfFirstPart();
+  double Seconds(std::int64_t dataBytes) const;
   void FillFormat();
   void FillInfoTexts(std::int64_t now);
   std::string MetadataXml(std::int64_t now, std::int64_t start, const std::string& previousFile) const;
@@ -88,7 +99,7 @@ class CWaveFileData {
   std::vector<std::string> m_files;
   WAVEFORMATEX m_wfx;
   SInfoTexts m_infoTexts;
-  std::unique_ptr<CRiffFileWriter> m_pWriter;  // the open file; null when closed
+  std::unique_ptr<CSampleFileWriter> m_pWriter;  // the open file; null when closed
   // Part 0 of a split output, held until the last part is closed: as long as it is locked nobody else can begin an
   // output of this name.
   CFile m_firstPart;

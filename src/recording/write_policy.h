@@ -1,4 +1,4 @@
-// SWritePolicy: how an output file comes into being and how safe it is before it counts as written.
+// SWritePolicy, ETell: how an output file comes into being and how safe it is before it counts as written.
 #pragma once
 
 namespace carvello {
@@ -10,6 +10,14 @@ struct SWritePolicy {
   // What is written stands on the medium before the sizes tell of it, and the whole file with its name when it is
   // closed. Without, a power cut can take what the system had not written yet.
   bool bSync = true;
+  // An RF64 file tells its samples in frames, as most readers expect, instead of in single I and Q values.
+  bool bCountFrames = false;
+};
+
+// When a file's sizes tell of what is written to it, which is also when that is brought to the medium.
+enum class ETell {
+  Now,
+  Later,  // with a later write, or when the file is closed
 };
 
 }  // namespace carvello

@@ -18,7 +18,7 @@ CFile& CFile::operator=(CFile&& other) noexcept {
 
 bool CFile::Open(const std::string& path, platform::EOpenMode mode) {
   Close();
-  m_nReadError = 0;
+  m_nReadError = m_nFirstError = 0;
   m_hFile = platform::OpenFile(path, mode);
   return IsOpen();
 }
@@ -36,6 +36,7 @@ std::size_t CFile::Read(void* buffer, std::size_t bytes) {
   // A file that goes on where nothing came: it has grown meanwhile, or what is in it cannot be had.
   if (GoesOn(done, bytes)) done += ReadOnce(static_cast<char*>(buffer) + done, bytes - done);
   if (GoesOn(done, bytes)) m_nReadError = platform::MissingBytesError();
+  Note(m_nReadError);
   return done;
 }
 
@@ -56,8 +57,16 @@ std::size_t CFile::Write(const void* buffer, std::size_t bytes) {
   return done;
 }
 
+void CFile::Note(std::uint32_t error) const {
+  if (m_nFirstError == 0) m_nFirstError = error;
+}
+
 bool CFile::Seek(std::int64_t position) {
-  if (!IsOpen() || position < 0 || !platform::SeekFile(m_hFile, position)) return false;
+  if (!IsOpen() || position < 0) return false;
+  if (!platform::SeekFile(m_hFile, position)) {
+    Note(platform::LastError());
+    return false;
+  }
   m_nPosition = position;
   return true;
 }
@@ -67,7 +76,14 @@ bool CFile::Truncate(std::int64_t length) {
 }
 
 std::int64_t CFile::Length() const {
-  return IsOpen() ? platform::FileLength(m_hFile) : -1;
+  if (!IsOpen()) return -1;
+  const std::int64_t length = platform::FileLength(m_hFile);
+  if (length < 0) Note(platform::LastError());
+  return length;
+}
+
+bool CFile::SetModifiedTime(std::int64_t nanoseconds) {
+  return IsOpen() && platform::SetModifiedTime(m_hFile, nanoseconds);
 }
 
 bool CFile::Sync() {

@@ -31,6 +31,9 @@ class CFile {
   std::size_t Read(void* buffer, std::size_t bytes);
   // The system's code when the last Read failed, 0 when it did not.
   std::uint32_t ReadError() const { return m_nReadError; }
+  // The system's code of the first Read, Seek or Length that failed since the file was opened, 0 when none did: for
+  // whoever looks at many places, and must not take what could not be read for what is not there.
+  std::uint32_t FirstError() const { return m_nFirstError; }
   // True when all bytes were read.
   bool ReadExactly(void* buffer, std::size_t bytes) { return Read(buffer, bytes) == bytes; }
   // Bytes written; less than asked for on failure.
@@ -40,6 +43,8 @@ class CFile {
   bool Seek(std::int64_t position);    // absolute; false for a negative position
   bool Truncate(std::int64_t length);  // cuts the file's end off; the position stays
   std::int64_t Length() const;         // bytes, -1 when it cannot be had
+  // When it was changed last, in nanoseconds since 1970 UTC; what is written behind that sets it anew.
+  bool SetModifiedTime(std::int64_t nanoseconds);
   // Waits until all that was written stands on the medium. False when some of it is lost.
   bool Sync();
   bool SyncData();  // the bytes, and what it takes to find them again
@@ -53,10 +58,12 @@ class CFile {
   std::size_t ReadOnce(void* buffer, std::size_t bytes);
   // Whether a read that ended without an error did so in front of the file's end.
   bool GoesOn(std::size_t done, std::size_t bytes) const;
+  void Note(std::uint32_t error) const;
 
   platform::FileHandle m_hFile = platform::kNoFile;
   std::int64_t m_nPosition = 0;
   std::uint32_t m_nReadError = 0;
+  mutable std::uint32_t m_nFirstError = 0;
 };
 
 }  // namespace carvello

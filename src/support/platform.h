@@ -24,6 +24,7 @@ enum class EOpenMode {
   ReadShared,  // existing file, sequential access hint, denies nobody anything
   CreateNew,   // for writing; refused when anything stands under the name, also a link that leads nowhere
   Replace,     // for writing; what stands under the name is emptied
+  Change,      // existing file, for reading and writing
 };
 // A file that is open for writing is locked: whoever opens it for writing as well is refused, and the error's text says
 // that another program holds it. Others may read it.
@@ -41,6 +42,9 @@ std::size_t WriteFile(FileHandle file, const void* buffer, std::size_t bytes);
 bool SeekFile(FileHandle file, std::int64_t position);
 // Cuts (or extends) the file to `length` bytes; the position stays. False on failure.
 bool TruncateFile(FileHandle file, std::int64_t length);
+// Sets when the file was changed last, in nanoseconds since 1970 UTC, as exact as the file system keeps it; the file is
+// open for writing. False on failure.
+bool SetModifiedTime(FileHandle file, std::int64_t nanoseconds);
 // Current length of the open file in bytes, or -1.
 std::int64_t FileLength(FileHandle file);
 // Waits until what was written to the file, or the names in the folder, stand on the medium. False when the system says
@@ -48,6 +52,10 @@ std::int64_t FileLength(FileHandle file);
 bool SyncFile(FileHandle file);
 bool SyncFileData(FileHandle file);  // the bytes and what it takes to find them again, but no times
 bool SyncFolder(const std::string& folder);
+
+// Sees to it that so many files can be open in this process at a time, as far as the system lets it. Gives the number
+// that can; those that are open already count.
+std::size_t AllowOpenFiles(std::size_t files);
 
 struct FileStatus {
   std::int64_t nSize = 0;  // bytes
@@ -74,6 +82,16 @@ bool IsWritableFolder(const std::string& folder);
 bool RemoveFile(const std::string& path);
 // The same, but refused while another program is writing the file.
 bool RemoveUnusedFile(const std::string& path);
+// Gives a file another name in its folder. Without `replace` nothing that stands under the new name is touched, and the
+// call fails; with it, the new name leads to either file at any moment. On false LastError() holds the reason.
+bool RenameFile(const std::string& from, const std::string& to, bool replace);
+// Creates a folder for this user alone, in one that exists. True when it is there already. On false LastError() holds
+// the reason.
+bool CreateFolder(const std::string& folder);
+// Of an empty one. On false LastError() holds the reason.
+bool RemoveFolder(const std::string& folder);
+// Bytes that this user can still write to the disk that the folder is on. Nothing when that cannot be had.
+std::optional<std::int64_t> FreeSpace(const std::string& folder);
 // Names (not paths) of everything in the folder but "." and "..", in the order the system gives. Nothing on failure,
 // also in the middle of the list; LastError() then holds the reason.
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder);
@@ -87,6 +105,10 @@ std::string NameOf(std::string_view path);
 // The path from the root on, by the present folder; links and ".." stay as they are.
 std::string AbsolutePath(const std::string& path);
 bool FileNamesEqual(std::string_view a, std::string_view b);  // without case on Windows
+// The same for names that are equal, and for no others.
+std::string FileNameKey(std::string_view name);
+// Where a link in the place of the path leads, on and on; the path itself when there is none, or it leads nowhere.
+std::string LinkedPath(const std::string& path);
 
 // ---- errors ----------------------------------------------------------------------------------------------------
 
@@ -128,6 +150,9 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);  // UTF-8 on e
 // instead of the end of the process, and sees to it that no file that is opened from here on can take the place of a
 // standard stream that was closed. Writing to a closed stdout fails as before.
 void PrepareProcess();
+// Ends the process at once, with this exit code: nothing is waited for or cleaned up, whatever threads are still at
+// work.
+[[noreturn]] void EndProcess(int exitCode);
 // Sets the calling thread's priority: 15, 2, 1, 0, -1, -2, -15 as in the log texts of the workers. False when the
 // system refuses (raising a priority needs a privilege on Linux).
 bool SetCurrentThreadPriority(int priority);
@@ -145,7 +170,7 @@ void SetCurrentThreadName(const std::string& name);
 void DebugOutput(const std::string& line);
 // User and kernel time of this process, in milliseconds.
 std::int64_t ProcessCpuMilliseconds();
-unsigned ProcessorCount();
+unsigned ProcessorCount();  // that the process may run on and keep busy, by a container's limits too; at least 1
 std::string UserName();
 std::string ComputerName();
 
@@ -182,6 +207,9 @@ std::string SystemCodePageToUtf8(std::string_view bytes);
 // ---- desktop and console ---------------------------------------------------------------------------------------
 
 std::string TempFolder();
+// Where programs keep for this user what they can make again: XDG_CACHE_HOME or ~/.cache, %LOCALAPPDATA% on Windows. It
+// may not exist yet. Empty when the system tells of none.
+std::string UserCacheFolder();
 // A window as the system names it, for what it shows on behalf of that window; 0 is none. Used on Windows only.
 using WindowId = std::uintptr_t;
 // Opens a file or folder with the desktop's own program. On false LastError() holds the reason.

@@ -1,18 +1,16 @@
-// Files, errors, modules, threads and texts of POSIX systems; times stand in platform_posix_time.cpp.
+// Files, errors, modules, threads and texts of POSIX systems; times stand in platform_posix_time.cpp, desktop and
+// console in platform_posix_desktop.cpp.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/capability.h>
 #include <pwd.h>
-#include <spawn.h>
 #include <sys/file.h>
-#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/statfs.h>
 #include <sys/syscall.h>
 #include <sys/sysmacros.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -22,9 +20,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <new>
-#include <thread>
 
 #include "support/platform.h"
 #include "support/text.h"
@@ -86,11 +84,13 @@ FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   int access = O_RDONLY;
   if (mode == EOpenMode::CreateNew) access = O_WRONLY | O_CREAT | O_EXCL;
   if (mode == EOpenMode::Replace) access = O_WRONLY | O_CREAT;
+  if (mode == EOpenMode::Change) access = O_RDWR;
   const int descriptor = OpenDescriptor(path.c_str(), access | O_NONBLOCK);
   if (descriptor < 0) return kNoFile;
   // Changed only behind the lock: a file that another job is writing stays as it is. File systems that know no locks
   // do without.
-  const bool used = mode != EOpenMode::ReadShared && flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+  const auto lock = [&] { return flock(descriptor, LOCK_EX | LOCK_NB); };
+  const bool used = mode != EOpenMode::ReadShared && Uninterrupted(lock) != 0 && errno == EWOULDBLOCK;
   struct stat status {};
   int refusal = used ? ETXTBSY : 0;
   if (!used && fstat(descriptor, &status) != 0) {
@@ -99,8 +99,8 @@ FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   }
   if (S_ISDIR(status.st_mode)) refusal = EISDIR;
   if (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode)) refusal = ESPIPE;
-  if (refusal == 0 && mode == EOpenMode::Replace && S_ISREG(status.st_mode) && ftruncate(descriptor, 0) != 0) {
-    refusal = errno;
+  if (refusal == 0 && mode == EOpenMode::Replace && S_ISREG(status.st_mode)) {
+    if (Uninterrupted([&] { return ftruncate(descriptor, 0); }) != 0) refusal = errno;
   }
   if (refusal != 0) {
     close(descriptor);
@@ -135,12 +135,22 @@ bool SeekFile(FileHandle file, std::int64_t position) {
 }
 
 bool TruncateFile(FileHandle file, std::int64_t length) {
-  return ftruncate(Descriptor(file), length) == 0;
+  return Uninterrupted([&] { return ftruncate(Descriptor(file), length); }) == 0;
 }
 
 std::int64_t FileLength(FileHandle file) {
   struct stat status {};
   return fstat(Descriptor(file), &status) == 0 ? status.st_size : -1;
+}
+
+bool SetModifiedTime(FileHandle file, std::int64_t nanoseconds) {
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  const std::int64_t fraction = (nanoseconds % kSecond + kSecond) % kSecond;
+  std::array<timespec, 2> times{};
+  times[0].tv_nsec = UTIME_OMIT;
+  times[1].tv_sec = static_cast<std::time_t>((nanoseconds - fraction) / kSecond);
+  times[1].tv_nsec = static_cast<long>(fraction);
+  return futimens(Descriptor(file), times.data()) == 0;
 }
 
 bool SyncFile(FileHandle file) {
@@ -160,6 +170,15 @@ bool SyncFolder(const std::string& folder) {
   close(descriptor);
   errno = reason;
   return synced;
+}
+
+std::size_t AllowOpenFiles(std::size_t files) {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return files;
+  const rlimit raised{std::min<rlim_t>(files, limit.rlim_max), limit.rlim_max};
+  // The soft limit is there for programs that count on few; up to the hard one every program may go.
+  if (limit.rlim_cur < raised.rlim_cur && setrlimit(RLIMIT_NOFILE, &raised) == 0) limit = raised;
+  return static_cast<std::size_t>(std::min<rlim_t>(limit.rlim_cur, std::numeric_limits<std::size_t>::max()));
 }
 
 namespace {
@@ -225,8 +244,36 @@ bool IsWritableFolder(const std::string& folder) {
   return access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
+std::optional<std::int64_t> FreeSpace(const std::string& folder) {
+  struct statfs status {};
+  if (Uninterrupted([&] { return statfs(folder.c_str(), &status); }) != 0) return std::nullopt;
+  const auto block = static_cast<std::uint64_t>(status.f_frsize > 0 ? status.f_frsize : status.f_bsize);
+  std::int64_t bytes = 0;
+  if (__builtin_mul_overflow(status.f_bavail, block, &bytes)) return std::numeric_limits<std::int64_t>::max();
+  return bytes;
+}
+
+bool RemoveFolder(const std::string& folder) {
+  return rmdir(folder.c_str()) == 0;
+}
+
 bool RemoveFile(const std::string& path) {
   return unlink(path.c_str()) == 0;
+}
+
+bool RenameFile(const std::string& from, const std::string& to, bool replace) {
+  if (replace) return rename(from.c_str(), to.c_str()) == 0;
+  if (link(from.c_str(), to.c_str()) == 0) {
+    unlink(from.c_str());
+    return true;
+  }
+  // Memory cards and some networks know no second name of a file.
+  if (errno != EPERM && errno != EOPNOTSUPP && errno != ENOSYS) return false;
+  if (GetNameStatus(to)) {
+    errno = EEXIST;
+    return false;
+  }
+  return rename(from.c_str(), to.c_str()) == 0;
 }
 
 bool RemoveUnusedFile(const std::string& path) {
@@ -242,6 +289,14 @@ bool RemoveUnusedFile(const std::string& path) {
   close(descriptor);
   errno = reason;
   return removed;
+}
+
+bool CreateFolder(const std::string& folder) {
+  if (mkdir(folder.c_str(), S_IRWXU) == 0) return true;
+  const int reason = errno;
+  const std::optional<FileStatus> status = GetFileStatus(folder);
+  errno = reason;
+  return reason == EEXIST && status && status->bDirectory;
 }
 
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
@@ -288,6 +343,17 @@ std::string AbsolutePath(const std::string& path) {
 
 bool FileNamesEqual(std::string_view a, std::string_view b) {
   return a == b;
+}
+
+std::string FileNameKey(std::string_view name) {
+  return std::string(name);
+}
+
+std::string LinkedPath(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) != 0 || !S_ISLNK(status.st_mode)) return path;
+  const std::unique_ptr<char, void (*)(void*)> whole(realpath(path.c_str(), nullptr), std::free);
+  return whole ? std::string(whole.get()) : path;
 }
 
 // ---- errors ----------------------------------------------------------------------------------------------------
@@ -369,6 +435,10 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
 
 // ---- threads, processes, machine -------------------------------------------------------------------------------
 
+void EndProcess(int exitCode) {
+  _exit(exitCode);
+}
+
 void PrepareProcess() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(stream, F_GETFD) != -1 || errno != EBADF) continue;
@@ -400,12 +470,23 @@ void HandleStopRequests(void (*handler)()) {
   }
 }
 
+namespace {
+// The nice value that the program was started with: levels are above and below it. "nice carvello-cli" stays nice.
+int StartingNice() {
+  static const int nice = getpriority(PRIO_PROCESS, static_cast<id_t>(getpid()));
+  return nice;
+}
+}  // namespace
+
 bool SetCurrentThreadPriority(int priority) {
   struct Level {
     int nPriority;
     int nNice;
   };
-  constexpr Level kLevels[] = {{15, -20}, {2, -10}, {1, -5}, {0, 0}, {-1, 5}, {-2, 10}, {-15, 19}};
+  // Small steps: what these levels are for is that reading comes before processing, and one step gives a thread a
+  // quarter more of a processor than its neighbour has. At 10 below normal a lone job beside another busy program would
+  // be left a tenth of a processor. "Idle" alone asks for that.
+  constexpr Level kLevels[] = {{15, -20}, {2, -2}, {1, -1}, {0, 0}, {-1, 1}, {-2, 2}, {-15, 19}};
   const auto* level = std::ranges::find(kLevels, priority, &Level::nPriority);
   if (level == std::end(kLevels)) {
     errno = EINVAL;
@@ -413,14 +494,14 @@ bool SetCurrentThreadPriority(int priority) {
   }
   // Linux keeps the nice value per thread.
   const auto thread = static_cast<id_t>(syscall(SYS_gettid));
-  return setpriority(PRIO_PROCESS, thread, level->nNice) == 0;
+  return setpriority(PRIO_PROCESS, thread, StartingNice() + level->nNice) == 0;  // clamped by the system
 }
 
 bool CanRaiseThreadPriority() {
   // To "Above normal", as the workers need it: the privilege, or a resource limit that lets the nice value go so low.
-  constexpr rlim_t kLimitOfAboveNormal = 25;
+  const auto limitOfAboveNormal = static_cast<rlim_t>(21 - StartingNice());
   rlimit limit{};
-  if (getrlimit(RLIMIT_NICE, &limit) == 0 && limit.rlim_cur >= kLimitOfAboveNormal) return true;
+  if (getrlimit(RLIMIT_NICE, &limit) == 0 && limit.rlim_cur >= limitOfAboveNormal) return true;
   __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
   __user_cap_data_struct data[_LINUX_CAPABILITY_U32S_3] = {};
   if (syscall(SYS_capget, &header, data) != 0) return false;
@@ -442,10 +523,6 @@ std::int64_t ProcessCpuMilliseconds() {
   if (getrusage(RUSAGE_SELF, &usage) != 0) return 0;
   const auto milliseconds = [](const timeval& time) { return std::int64_t{time.tv_sec} * 1000 + time.tv_usec / 1000; };
   return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
-}
-
-unsigned ProcessorCount() {
-  return std::max(1U, std::thread::hardware_concurrency());
 }
 
 namespace {
@@ -497,71 +574,6 @@ std::string Utf8ToSystemCodePage(std::string_view text) {
 std::string SystemCodePageToUtf8(std::string_view bytes) {
   // What is no UTF-8 was most likely written on Windows.
   return IsUtf8(bytes) ? std::string(bytes) : Windows1252ToUtf8(bytes);
-}
-
-// ---- desktop and console ---------------------------------------------------------------------------------------
-
-std::string TempFolder() {
-  static const std::string folder = [] {
-    for (const char* variable : {"TEMP", "TMPDIR"}) {
-      const char* value = std::getenv(variable);
-      if (value != nullptr && *value != '\0') return std::string(value);
-    }
-    return std::string("/tmp");
-  }();
-  return folder;
-}
-
-namespace {
-
-// Runs a script of the shell's with arguments $1, $2, … and waits for its end. Its exit code, or -1 when it could not
-// be started; errno then tells why.
-int RunShell(const char* script, const std::vector<std::string>& arguments) {
-  std::vector<std::string> words = {"sh", "-c", script, "sh"};
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  std::vector<char*> pointers;
-  pointers.reserve(words.size() + 1);
-  for (std::string& word : words) pointers.push_back(word.data());
-  pointers.push_back(nullptr);
-  pid_t child = 0;
-  const int refusal = posix_spawnp(&child, "sh", nullptr, nullptr, pointers.data(), environ);
-  if (refusal != 0) {
-    errno = refusal;
-    return -1;
-  }
-  int status = 0;
-  if (Uninterrupted([&] { return waitpid(child, &status, 0); }) != child) return -1;
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
-}  // namespace
-
-bool OpenWithDesktop(WindowId /*parent*/, const std::string& path, const std::string& /*verb*/) {
-  if (access(path.c_str(), F_OK) != 0) return false;
-  // The shell ends at once and leaves the opener, which can live as long as what it opens, to the system.
-  const int code =
-      RunShell("command -v xdg-open >/dev/null || exit 127; xdg-open \"$1\" </dev/null >/dev/null 2>&1 &", {path});
-  if (code > 0) errno = ENOENT;
-  return code == 0;
-}
-
-bool HasProgramFor(const std::string& /*path*/, const std::vector<std::string>& mediaTypes) {
-  return RunShell("for type; do [ -n \"$(xdg-mime query default \"$type\" 2>/dev/null)\" ] && exit 0; done; exit 1",
-                  mediaTypes) == 0;
-}
-
-bool IsTerminal(int standardStream) {
-  return isatty(standardStream) != 0;
-}
-
-unsigned TerminalColumns() {
-  winsize size{};
-  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) return 80;
-  return size.ws_col;
-}
-
-void UseUtf8Console() {
-  // Terminals here speak UTF-8, or a locale of the user's choosing that is not ours to change.
 }
 
 }  // namespace carvello::platform

@@ -38,7 +38,15 @@ Locale UserLocale() {
 
 // ---- the time zone in force
 
+// The system keeps the names of zones in a list of its own, to which every conversion may add, also one of UTC. Whoever
+// reads a name has been here behind the thread that added it.
 CMutex s_zoneLock;
+
+// Seconds since 1970 of fields in UTC, which are brought within their ranges.
+std::int64_t NormaliseUtc(std::tm& fields) {
+  const CLockGuard guard(s_zoneLock);
+  return timegm(&fields);
+}
 
 struct ZoneMoment {
   std::int64_t nOffset = 0;  // seconds east of UTC
@@ -112,7 +120,7 @@ class CRecordWriter {
   static int WeekOf(const std::tm& day) {
     std::tm weekLater = day;
     weekLater.tm_mday += 7;
-    timegm(&weekLater);  // normalises the fields
+    NormaliseUtc(weekLater);
     const bool isLast = weekLater.tm_mon != day.tm_mon;
     return isLast ? 5 : (day.tm_mday - 1) / 7 + 1;
   }
@@ -165,20 +173,19 @@ TimeZoneRecord GetTimeZoneRecord() {
 
 bool UtcTime(std::int64_t seconds, std::tm& out) {
   const std::time_t time = seconds;
+  const CLockGuard guard(s_zoneLock);
   return gmtime_r(&time, &out) != nullptr;
 }
 
 bool LocalTime(std::int64_t seconds, std::tm& out) {
   const std::time_t time = seconds;
-  // The system keeps the names of zones in a list of its own, to which the conversion may add; whoever reads a name has
-  // been here behind the thread that added it.
   const CLockGuard guard(s_zoneLock);
   return localtime_r(&time, &out) != nullptr;
 }
 
 std::int64_t UtcSeconds(const std::tm& fields) {
   std::tm copy = fields;
-  return timegm(&copy);
+  return NormaliseUtc(copy);
 }
 
 // Not by mktime: in an hour that comes twice it chooses by what it was asked before. Here the first one is meant, and

@@ -9,7 +9,9 @@
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <memory>
 #include <utility>
 
@@ -73,7 +75,8 @@ std::size_t TransferAll(Call call, Byte* buffer, std::size_t bytes) {
 
 FileHandle OpenFile(const std::string& path, EOpenMode mode) {
   const bool read = mode == EOpenMode::ReadShared;
-  const DWORD access = read ? GENERIC_READ : GENERIC_WRITE;
+  DWORD access = read ? GENERIC_READ : GENERIC_WRITE;
+  if (mode == EOpenMode::Change) access = GENERIC_READ | GENERIC_WRITE;
   const DWORD share = read ? FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE : FILE_SHARE_READ;
   DWORD disposition = OPEN_EXISTING;
   if (mode == EOpenMode::CreateNew) disposition = CREATE_NEW;
@@ -123,6 +126,16 @@ std::int64_t FileLength(FileHandle file) {
   return GetFileSizeEx(AsHandle(file), &length) != 0 ? length.QuadPart : -1;
 }
 
+bool SetModifiedTime(FileHandle file, std::int64_t nanoseconds) {
+  constexpr std::int64_t kNanosecondsPerTick = 100;
+  const std::int64_t ticks =
+      nanoseconds / kNanosecondsPerTick + kSecondsFrom1601To1970 * static_cast<std::int64_t>(kTicksPerSecond);
+  FILETIME time{};
+  time.dwLowDateTime = static_cast<DWORD>(static_cast<std::uint64_t>(ticks) & 0xFFFFFFFFU);
+  time.dwHighDateTime = static_cast<DWORD>(static_cast<std::uint64_t>(ticks) >> 32U);
+  return SetFileTime(AsHandle(file), nullptr, nullptr, &time) != 0;
+}
+
 bool SyncFile(FileHandle file) {
   // Devices have nothing to sync.
   return FlushFileBuffers(AsHandle(file)) != 0 || GetLastError() == ERROR_INVALID_FUNCTION;
@@ -134,6 +147,10 @@ bool SyncFileData(FileHandle file) {
 
 bool SyncFolder(const std::string& /*folder*/) {
   return true;  // the file system's journal keeps names safe, and no call waits for it
+}
+
+std::size_t AllowOpenFiles(std::size_t files) {
+  return files;  // handles of the system, of which a process has millions; the C runtime's own limit is for its streams
 }
 
 std::optional<FileStatus> GetFileStatus(FileHandle file) {
@@ -202,12 +219,35 @@ bool IsWritableFolder(const std::string& folder) {
   return true;
 }
 
+std::optional<std::int64_t> FreeSpace(const std::string& folder) {
+  ULARGE_INTEGER available{};  // to this user, whose share may be smaller than the disk
+  if (GetDiskFreeSpaceExW(WidePath(folder).c_str(), &available, nullptr, nullptr) == 0) return std::nullopt;
+  constexpr auto kLargest = static_cast<ULONGLONG>(std::numeric_limits<std::int64_t>::max());
+  return static_cast<std::int64_t>(std::min(available.QuadPart, kLargest));
+}
+
+bool RemoveFolder(const std::string& folder) {
+  return RemoveDirectoryW(WidePath(folder).c_str()) != 0;
+}
+
 bool RemoveFile(const std::string& path) {
   return DeleteFileW(WidePath(path).c_str()) != 0;
 }
 
+bool RenameFile(const std::string& from, const std::string& to, bool replace) {
+  return MoveFileExW(WidePath(from).c_str(), WidePath(to).c_str(), replace ? MOVEFILE_REPLACE_EXISTING : 0) != 0;
+}
+
 bool RemoveUnusedFile(const std::string& path) {
   return RemoveFile(path);  // what is open for writing is shared for reading only, so the system refuses by itself
+}
+
+bool CreateFolder(const std::string& folder) {
+  if (CreateDirectoryW(WidePath(folder).c_str(), nullptr) != 0) return true;  // in a folder that is the user's own
+  const DWORD reason = GetLastError();
+  const std::optional<FileStatus> status = GetFileStatus(folder);
+  SetLastError(reason);
+  return reason == ERROR_ALREADY_EXISTS && status && status->bDirectory;
 }
 
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
@@ -264,6 +304,29 @@ bool FileNamesEqual(std::string_view a, std::string_view b) {
   const std::wstring wideB = Wide(b);
   return CompareStringOrdinal(wideA.c_str(), static_cast<int>(wideA.size()), wideB.c_str(),
                               static_cast<int>(wideB.size()), TRUE) == CSTR_EQUAL;
+}
+
+std::string FileNameKey(std::string_view name) {
+  const std::wstring wide = Wide(name);
+  // Letter for letter, as names are compared.
+  std::wstring upper = wide;
+  LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, wide.c_str(), static_cast<int>(wide.size()), upper.data(),
+                static_cast<int>(upper.size()), nullptr, nullptr, 0);
+  return Narrow(upper);
+}
+
+std::string LinkedPath(const std::string& path) {
+  const std::wstring wide = WidePath(path);
+  const DWORD attributes = GetFileAttributesW(wide.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return path;
+  const HANDLE raw =
+      CreateFileW(wide.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (raw == INVALID_HANDLE_VALUE) return path;
+  const std::wstring whole = GrowingText([raw](wchar_t* buffer, DWORD size) {
+    return GetFinalPathNameByHandleW(raw, buffer, size, FILE_NAME_NORMALIZED | VOLUME_NAME_DOS);
+  });
+  CloseHandle(raw);
+  return whole.empty() ? path : Narrow(whole);
 }
 
 // ---- errors ----------------------------------------------------------------------------------------------------
@@ -385,6 +448,12 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
 
 // ---- threads, processes, machine -------------------------------------------------------------------------------
 
+// ExitProcess would wait for locks that a thread may hold that never goes on.
+void EndProcess(int exitCode) {
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(exitCode));
+  std::abort();  // never reached
+}
+
 void PrepareProcess() {
   // The number of a stream that the parent closed can become that of the next file; whoever asks for the stream would
   // then be given the file.
@@ -448,12 +517,6 @@ std::int64_t ProcessCpuMilliseconds() {
   const std::uint64_t ticks =
       Join(kernel.dwHighDateTime, kernel.dwLowDateTime) + Join(user.dwHighDateTime, user.dwLowDateTime);
   return static_cast<std::int64_t>(ticks / (kTicksPerSecond / 1000));
-}
-
-unsigned ProcessorCount() {
-  SYSTEM_INFO information{};
-  GetSystemInfo(&information);
-  return std::max<DWORD>(1, information.dwNumberOfProcessors);
 }
 
 namespace {

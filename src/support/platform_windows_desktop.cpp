@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "support/com_use.h"
 #include "support/platform.h"
 #include "support/platform_windows_text.h"
 
@@ -25,12 +26,19 @@ std::string TempFolder() {
   return folder;
 }
 
+std::string UserCacheFolder() {
+  return Narrow(
+      GrowingText([](wchar_t* buffer, DWORD size) { return GetEnvironmentVariableW(L"LOCALAPPDATA", buffer, size); }));
+}
+
 bool OpenWithDesktop(WindowId parent, const std::string& path, const std::string& verb) {
+  const CComUse com;  // extensions of the shell need it
   const std::wstring shellPath = ShellPath(path);
   const std::wstring wideVerb = Wide(verb);
   SHELLEXECUTEINFOW request{};
   request.cbSize = sizeof(request);
-  request.fMask = SEE_MASK_FLAG_NO_UI;  // the caller tells the user
+  // The caller tells the user. A thread that ends behind this call must not take a half-done one along.
+  request.fMask = SEE_MASK_FLAG_NO_UI | SEE_MASK_NOASYNC;
   request.hwnd = reinterpret_cast<HWND>(parent);
   request.lpVerb = wideVerb.c_str();
   request.lpFile = shellPath.c_str();

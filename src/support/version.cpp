@@ -33,6 +33,8 @@ constexpr std::array<RecordValue, 9> kRecord{{
     {"SpecialBuild", "Special Build", ""},
 }};
 
+const char* g_pszBuildCommit = "";
+
 constexpr std::array<std::string_view, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
@@ -59,6 +61,22 @@ std::string VersionValue(const std::string& key) {
   const auto* entry =
       std::find_if(kRecord.begin(), kRecord.end(), [&](const RecordValue& each) { return each.key == key; });
   return entry == kRecord.end() ? std::string() : OwnValues()[static_cast<std::size_t>(entry - kRecord.begin())];
+}
+
+const char* BuildCommit() {
+  return g_pszBuildCommit;
+}
+
+void SetBuildCommit(const char* commit) {
+  g_pszBuildCommit = commit;
+}
+
+std::string CompilerName() {
+#ifdef __clang__
+  return std::string("Clang ") + __clang_version__;
+#else
+  return std::string("GCC ") + __VERSION__;
+#endif
 }
 
 std::uint32_t BuildNumberOf(const char* compilerDate) {

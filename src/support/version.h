@@ -23,6 +23,12 @@ struct VersionTexts {
 VersionTexts VersionInfo(const std::string& modulePath = {});
 // One value of the program's version record by its key ("ProductName", "LegalCopyright", ...); empty when absent.
 std::string VersionValue(const std::string& key);
+// The commit that the program is made of, with ", modified" behind it when the sources were changed; empty when that is
+// not known. A program tells its own once, before all else.
+const char* BuildCommit();
+void SetBuildCommit(const char* commit);
+// The compiler that made the program, for example "GCC 12.2.0".
+std::string CompilerName();
 // Build number for a compiler's date text such as "Sep  5 2022"; 0 for a text that is none.
 std::uint32_t BuildNumberOf(const char* compilerDate);
 

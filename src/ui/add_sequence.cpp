@@ -5,7 +5,10 @@
 
 #include "support/formatting.h"
 #include "support/text.h"
+#include "ui/choice_finder.h"
+#include "ui/english_texts.h"
 #include "ui/mnemonics.h"
+#include "ui/spoken_text.h"
 #include "ui_add_sequence.h"
 
 namespace carvello {
@@ -21,9 +24,9 @@ struct SStepRun {
 };
 
 QString Summary(std::int64_t start, std::int64_t end, std::int64_t step, std::int64_t count) {
-  return QString::fromStdString(Format("%s to %s in steps of %s. Total entries %lld.", FormatFrequency64(start).c_str(),
-                                       FormatFrequency64(end).c_str(), FormatFrequency64(step).c_str(),
-                                       static_cast<long long>(count)));
+  return InLanguage(Format("%s to %s in steps of %s. Total entries %lld.", FormatFrequency64(start).c_str(),
+                           FormatFrequency64(end).c_str(), FormatFrequency64(step).c_str(),
+                           static_cast<long long>(count)));
 }
 
 }  // namespace
@@ -44,6 +47,7 @@ CAddSequence::CAddSequence(std::int64_t nCentreFrequency, std::uint32_t nSampleR
       m_nHighest(nCentreFrequency + nSampleRate / 2) {
   m_ui->setupUi(this);
   MakeMnemonicsImmediate(*this);
+  MakeChoicesFindable(*this);
   for (CMyMFCMaskedEdit* pEdit : {m_ui->IDC_1010, m_ui->IDC_1011}) pEdit->setFont(fixedFont);
   m_ui->IDC_1012->setMinimumWidth(m_ui->IDC_1010->sizeHint().width());  // one column, one width
   m_ui->IDC_1010->SetFrequency(m_nLowest);
@@ -78,7 +82,7 @@ std::int64_t CAddSequence::Count() const {
 void CAddSequence::UpdateSummary() {
   std::tie(m_nStart, m_nEnd) = std::minmax({m_ui->IDC_1010->Frequency(), m_ui->IDC_1011->Frequency()});
   m_nStep = std::int64_t{m_ui->IDC_1012->currentData().toUInt()} * 1000;
-  m_ui->IDC_1021->setText(Summary(m_nStart, m_nEnd, m_nStep, Count()));
+  ShowSpoken(*m_ui->IDC_1021, Summary(m_nStart, m_nEnd, m_nStep, Count()));
 }
 
 }  // namespace carvello

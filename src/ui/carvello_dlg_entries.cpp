@@ -1,10 +1,12 @@
 // The main dialog's list of entries.
-#include "support/formatting.h"
+#include <algorithm>
+
 #include "support/text.h"
 #include "ui/add_sequence.h"
 #include "ui/carvello_dlg.h"
-#include "ui/input_texts.h"
+#include "ui/english_texts.h"
 #include "ui/message_boxes.h"
+#include "ui/spoken_text.h"
 #include "ui/wait_cursor.h"
 #include "ui_carvello_dlg.h"
 
@@ -22,20 +24,28 @@ void CCarvelloDlg::AnswerProblem(const SEntryProblem& problem) {
   }
 }
 
-void CCarvelloDlg::AddEntry() {
+// False when nothing was added.
+bool CCarvelloDlg::AddEntry() {
+  if (RefuseBandwidth()) return false;
+  const SListState state = ListState();
+  const SEntryFields fields = EntryFields();
   const std::size_t before = m_entries.Size();
-  if (const auto problem = m_entries.AddEntry(EntryFields())) {
+  if (const auto problem = m_entries.AddEntry(fields)) {
     AnswerProblem(*problem);
     ShowSlips({});
-    return;
+    return false;
   }
+  LeaveState(state);
   m_fields.Save(m_settings);
-  FinishAdding(before);
+  FinishAdding(before, fields);
+  return true;
 }
 
 void CCarvelloDlg::AddSequence() {
+  if (RefuseBandwidth()) return;
   CAddSequence dialog(m_input.recording.nRadioCenterFreq, m_input.recording.nSampleRate, m_fixedFont, this);
   if (dialog.exec() != QDialog::Accepted) return;
+  const SListState state = ListState();
   const std::int64_t frequencyBefore = m_fields.Frequency();
   const std::size_t before = m_entries.Size();
   // The frequency field goes along where the user looks at it, and keeps the last one for the settings.
@@ -46,36 +56,50 @@ void CCarvelloDlg::AddSequence() {
                           fields = EntryFields();  // a time that was put back on one step counts for the next
                         });
   if (m_entries.Size() > before) {
+    LeaveState(state);
     m_fields.SetFrequency(m_entries[m_entries.Size() - 1].nOutputFrequency);
     m_fields.Save(m_settings);
   }
   m_fields.SetFrequency(frequencyBefore);
-  FinishAdding(before);
+  FinishAdding(before, EntryFields());
 }
 
-// The entries from the index on were added just now.
-void CCarvelloDlg::FinishAdding(std::size_t first) {
+// The entries from the index on were added just now, with times as in the fields.
+void CCarvelloDlg::FinishAdding(std::size_t first, const SEntryFields& fields) {
   CAddingSlips slips;
-  const SEntryFields fields = EntryFields();
-  for (std::size_t i = first; i < m_entries.Size(); ++i) slips.Added(fields, m_input.recording, m_entries[i]);
+  std::set<OutputKey> added;
+  for (std::size_t i = first; i < m_entries.Size(); ++i) {
+    slips.Added(fields, m_input.recording, m_entries[i]);
+    added.insert(KeyOf(m_entries[i]));
+  }
   for (const SDroppedEntry& dropped : m_entries.Rebuild()) slips.Dropped(dropped);
   ShowEntries();
   ShowSlips(slips);
+  SelectKeys(added);
 }
 
 void CCarvelloDlg::ShowSlips(const CAddingSlips& slips) {
-  const QString hint = QString::fromStdString(slips.Hint());
+  ShowHint(InLanguage(slips.Hint()));
+  for (const std::string& line : slips.LogLines()) m_ui->IDC_1022->AddLine(line);
+}
+
+void CCarvelloDlg::ShowHint(const QString& hint) {
   m_ui->labelHint->setText(hint);
   m_ui->labelHint->setToolTip(hint);  // there is room for a line or two
   // A reader of the screen says the name only, so it carries the text.
   m_ui->labelHint->setAccessibleName(hint.isEmpty() ? tr("Hint") : tr("Hint: %1").arg(hint));
-  for (const std::string& line : slips.LogLines()) m_ui->IDC_1022->AddLine(line);
 }
 
 void CCarvelloDlg::DeleteSelectedEntries() {
   const CWaitCursor wait;
-  m_entries.Remove(m_ui->IDC_1008->SelectedRows());
+  if (!m_ui->IDC_1008->HasSelection()) return;
+  LeaveState(ListState());
+  const std::vector<std::size_t> rows = m_ui->IDC_1008->SelectedRows();
+  const auto current = static_cast<std::size_t>(std::max(m_ui->IDC_1008->CurrentRow(), 0));
+  const auto above = std::lower_bound(rows.begin(), rows.end(), current) - rows.begin();
+  m_entries.Remove(rows);
   RebuildEntryList();
+  m_ui->IDC_1008->GoBefore(static_cast<int>(current) - static_cast<int>(above));
 }
 
 void CCarvelloDlg::ResetEntries() {
@@ -89,22 +113,25 @@ void CCarvelloDlg::RebuildEntryList() {
 }
 
 void CCarvelloDlg::ShowEntries() {
-  m_job.RetainEntries();
-  std::vector<QStringList> rows;
-  for (const OutputEntry* entry : m_entries.Pointers()) {
-    QStringList row;
-    for (const std::string& text :
-         {GroupDigits(entry->nOutputFrequency), FormatFrequency(entry->nOutputSampleRate),
-          DateTimeText(entry->tStart, IsUtc()), DateTimeText(entry->tEnd, IsUtc()), entry->strDisplayName}) {
-      row << QString::fromStdString(text);
-    }
-    rows.push_back(row << QString());
-  }
-  m_ui->IDC_1008->SetRows(rows);
+  m_ui->IDC_1008->SetRows(m_table.Rows(m_entries, IsUtc()));
+  ListChanged();
   ShowStates();
-  m_ui->IDC_1027->setText(QString::fromStdString(Format(
-      "Maximum entries: %d, current: %d", static_cast<int>(m_job.MaxEntries()), static_cast<int>(m_entries.Size()))));
+  ShowCount();
+  CountSums();
+  ShowBands();
   UpdateControlStates();
+}
+
+void CCarvelloDlg::ShowCount() {
+  ShowSpoken(*m_ui->IDC_1027,
+             InLanguage(Format("Maximum entries: %d, current: %d", static_cast<int>(m_job.MaxEntries()),
+                               static_cast<int>(m_entries.Size()))));
+}
+
+void CCarvelloDlg::OnePassClicked() {
+  m_job.SetOnePass(m_ui->checkOnePass->isChecked());
+  m_settings.Write("OnePass", m_ui->checkOnePass->isChecked());
+  ShowCount();
 }
 
 }  // namespace carvello

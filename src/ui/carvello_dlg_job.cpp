@@ -1,9 +1,11 @@
 // The main dialog's job, log and progress.
 #include "support/text.h"
 #include "ui/carvello_dlg.h"
+#include "ui/english_texts.h"
 #include "ui/file_manager.h"
 #include "ui/log_file.h"
 #include "ui/message_boxes.h"
+#include "ui/spoken_text.h"
 #include "ui_carvello_dlg.h"
 
 namespace carvello {
@@ -13,11 +15,13 @@ constexpr int kProgressRange = 1000;
 }
 
 void CCarvelloDlg::Start() {
+  if (!m_job.IsRunning()) m_job.SetListener(m_pSpectrum == nullptr ? nullptr : m_pSpectrum->Listener());
   m_job.Start(m_input.recording);
 }
 
 void CCarvelloDlg::JobStarting(bool continues) {
   m_ui->IDC_1020->setValue(0);
+  m_pAnnouncer->BeginProgress();
   m_taskbar.Begin();
   // What went wrong in a batch is not swept away by the next one.
   if (continues) {
@@ -34,10 +38,24 @@ void CCarvelloDlg::JobStarted() {
 }
 
 void CCarvelloDlg::ShowAccount() {
-  m_ui->labelOutcome->SetText(m_job.IsRunning() ? SToneText() : m_job.Account().Outcome());
+  const SToneText outcome = m_job.IsRunning() ? WaitingText() : m_job.Account().Outcome();
+  if (m_ui->labelOutcome->SetText(outcome)) m_pAnnouncer->AnnounceOutcome(m_ui->labelOutcome->text());
   const std::string rate = m_job.IsRunning() ? m_rate.Text(m_clock.elapsed()) : std::string();
-  m_ui->labelRate->setText(QString::fromStdString(rate));
+  ShowSpoken(*m_ui->labelRate, InLanguage(rate));
   ShowStates();
+}
+
+// Nothing while a job simply runs.
+SToneText CCarvelloDlg::WaitingText() const {
+  const QString place = QString::fromStdString(Printable(m_job.Place()));
+  if (m_job.IsStopping()) return {tr("Stopping, waiting for %1…").arg(place).toStdString(), ETone::Caution};
+  const CJobRunner::EHalt halt = m_job.Halt();
+  if (!m_job.IsPreparing() && halt == CJobRunner::EHalt::None) return {};
+  if (halt == CJobRunner::EHalt::Silent) {
+    return {tr("No answer from %1. Connect its disk, and the run goes on; Stop ends it.").arg(place).toStdString(),
+            ETone::Bad};
+  }
+  return {tr("Waiting for %1…").arg(place).toStdString(), ETone::Caution};
 }
 
 void CCarvelloDlg::ShowStates() {
@@ -52,8 +70,7 @@ void CCarvelloDlg::ClearLog() {
 
 void CCarvelloDlg::WriteReadyLines() {
   m_ui->IDC_1022->AddLine("Ready");
-  m_ui->IDC_1022->AddLine(Format("Processors: %d, max threads: %d", static_cast<int>(m_job.Processors()),
-                                 static_cast<int>(m_job.MaxEntries())));
+  m_ui->IDC_1022->AddLine(m_job.LimitsText());
 }
 
 void CCarvelloDlg::ShowProgress(std::uint64_t total, std::uint64_t done) {
@@ -61,7 +78,8 @@ void CCarvelloDlg::ShowProgress(std::uint64_t total, std::uint64_t done) {
   const double part = static_cast<double>(done) / static_cast<double>(total);
   const int position = static_cast<int>(part * kProgressRange);
   m_ui->IDC_1020->setValue(position);
-  m_ui->IDC_1021->setText(QString::fromStdString(Format("%.2f%%", part * 100.0)));
+  ShowSpoken(*m_ui->IDC_1021, QString::fromStdString(Format("%.2f%%", part * 100.0)));
+  m_pAnnouncer->AnnounceProgress(part);
   m_ui->IDC_1021->show();
   m_rate.Update(part, m_clock.elapsed());
   m_taskbar.Update(static_cast<std::uint64_t>(position), done, total);
@@ -74,7 +92,7 @@ void CCarvelloDlg::ViewLogAsText() {
                    {"Open File", Format("%s: %s", LogFilePath().c_str(), error.c_str()), EButtons::Ok, EIcon::Stop});
     return;
   }
-  OpenOrTell(this, LogFilePath(), "Open File", "open");
+  OpenOrTell(this, LogFilePath(), "Open File", "open", m_fileWork);
 }
 
 }  // namespace carvello

@@ -4,13 +4,15 @@
 #include <shlobj.h>
 // clang-format on
 
+#include <QWidget>
+#include <functional>
 #include <memory>
 
+#include "support/com_use.h"
 #include "support/platform.h"
 #include "support/platform_windows_text.h"
-#include "ui/com_use.h"
 #include "ui/file_manager.h"
-#include "ui/wait_cursor.h"
+#include "ui/patient_work.h"
 
 namespace carvello {
 
@@ -21,7 +23,6 @@ struct FreeItem {
 };
 
 bool SelectInFolder(const std::string& path) {
-  const CWaitCursor wait;
   const CComUse com;
   // Empty when there is no such file, or when its path is too long for the shell.
   const std::unique_ptr<ITEMIDLIST, FreeItem> item(ILCreateFromPathW(platform::ShellPath(path).c_str()));
@@ -30,8 +31,11 @@ bool SelectInFolder(const std::string& path) {
 
 }  // namespace
 
-void ShowFileInFolder(QWidget* pParent, const std::string& path) {
-  if (!SelectInFolder(path)) OpenOrTell(pParent, platform::FolderOf(path), "Open Folder", "explore");
+void ShowFileInFolder(QWidget* pParent, const std::string& path, CPatientWork& work) {
+  work.Run("Show", path, [pParent, path, &work]() -> std::function<void()> {
+    if (SelectInFolder(path)) return [] {};
+    return [pParent, path, &work] { OpenOrTell(pParent, platform::FolderOf(path), "Open Folder", "explore", work); };
+  });
 }
 
 }  // namespace carvello

@@ -134,7 +134,7 @@ std::string AlignMegahertz(std::string_view text) {
   return aligned;
 }
 
-std::optional<std::int64_t> ParseFrequency(std::string_view text) {
+std::optional<std::int64_t> ReadFrequency(std::string_view text) {
   if (IsFrequencyFieldText(text)) return ReadFrequencyText(AlignMegahertz(text));
 
   std::string digits = ToLowerAscii(text);

@@ -29,6 +29,6 @@ std::string AlignMegahertz(std::string_view text);
 // A frequency as people write one elsewhere: "7.1 MHz", "7100 kHz", "7100000", "7,100,000 Hz", "____7.100.000". Without
 // a unit, whole digits are Hz and one point or comma separates MHz from their fraction, as it does in the field.
 // Nothing for other texts, negative values and what has no place in the field.
-std::optional<std::int64_t> ParseFrequency(std::string_view text);
+std::optional<std::int64_t> ReadFrequency(std::string_view text);
 
 }  // namespace carvello

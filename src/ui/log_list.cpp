@@ -59,6 +59,7 @@ void CLogList::AddLine(const std::string& worker, const std::string& text) {
   std::replace_if(
       line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
   m_waiting.push_back(Printable(line));
+  if (ToneOfLine(m_waiting.back()) == ETone::Bad) emit ErrorAdded(QString::fromStdString(m_waiting.back()));
   if (!m_pTimer->isActive()) m_pTimer->start();
 }
 

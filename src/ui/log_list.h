@@ -36,6 +36,9 @@ class CLogList : public QListView {
   // Seconds since 1970 UTC; for tests.
   void SetClock(std::function<std::int64_t()> clock);
 
+ signals:
+  void ErrorAdded(const QString& line);
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;

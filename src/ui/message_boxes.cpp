@@ -3,6 +3,7 @@
 #include <QMessageBox>
 
 #include "support/text.h"
+#include "ui/english_texts.h"
 
 namespace carvello {
 
@@ -35,8 +36,8 @@ QMessageBox::StandardButtons ButtonsOf(EButtons buttons) {
 }  // namespace
 
 EAnswer ShowMessageBox(QWidget* pParent, const SMessageBox& box) {
-  QMessageBox messageBox(IconOf(box.icon), QString::fromStdString(box.strCaption),
-                         QString::fromStdString(PrintableLines(box.strText)), ButtonsOf(box.buttons), pParent);
+  QMessageBox messageBox(IconOf(box.icon), InLanguage(box.strCaption), InLanguage(PrintableLines(box.strText)),
+                         ButtonsOf(box.buttons), pParent);
   messageBox.setTextFormat(Qt::PlainText);  // a path may look like markup
   // Whatever order the desktop puts the buttons in, Enter means the same.
   messageBox.setDefaultButton(box.buttons == EButtons::Ok ? QMessageBox::Ok : QMessageBox::Yes);

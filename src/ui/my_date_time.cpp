@@ -1,8 +1,12 @@
 #include "ui/my_date_time.h"
 
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QLocale>
+#include <QRegularExpression>
 #include <algorithm>
 #include <ctime>
+#include <utility>
 
 #include "support/platform.h"
 
@@ -60,6 +64,45 @@ CMyTimePicker::CMyTimePicker(QWidget* parent) : QTimeEdit(parent) {
   setDisplayFormat(QStringLiteral("HH:mm:ss"));
 }
 
+void CMyDatePicker::keyPressEvent(QKeyEvent* event) {
+  m_typing.Key(*this, *lineEdit(), *event, [this](QKeyEvent* key) { QDateEdit::keyPressEvent(key); });
+  // On the way to a date some days and months of it may be none, and its sections would keep what was there before.
+  QString format = displayFormat();
+  if (!format.contains("MMM")) format.replace("MM", "M");
+  format.replace("dd", "d");
+  QString digits = displayFormat();
+  digits.remove(QRegularExpression("[^dMy]"));
+  for (const QString& form : {format, digits, QStringLiteral("yyyy-M-d")}) {
+    const QDate date = locale().toDate(m_typing.Typed(), form);
+    if (date >= minimumDate() && date <= maximumDate()) setDate(date);
+  }
+}
+
+void CMyTimePicker::keyPressEvent(QKeyEvent* event) {
+  m_typing.Key(*this, *lineEdit(), *event, [this](QKeyEvent* key) { QTimeEdit::keyPressEvent(key); });
+}
+
+void CSectionTyping::Key(QDateTimeEdit& picker, QLineEdit& edit, QKeyEvent& event,
+                         const std::function<void(QKeyEvent*)>& toolkit) {
+  const QString text = event.text();
+  const bool types = !text.isEmpty() && text[0].isPrint() && (event.modifiers() & Qt::ControlModifier) == 0;
+  const bool separates = types && !text[0].isLetterOrNumber();
+  const bool arrived = std::exchange(m_bArrived, false);
+  if (!types) m_typed.clear();
+  if (!m_typed.isEmpty()) m_typed += text;
+  if (separates && arrived) return;  // the section that it leads to has been reached
+  if (types && !separates && edit.hasSelectedText() &&
+      edit.selectedText() != picker.sectionText(picker.currentSection())) {
+    // The toolkit's picker drops what is typed over more than one section.
+    m_typed = text;
+    edit.setCursorPosition(edit.selectionStart());
+    picker.setSelectedSection(picker.currentSection());
+  }
+  const QDateTimeEdit::Section before = picker.currentSection();
+  toolkit(&event);
+  m_bArrived = types && !separates && picker.currentSection() != before;
+}
+
 void CMyDateTime::SetRange(std::int64_t first, std::int64_t last, bool bUtc) {
   // The picker would become as narrow as these dates, and the window would move with it.
   m_pDate->setMinimumWidth(std::max(m_pDate->minimumWidth(), m_pDate->sizeHint().width()));
@@ -67,7 +110,14 @@ void CMyDateTime::SetRange(std::int64_t first, std::int64_t last, bool bUtc) {
 }
 
 void CMyDateTime::Set(std::int64_t moment, bool bUtc) {
-  const QDateTime shown = WallClock(moment, bUtc);
+  Show(WallClock(moment, bUtc));
+}
+
+QDateTime CMyDateTime::Shown() const {
+  return QDateTime(m_pDate->date(), m_pTime->time(), Qt::UTC);
+}
+
+void CMyDateTime::Show(const QDateTime& shown) {
   m_pDate->setDate(shown.date());
   m_pTime->setTime(shown.time());
 }

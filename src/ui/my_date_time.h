@@ -5,8 +5,22 @@
 #include <QDateEdit>
 #include <QTimeEdit>
 #include <cstdint>
+#include <functional>
 
 namespace carvello {
+
+// Typing into a picker's sections. Over a selection of several of them it begins in the first, and a separator that is
+// typed when a full section has led to the next one does not lead on.
+class CSectionTyping {
+ public:
+  void Key(QDateTimeEdit& picker, QLineEdit& edit, QKeyEvent& event, const std::function<void(QKeyEvent*)>& toolkit);
+  // All that was typed since a selection of several sections was typed over; empty after any other key.
+  const QString& Typed() const { return m_typed; }
+
+ private:
+  QString m_typed;
+  bool m_bArrived = false;  // in a section by filling the one before
+};
 
 // Shows the user's short date, with the century.
 class CMyDatePicker : public QDateEdit {
@@ -14,6 +28,12 @@ class CMyDatePicker : public QDateEdit {
 
  public:
   explicit CMyDatePicker(QWidget* parent = nullptr);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  CSectionTyping m_typing;
 };
 
 // Shows hours, minutes and seconds, with arrows up and down.
@@ -22,6 +42,12 @@ class CMyTimePicker : public QTimeEdit {
 
  public:
   explicit CMyTimePicker(QWidget* parent = nullptr);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  CSectionTyping m_typing;
 };
 
 // A date picker and a time picker that show one moment. Both must outlive it. Moments are seconds since 1970 UTC.
@@ -35,6 +61,10 @@ class CMyDateTime {
   // What the pickers show. With `bUtc` the offset of local time from UTC at `recordingStart` is what tells the two
   // apart, also when clocks change during the recording.
   std::int64_t Get(bool bUtc, std::int64_t recordingStart) const;
+
+  // What the pickers show as it stands, to be shown again.
+  QDateTime Shown() const;
+  void Show(const QDateTime& shown);
 
   void SetEnabled(bool bEnabled);
 

@@ -1,40 +1,28 @@
 #include "ui/my_edit_browse_ctrl.h"
 
-#include <QDragEnterEvent>
-#include <QDropEvent>
+#include <QApplication>
+#include <QDir>
 #include <QFileDialog>
-#include <QFileInfo>
-#include <QMimeData>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyleOptionFrame>
 #include <QToolButton>
 #include <QToolTip>
 #include <QUrl>
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "support/platform.h"
+#include "ui/plain_tool_tip.h"
+#include "ui/readable_colours.h"
 
 namespace carvello {
 
 namespace {
 
 constexpr QColor kBackground(255, 250, 241);
+constexpr double kDark = 0.18;             // luminance of a middle grey: fields that are darker belong to a dark theme
 constexpr double kReadableContrast = 4.5;  // W3C, Web Content Accessibility Guidelines 2.1, success criterion 1.4.3
-
-// Relative luminance, as the same guidelines define it.
-double Luminance(const QColor& colour) {
-  const auto linear = [](double channel) {
-    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double Contrast(const QColor& a, const QColor& b) {
-  const auto [darker, lighter] = std::minmax({Luminance(a), Luminance(b)});
-  return (lighter + 0.05) / (darker + 0.05);
-}
 
 // "*.WAV" as "*.[wW][aA][vV]".
 QString PatternForAnyCase(const QString& pattern) {
@@ -47,13 +35,6 @@ QString PatternForAnyCase(const QString& pattern) {
     }
   }
   return any;
-}
-
-QString AskWithDialog(QWidget* parent, const CMyMFCEditBrowseCtrl::SBrowse& browse, const QString& path) {
-  if (browse.bFolder) return QFileDialog::getExistingDirectory(parent, browse.title, path);
-  // The label of a filter names its patterns already.
-  return QFileDialog::getOpenFileName(parent, browse.title, path, browse.nameFilters.join(QLatin1String(";;")), nullptr,
-                                      QFileDialog::HideNameFilterDetails);
 }
 
 }  // namespace
@@ -70,8 +51,14 @@ QStringList NameFilters(const QString& filterText, bool bCaseMatters) {
 }
 
 QColor ReadableTextColour(const QColor& background, const QColor& wanted) {
-  if (Contrast(background, wanted) >= kReadableContrast) return wanted;
-  return Contrast(background, Qt::black) >= Contrast(background, Qt::white) ? Qt::black : Qt::white;
+  return ContrastOf(background, wanted) >= kReadableContrast ? wanted : ReadableOn(background);
+}
+
+QString CMyMFCEditBrowseCtrl::AskWithDialog(QWidget* parent, const SBrowse& browse, const QString& path) {
+  if (browse.bFolder) return QFileDialog::getExistingDirectory(parent, browse.title, path);
+  // The label of a filter names its patterns already.
+  return QFileDialog::getOpenFileName(parent, browse.title, path, browse.nameFilters.join(QLatin1String(";;")), nullptr,
+                                      QFileDialog::HideNameFilterDetails);
 }
 
 CMyMFCEditBrowseCtrl::CMyMFCEditBrowseCtrl(QWidget* parent)
@@ -110,6 +97,17 @@ void CMyMFCEditBrowseCtrl::SetChooser(PathChooser chooser) {
   m_chooser = std::move(chooser);
 }
 
+QString CMyMFCEditBrowseCtrl::Path() const {
+  // Terminals and file managers copy paths in these forms.
+  const QString trimmed = text().trimmed();
+  const bool quoted =
+      trimmed.size() > 2 && (trimmed.startsWith('"') || trimmed.startsWith('\'')) && trimmed.endsWith(trimmed.front());
+  if (quoted) return trimmed.mid(1, trimmed.size() - 2);
+  if (!trimmed.startsWith(QLatin1String("file://"), Qt::CaseInsensitive)) return text();
+  const QString path = QUrl(trimmed).toLocalFile();
+  return path.isEmpty() ? text() : QDir::toNativeSeparators(path);
+}
+
 void CMyMFCEditBrowseCtrl::SetPath(const QString& path) {
   setText(path);
 }
@@ -122,7 +120,7 @@ void CMyMFCEditBrowseCtrl::Browse() {
 bool CMyMFCEditBrowseCtrl::event(QEvent* event) {
   // A path that is shown in part is told whole, in place of what the field is for.
   if (event->type() == QEvent::ToolTip && IsElided()) {
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+    ShowPlainToolTip(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
     return true;
   }
   return QLineEdit::event(event);
@@ -178,55 +176,23 @@ void CMyMFCEditBrowseCtrl::paintEvent(QPaintEvent* event) {
 void CMyMFCEditBrowseCtrl::ApplyColours() {
   // Like the system's edit fields, one that cannot be used has the desktop's colours for that.
   m_bApplyingColours = true;
+  const QPalette theme = parentWidget() == nullptr ? QApplication::palette(this) : parentWidget()->palette();
   QPalette colours = palette();
   for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
-    const QColor text = ReadableTextColour(kBackground, QToolTip::palette().color(group, QPalette::ToolTipText));
+    const QColor field = theme.color(group, QPalette::Base);
+    const bool bDark = LuminanceOf(field) < kDark;
+    const QColor background = bDark ? field : kBackground;
+    const QColor wanted =
+        bDark ? theme.color(group, QPalette::Text) : QToolTip::palette().color(group, QPalette::ToolTipText);
+    const QColor text = ReadableTextColour(background, wanted);
     QColor placeholder = text;
     placeholder.setAlphaF(0.6F);
-    colours.setColor(group, QPalette::Base, kBackground);
+    colours.setColor(group, QPalette::Base, background);
     colours.setColor(group, QPalette::Text, text);
     colours.setColor(group, QPalette::PlaceholderText, placeholder);
   }
   setPalette(colours);
   m_bApplyingColours = false;
-}
-
-// The path of a dropped file or folder that belongs into this field: of a file, or of a folder or a file's folder.
-QString CMyMFCEditBrowseCtrl::DroppedPath(const QDropEvent& event) const {
-  const QList<QUrl> urls = event.mimeData()->urls();
-  if (urls.isEmpty() || !urls.first().isLocalFile()) return {};
-  const QFileInfo dropped(urls.first().toLocalFile());
-  if (dropped.isDir() != m_browse.bFolder) return m_browse.bFolder ? dropped.absolutePath() : QString();
-  return dropped.absoluteFilePath();
-}
-
-void CMyMFCEditBrowseCtrl::dragEnterEvent(QDragEnterEvent* event) {
-  if (!event->mimeData()->hasUrls()) {
-    QLineEdit::dragEnterEvent(event);
-  } else if (DroppedPath(*event).isEmpty()) {
-    event->ignore();
-  } else {
-    event->acceptProposedAction();
-  }
-}
-
-void CMyMFCEditBrowseCtrl::dragMoveEvent(QDragMoveEvent* event) {
-  if (event->mimeData()->hasUrls()) {
-    event->acceptProposedAction();
-  } else {
-    QLineEdit::dragMoveEvent(event);
-  }
-}
-
-void CMyMFCEditBrowseCtrl::dropEvent(QDropEvent* event) {
-  if (!event->mimeData()->hasUrls()) {
-    QLineEdit::dropEvent(event);
-    return;
-  }
-  const QString path = DroppedPath(*event);
-  if (path.isEmpty()) return;
-  SetPath(QDir::toNativeSeparators(path));
-  event->acceptProposedAction();
 }
 
 }  // namespace carvello

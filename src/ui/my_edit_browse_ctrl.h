@@ -1,6 +1,5 @@
-// CMyMFCEditBrowseCtrl: a field for the path of a file or folder, with a browse button at its right end. Files and
-// folders can be dropped on it. While it is not being edited, a path that is too long is shown with its middle left
-// out.
+// CMyMFCEditBrowseCtrl: a field for the path of a file or folder, with a browse button at its right end. While it is
+// not being edited, a path that is too long is shown with its middle left out.
 #pragma once
 
 #include <QColor>
@@ -33,15 +32,19 @@ class CMyMFCEditBrowseCtrl : public QLineEdit {
   // Asks the user, from the present path on; an empty answer leaves the path as it is.
   using PathChooser = std::function<QString(QWidget* parent, const SBrowse& browse, const QString& path)>;
 
+  // The one that asks with the desktop's own dialogs.
+  static QString AskWithDialog(QWidget* parent, const SBrowse& browse, const QString& path);
+
   explicit CMyMFCEditBrowseCtrl(QWidget* parent = nullptr);
 
   void SetFileBrowse(const QString& filterText);
   void SetFolderBrowse(const QString& title);
-  // Replaces the desktop's own dialogs.
+  // Replaces AskWithDialog.
   void SetChooser(PathChooser chooser);
   QToolButton* BrowseButton() const { return m_pButton; }
 
-  QString Path() const { return text(); }
+  // Without the quotes, or as the path of the file: address, that it was typed or pasted with.
+  QString Path() const;
   void SetPath(const QString& path);
 
  signals:
@@ -52,9 +55,6 @@ class CMyMFCEditBrowseCtrl : public QLineEdit {
   void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
-  void dragEnterEvent(QDragEnterEvent* event) override;
-  void dragMoveEvent(QDragMoveEvent* event) override;
-  void dropEvent(QDropEvent* event) override;
 
  private:
   void ShowButton(SBrowse browse, QStyle::StandardPixmap icon, const QString& name);
@@ -63,7 +63,6 @@ class CMyMFCEditBrowseCtrl : public QLineEdit {
   QRect TextArea() const;
   bool IsElided() const;
   void ApplyColours();
-  QString DroppedPath(const QDropEvent& event) const;
 
   QToolButton* m_pButton;
   SBrowse m_browse;

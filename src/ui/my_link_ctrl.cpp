@@ -4,11 +4,14 @@
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
 
+#include "ui/readable_colours.h"
+
 namespace carvello {
 
 namespace {
 constexpr int kMargin = 3;  // room for the focus frame
-}
+constexpr double kContrast = 4.8;
+}  // namespace
 
 CMyLinkCtrl::CMyLinkCtrl(QWidget* parent) : QPushButton(parent) {
   setFlat(true);
@@ -29,7 +32,10 @@ void CMyLinkCtrl::paintEvent(QPaintEvent*) {
   int flags = Qt::AlignCenter;
   flags |= style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this) != 0 ? Qt::TextShowMnemonic
                                                                                 : Qt::TextHideMnemonic;
-  painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Link));
+  // The theme's colour, as far as it can be read on the theme's background.
+  const QPalette::ColorGroup group = isEnabled() ? QPalette::Active : QPalette::Disabled;
+  painter.setPen(Strengthened(palette().color(group, QPalette::Link), palette().color(group, QPalette::WindowText),
+                              {palette().color(group, QPalette::Window)}, kContrast));
   painter.drawText(rect(), flags, text());
   if (hasFocus()) {
     QStyleOptionFocusRect option;

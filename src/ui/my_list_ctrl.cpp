@@ -1,13 +1,17 @@
 #include "ui/my_list_ctrl.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QScrollBar>
 #include <QStyleOptionSlider>
 #include <QStyledItemDelegate>
 #include <QWheelEvent>
 #include <algorithm>
-#include <memory>
+
+#include "ui/plain_tool_tip.h"
 
 namespace carvello {
 
@@ -16,7 +20,14 @@ namespace {
 constexpr int kColumnRoom = 10;  // pixels between the contents of a column and the next one
 constexpr int kRowRoom = 4;      // pixels between the texts of a row and the next one
 constexpr int kLastColumnCharacters = 32;
-constexpr int kToneRole = Qt::UserRole;
+constexpr int kLeastRows = 4;
+constexpr qsizetype kMostWidths = 200'000;  // texts whose widths are kept
+
+// Between the edge of a cell and its text.
+int TextMargin(const QWidget* pList) {
+  const QStyle* pStyle = pList == nullptr ? QApplication::style() : pList->style();
+  return pStyle->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, pList) + 1;
+}
 
 class CRowDelegate : public QStyledItemDelegate {
  public:
@@ -25,13 +36,25 @@ class CRowDelegate : public QStyledItemDelegate {
     return QStyledItemDelegate::sizeHint(option, index) + QSize(0, kRowRoom);
   }
 
+  // In the part of the cell that is in view: a text that the list has no room for is left out in its middle, and not
+  // cut off where the list ends.
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QStyleOptionViewItem visible = option;
+    if (const auto* pList = qobject_cast<const CMyMFCListCtrl*>(option.widget)) {
+      const QRect view = pList->viewport()->rect();
+      visible.rect.setLeft(std::max(option.rect.left(), view.left()));
+      visible.rect.setRight(std::min(option.rect.right(), view.right()));
+    }
+    QStyledItemDelegate::paint(painter, visible, index);
+  }
+
  protected:
   void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
     QStyledItemDelegate::initStyleOption(option, index);
     const bool enabled = (option->state & QStyle::State_Enabled) != 0;
     const QPalette::ColorGroup group = enabled ? QPalette::Active : QPalette::Disabled;
     QPalette& palette = option->palette;
-    const auto tone = static_cast<ETone>(index.data(kToneRole).toInt());
+    const auto tone = static_cast<ETone>(index.data(CListRows::kToneRole).toInt());
     if (!enabled || tone != ETone::Plain) {
       palette.setColor(
           QPalette::Text,
@@ -39,7 +62,18 @@ class CRowDelegate : public QStyledItemDelegate {
                      palette.color(QPalette::Active, QPalette::Text)));
     }
     if (!enabled) palette.setColor(QPalette::HighlightedText, ReadableOn(palette.color(group, QPalette::Highlight)));
-    if (index.column() == index.model()->columnCount() - 1) option->textElideMode = Qt::ElideRight;
+    if (index.column() != index.model()->columnCount() - 1) return;
+    option->textElideMode = Qt::ElideRight;
+    const QString brief = index.data(CListRows::kBriefRole).toString();
+    const int room = option->rect.width() - 2 * TextMargin(option->widget);
+    if (!brief.isEmpty() && option->fontMetrics.horizontalAdvance(option->text) > room) option->text = brief;
+  }
+
+  bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) override {
+    if (event->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(event, view, option, index);
+    ShowPlainToolTip(event->globalPos(), index.data(Qt::ToolTipRole).toString(), view);
+    return true;
   }
 };
 
@@ -92,7 +126,8 @@ class CReadingScrollBar : public QScrollBar {
 
 }  // namespace
 
-CMyMFCListCtrl::CMyMFCListCtrl(QWidget* parent) : QTreeWidget(parent) {
+CMyMFCListCtrl::CMyMFCListCtrl(QWidget* parent) : QTreeView(parent), m_pRows(new CListRows(this)) {
+  setModel(m_pRows);
   setItemDelegate(new CRowDelegate(this));
   setHeader(new CTitles(this));
   setVerticalScrollBar(new CReadingScrollBar(Qt::Vertical, this));
@@ -109,47 +144,46 @@ CMyMFCListCtrl::CMyMFCListCtrl(QWidget* parent) : QTreeWidget(parent) {
   header()->setSectionsMovable(false);
   header()->setStretchLastSection(true);
   header()->setMinimumSectionSize(0);
-  header()->setResizeContentsPrecision(-1);  // all rows, not only those in view
+  // How much of a cell is in view decides what it shows.
+  connect(horizontalScrollBar(), &QScrollBar::valueChanged, viewport(), qOverload<>(&QWidget::update));
+}
+
+QSize CMyMFCListCtrl::minimumSizeHint() const {
+  const int rows = kLeastRows * (fontMetrics().height() + kRowRoom);
+  const int around = 2 * frameWidth() + horizontalScrollBar()->sizeHint().height();
+  return {QTreeView::minimumSizeHint().width(), header()->sizeHint().height() + rows + around};
 }
 
 void CMyMFCListCtrl::SetColumns(const QStringList& titles) {
-  setHeaderLabels(titles);
+  m_pRows->SetTitles(titles);
   SizeColumns();
 }
 
 void CMyMFCListCtrl::SetRows(const std::vector<QStringList>& rows) {
+  const int place = CurrentRow();
   setUpdatesEnabled(false);
-  clear();
-  QList<QTreeWidgetItem*> items;
-  items.reserve(static_cast<qsizetype>(rows.size()));
-  for (const QStringList& row : rows) {
-    auto pItem = std::make_unique<QTreeWidgetItem>(row);
-    // A column can be made narrower than its texts.
-    for (int column = 0; column < row.size(); ++column) pItem->setToolTip(column, row[column]);
-    items.append(pItem.release());
-  }
-  addTopLevelItems(items);
+  const bool wasSelected = HasSelection();
+  m_pRows->SetRows(rows);
   SizeColumns();
+  if (place >= 0) GoBefore(place);
   setUpdatesEnabled(true);
+  if (wasSelected) emit itemSelectionChanged();  // a list that begins anew does not tell
 }
 
 void CMyMFCListCtrl::SetLastCell(int row, const SToneText& text) {
-  const int last = columnCount() - 1;
-  QTreeWidgetItem* pItem = topLevelItem(row);
-  const QString shown = QString::fromStdString(text.strText);
-  const int tone = static_cast<int>(text.tone);
-  if (pItem->text(last) == shown && pItem->data(last, kToneRole).toInt() == tone) return;
-  pItem->setData(last, kToneRole, tone);
-  pItem->setText(last, shown);
-  pItem->setToolTip(last, shown);
-  pItem->setData(last, Qt::AccessibleTextRole, shown);
+  if (!m_pRows->SetLastCell(row, text)) return;
+  const int last = ColumnCount() - 1;
   // The column only grows, so that nothing moves to and fro while the texts change.
-  const int width = std::min(fontMetrics().horizontalAdvance(shown) + 2 * TextMargin(), WidestLastColumn());
+  const int width = std::min(WidthOf(Cell(row, last)), WidestLastColumn());
   if (width <= header()->sectionSize(last)) return;
   const QScrollBar* pBar = horizontalScrollBar();
   const bool inView = pBar->value() == pBar->maximum();
   header()->resizeSection(last, width);
   if (inView) ShowLastColumn();
+}
+
+QString CMyMFCListCtrl::Title(int column) const {
+  return m_pRows->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
 }
 
 void CMyMFCListCtrl::ShowLastColumn() {
@@ -180,40 +214,121 @@ bool CMyMFCListCtrl::HasSelection() const {
   return selectionModel()->hasSelection();
 }
 
+void CMyMFCListCtrl::SelectRows(const std::vector<std::size_t>& rows) {
+  QItemSelection selection;
+  for (std::size_t i = 0; i < rows.size();) {
+    // Rows that follow each other are one range: thousands of ranges would make every click slow.
+    std::size_t next = i + 1;
+    while (next < rows.size() && rows[next] == rows[next - 1] + 1) ++next;
+    const int first = static_cast<int>(rows[i]);
+    const int last = std::min(static_cast<int>(rows[next - 1]), RowCount() - 1);
+    if (first <= last) selection.select(model()->index(first, 0), model()->index(last, ColumnCount() - 1));
+    i = next;
+  }
+  if (!selection.isEmpty()) {
+    const QModelIndex first = selection.first().topLeft();
+    selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    m_bBetweenRows = false;
+    scrollTo(first);
+  }
+  selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void CMyMFCListCtrl::GoBefore(int row) {
+  m_bBetweenRows = row < RowCount();
+  const QModelIndex place = m_pRows->index(std::min(row, RowCount() - 1), 0);
+  selectionModel()->setCurrentIndex(place, QItemSelectionModel::NoUpdate);
+  if (place.isValid()) scrollTo(place);
+}
+
+QString CMyMFCListCtrl::SelectedText() const {
+  const std::vector<std::size_t> rows = SelectedRows();
+  const int last = ColumnCount() - 1;
+  const bool toldOfAny = std::any_of(rows.begin(), rows.end(),
+                                     [&](std::size_t row) { return !Cell(static_cast<int>(row), last).isEmpty(); });
+  QString text;
+  for (const std::size_t row : rows) {
+    QStringList cells;
+    for (int column = 0; column < (toldOfAny ? last + 1 : last); ++column) cells << Cell(static_cast<int>(row), column);
+    // A name may hold what would begin another cell or line.
+    for (QString& cell : cells) cell.replace('\t', ' ').replace('\n', ' ');
+    text += cells.join('\t') + '\n';
+  }
+  return text;
+}
+
+void CMyMFCListCtrl::CopySelected() const {
+  if (HasSelection()) QApplication::clipboard()->setText(SelectedText());
+}
+
 void CMyMFCListCtrl::SizeColumns() {
-  const int last = columnCount() - 1;
+  if (m_widths.size() > kMostWidths) m_widths.clear();
+  const int last = ColumnCount() - 1;
   for (int column = 0; column <= last; ++column) {
-    const int width = std::max(sizeHintForColumn(column), header()->sectionSizeHint(column));
+    int width = header()->sectionSizeHint(column);
+    for (int row = 0; row < RowCount(); ++row) width = std::max(width, WidthOf(Cell(row, column)));
     header()->resizeSection(column, column < last ? width + kColumnRoom : std::min(width, WidestLastColumn()));
   }
 }
 
-int CMyMFCListCtrl::TextMargin() const {
-  return style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+int CMyMFCListCtrl::WidthOf(const QString& text) {
+  const auto known = m_widths.constFind(text);
+  if (known != m_widths.constEnd()) return *known;
+  const int width = fontMetrics().horizontalAdvance(text) + 2 * TextMargin(this);
+  m_widths.insert(text, width);
+  return width;
 }
 
 // A reason can be longer than a window is wide.
 int CMyMFCListCtrl::WidestLastColumn() const {
-  return kLastColumnCharacters * fontMetrics().averageCharWidth() + 2 * TextMargin();
+  return kLastColumnCharacters * fontMetrics().averageCharWidth() + 2 * TextMargin(this);
 }
 
 void CMyMFCListCtrl::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Delete && event->modifiers() == Qt::NoModifier) {
+  if (event->matches(QKeySequence::Copy)) {
+    CopySelected();
+    return;
+  }
+  if (event->modifiers() == Qt::NoModifier && event->key() == Qt::Key_Delete) {
     emit DeletePressed();
     return;
   }
-  QTreeWidget::keyPressEvent(event);
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if ((enter || event->key() == Qt::Key_F2) && selectionModel()->isRowSelected(CurrentRow(), {})) {
+    emit EditPressed(CurrentRow());
+    return;
+  }
+  if (event->key() == Qt::Key_Down && m_bBetweenRows) {
+    // From the row above; above the first is none, and Down goes to that.
+    selectionModel()->setCurrentIndex(m_pRows->index(CurrentRow() - 1, 0), QItemSelectionModel::NoUpdate);
+  }
+  m_bBetweenRows = false;
+  QTreeView::keyPressEvent(event);
+}
+
+void CMyMFCListCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
+  QTreeView::mouseDoubleClickEvent(event);
+  const QModelIndex index = indexAt(event->pos());
+  if (index.isValid() && event->button() == Qt::LeftButton) emit EditPressed(index.row());
+}
+
+void CMyMFCListCtrl::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  QTreeView::selectionChanged(selected, deselected);
+  m_bBetweenRows = false;
+  emit itemSelectionChanged();
 }
 
 bool CMyMFCListCtrl::viewportEvent(QEvent* event) {
-  if (event->type() != QEvent::Wheel || isEnabled()) return QTreeWidget::viewportEvent(event);
+  if (event->type() != QEvent::Wheel || isEnabled()) return QTreeView::viewportEvent(event);
   wheelEvent(static_cast<QWheelEvent*>(event));
   return true;
 }
 
 void CMyMFCListCtrl::changeEvent(QEvent* event) {
-  QTreeWidget::changeEvent(event);
-  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) SizeColumns();
+  QTreeView::changeEvent(event);
+  if (event->type() != QEvent::FontChange && event->type() != QEvent::StyleChange) return;
+  m_widths.clear();
+  SizeColumns();
 }
 
 }  // namespace carvello

@@ -286,7 +286,7 @@ void CMyMFCMaskedEdit::Copy() const {
 }
 
 void CMyMFCMaskedEdit::Paste(const QString& text) {
-  const auto frequency = ParseFrequency(text.toStdString());
+  const auto frequency = ReadFrequency(text.toStdString());
   if (!frequency) {
     QApplication::beep();
     return;

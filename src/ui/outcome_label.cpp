@@ -2,6 +2,8 @@
 
 #include <QEvent>
 
+#include "ui/english_texts.h"
+
 namespace carvello {
 
 COutcomeLabel::COutcomeLabel(QWidget* parent) : QLabel(parent) {
@@ -12,13 +14,15 @@ COutcomeLabel::COutcomeLabel(QWidget* parent) : QLabel(parent) {
   SetText({});
 }
 
-void COutcomeLabel::SetText(const SToneText& text) {
-  const QString shown = QString::fromStdString(text.strText);
+bool COutcomeLabel::SetText(const SToneText& text) {
+  const QString shown = InLanguage(text.strText);
+  const bool bNews = shown != this->text();
   setText(shown);
   // A reader of the screen says the name only, so it carries the text.
   setAccessibleName(shown.isEmpty() ? tr("Outcome") : tr("Outcome: %1").arg(shown));
   m_tone = text.tone;
   UpdateColour();
+  return bNews;
 }
 
 void COutcomeLabel::changeEvent(QEvent* event) {

@@ -13,7 +13,8 @@ class COutcomeLabel : public QLabel {
  public:
   explicit COutcomeLabel(QWidget* parent = nullptr);
 
-  void SetText(const SToneText& text);
+  // False when that stands there already.
+  bool SetText(const SToneText& text);
 
  protected:
   void changeEvent(QEvent* event) override;

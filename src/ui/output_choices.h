@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/output_entry.h"
 #include "input/recording_set.h"
 
 class QComboBox;
@@ -17,13 +18,13 @@ struct SChoice {
   bool operator==(const SChoice&) const = default;
 };
 
-// The bandwidth that is selected where nothing else was chosen before.
-inline constexpr std::uint32_t kUsualBandwidth = 1'000'000;
-
 // Bandwidths in Hz that a recording of this sample rate can be cut to, from the widest down.
 std::vector<SChoice> BandwidthChoices(std::uint32_t sampleRate);
-// Megabytes at which an output is split; 0 is one file.
+// Megabytes at which an output is split; 0 is one file. Behind them SigMF, which is a choice of files, not of sizes.
+inline constexpr std::uint32_t kSigMfChoice = 0xFFFFFFFF;
 std::vector<SChoice> FileSizeChoices();
+// What is chosen for an entry, or was.
+std::uint32_t FileSizeChoice(const OutputEntry& entry);
 // Whole hours and minutes of a duration within the recording.
 std::vector<SChoice> HourChoices(const CRecordingSet& recording);
 std::vector<SChoice> MinuteChoices(const CRecordingSet& recording);

@@ -1,5 +1,7 @@
 #include "ui/output_fields.h"
 
+#include "engine/entry_checks.h"
+#include "engine/offered_bandwidths.h"
 #include "ui/output_choices.h"
 #include "ui_carvello_dlg.h"
 
@@ -22,6 +24,7 @@ void COutputFields::ShowRecording(const CRecordingSet& recording, bool utc) {
 }
 
 void COutputFields::OfferBandwidths(std::uint32_t sampleRate) {
+  m_nSampleRate = sampleRate;
   FillList(*m_ui.IDC_1011, BandwidthChoices(sampleRate), ESelect::Nothing);
   SelectByValue(*m_ui.IDC_1011, kUsualBandwidth);
 }
@@ -44,21 +47,29 @@ int COutputFields::EndMode() const {
 }
 
 void COutputFields::Restore(const CMySettingsStore& settings, std::int64_t frequency) {
-  std::uint32_t bandwidth = SelectedValue(*m_ui.IDC_1011);
+  std::uint32_t bandwidth = m_ui.IDC_1011->Bandwidth();
+  bool typed = false;
   std::uint32_t fileSize = SelectedValue(*m_ui.IDC_1014);
   std::uint32_t sampleSize = m_ui.IDC_1013->isChecked() ? 1 : 0;
   settings.Read("Bandwidth", bandwidth);
+  settings.Read("BandwidthTyped", typed);
   settings.Read("Format", fileSize);
   settings.Read("SampleSize", sampleSize);
   settings.Read("CentreFreq", frequency);
+  // What was chosen and is not offered leaves the selection; what was typed is typed again where it can be cut.
   SelectByValue(*m_ui.IDC_1011, bandwidth);
+  if (typed && bandwidth > 0 && bandwidth <= m_nSampleRate) m_ui.IDC_1011->SetBandwidth(bandwidth);
   SelectByValue(*m_ui.IDC_1014, fileSize);
   (sampleSize == 1 ? m_ui.IDC_1013 : m_ui.IDC_1012)->setChecked(true);
   SetFrequency(frequency);
 }
 
 void COutputFields::Save(CMySettingsStore& settings) const {
-  settings.Write("Bandwidth", SelectedValue(*m_ui.IDC_1011));
+  settings.Write("Bandwidth", m_ui.IDC_1011->Bandwidth());
+  // Said only where it is news: offered bandwidths are the rule.
+  bool wasTyped = false;
+  settings.Read("BandwidthTyped", wasTyped);
+  if (wasTyped != m_ui.IDC_1011->IsTyped()) settings.Write("BandwidthTyped", !wasTyped);
   settings.Write("Format", SelectedValue(*m_ui.IDC_1014));
   settings.Write("SampleSize", m_ui.IDC_1013->isChecked() ? 1 : 0);
   settings.Write("CentreFreq", Frequency());
@@ -67,8 +78,12 @@ void COutputFields::Save(CMySettingsStore& settings) const {
 SEntryFields COutputFields::Read(bool utc, std::int64_t recordingStart) const {
   SEntryFields fields;
   fields.nFrequency = Frequency();
-  fields.nBandwidth = SelectedValue(*m_ui.IDC_1011);
+  fields.nBandwidth = m_ui.IDC_1011->Bandwidth();
   fields.nFileSizeMB = SelectedValue(*m_ui.IDC_1014);
+  if (fields.nFileSizeMB == kSigMfChoice) {
+    fields.nFileSizeMB = 0;
+    fields.format = EOutputFormat::SigMf;
+  }
   fields.b32Bit = m_ui.IDC_1013->isChecked();
   fields.startMode = static_cast<EStartMode>(StartMode());
   fields.tPickedStart = m_start.Get(utc, recordingStart);
@@ -77,6 +92,42 @@ SEntryFields COutputFields::Read(bool utc, std::int64_t recordingStart) const {
   fields.tPickedEnd = m_finish.Get(utc, recordingStart);
   fields.bUtc = utc;
   return fields;
+}
+
+void COutputFields::SetModes(int start, int end) {
+  (start == 1 ? m_ui.IDC_1086 : m_ui.IDC_1085)->setChecked(true);
+  (end == 2 ? m_ui.IDC_1087 : end == 1 ? m_ui.IDC_1084 : m_ui.IDC_1083)->setChecked(true);
+}
+
+void COutputFields::ShowCut(const SCut& cut, bool utc) {
+  SetFrequency(cut.nFrequency);
+  m_ui.IDC_1011->SetBandwidth(cut.nBandwidth);
+  SetModes(cut.tStart ? 1 : 0, cut.tEnd ? 2 : 0);
+  if (cut.tStart) m_start.Set(*cut.tStart, utc);
+  if (cut.tEnd) m_finish.Set(*cut.tEnd, utc);
+}
+
+void COutputFields::ShowStorage(const OutputEntry& entry) {
+  SelectByValue(*m_ui.IDC_1014, FileSizeChoice(entry));
+  (entry.nBitsPerSample == 32 ? m_ui.IDC_1013 : m_ui.IDC_1012)->setChecked(true);
+}
+
+bool COutputFields::RefusesBandwidth() const {
+  const CBandwidthBox& box = *m_ui.IDC_1011;
+  return box.IsUnreadable() ||
+         (box.IsTyped() && (box.Bandwidth() < kSmallestBandwidth || box.Bandwidth() > m_nSampleRate));
+}
+
+SFieldState COutputFields::State() const {
+  return {Frequency(), m_ui.IDC_1011->Bandwidth(), StartMode(), EndMode(), m_start.Shown(), m_finish.Shown()};
+}
+
+void COutputFields::SetState(const SFieldState& state) {
+  SetFrequency(state.nFrequency);
+  m_ui.IDC_1011->SetBandwidth(state.nBandwidth);
+  SetModes(state.nStartMode, state.nEndMode);
+  m_start.Show(state.start);
+  m_finish.Show(state.finish);
 }
 
 void COutputFields::ResetTime(SEntryProblem::EReset reset, const CRecordingSet& recording, bool utc) {

@@ -10,14 +10,6 @@ namespace {
 constexpr double kEnough = 5.0;
 constexpr int kSteps = 32;
 
-// Relative luminance of WCAG 2.1.
-double Luminance(const QColor& colour) {
-  const auto linear = [](double value) {
-    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
 double LeastContrast(const QColor& colour, const QList<QColor>& backgrounds) {
   double least = 21.0;
   for (const QColor& background : backgrounds) least = std::min(least, ContrastOf(colour, background));
@@ -44,13 +36,28 @@ QColor Mixed(const QColor& from, const QColor& to, int step) {
 
 }  // namespace
 
+double LuminanceOf(const QColor& colour) {
+  const auto linear = [](double value) {
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+}
+
 double ContrastOf(const QColor& a, const QColor& b) {
-  const double x = Luminance(a), y = Luminance(b);
+  const double x = LuminanceOf(a), y = LuminanceOf(b);
   return (std::max(x, y) + 0.05) / (std::min(x, y) + 0.05);
 }
 
 QColor ReadableOn(const QColor& background) {
   return ContrastOf(Qt::black, background) > ContrastOf(Qt::white, background) ? Qt::black : Qt::white;
+}
+
+QColor Strengthened(const QColor& colour, const QColor& strongest, const QList<QColor>& backgrounds, double contrast) {
+  for (int step = 0; step < kSteps; ++step) {
+    const QColor mixed = Mixed(colour, strongest, step);
+    if (LeastContrast(mixed, backgrounds) >= contrast) return mixed;
+  }
+  return strongest;
 }
 
 QColor ToneColour(ETone tone, const QList<QColor>& backgrounds, const QColor& plain) {

@@ -4,11 +4,16 @@
 #include <QFile>
 
 // Out of every namespace, as Qt demands. Without it the linker would leave the resources of a static library out.
-static void UseResources() {
+static void InitResources() {
   Q_INIT_RESOURCE(carvello);
+  Q_INIT_RESOURCE(translations);
 }
 
 namespace carvello {
+
+void UseResources() {
+  InitResources();
+}
 
 std::optional<std::string> LoadResource(const char* type, int number) {
   UseResources();

@@ -1,6 +1,7 @@
 #include "ui/run_account.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "support/text.h"
 
@@ -12,11 +13,41 @@ constexpr std::size_t kMostFailures = 10;    // named in the message box, which 
 constexpr std::size_t kLongestReason = 250;  // bytes of each, for the same reason
 constexpr std::uint32_t kProgressPerCent = 100;
 
+constexpr const char* kFailed = "failed: ";
+constexpr std::string_view kBeforeCause = " - ";
+constexpr std::string_view kAfterPath = ": ";
+
+// The cause alone, which reasons name last: "Error writing 4096 bytes - No space left on device", or after a path:
+// "/media/disk/cuts: No such file or directory".
+std::string BriefOf(const std::string& reason) {
+  std::string_view before = kBeforeCause;
+  std::size_t found = reason.rfind(before);
+  if (found == std::string::npos) {
+    const std::size_t name = reason.find_last_of("/\\");
+    before = kAfterPath;
+    found = name == std::string::npos ? name : reason.find(before, name);
+  }
+  if (found == std::string::npos || found + before.size() == reason.size()) return {};
+  return kFailed + reason.substr(found + before.size());
+}
+
 std::string Shortened(const std::string& text) {
   if (text.size() <= kLongestReason) return text;
   std::size_t end = kLongestReason;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;  // no character is cut in two
   return text.substr(0, end) + "…";
+}
+
+// What failed, named as far as there is room; empty when nothing did. `outputs`: of so many.
+std::string Account(const SFailure* failures, std::size_t count, std::size_t outputs) {
+  if (count == 0) return {};
+  std::string text = Format("%zu of %zu outputs failed:", count, outputs);
+  const std::size_t named = std::min(count, kMostFailures);
+  for (std::size_t i = 0; i < named; ++i) {
+    text += "\n\n" + failures[i].strFile + ": " + Shortened(Printable(failures[i].strReason));
+  }
+  if (named < count) text += Format("\n\nand %zu more, which the list and the log name.", count - named);
+  return text;
 }
 
 }  // namespace
@@ -27,7 +58,7 @@ void CRunAccount::Reset() {
 
 void CRunAccount::BeginBatch(const std::vector<const OutputEntry*>& batch) {
   m_batch = batch;
-  m_failures.clear();
+  m_nBatchFailures = 0;
   for (const OutputEntry* entry : batch) m_states[entry] = {};
 }
 
@@ -40,8 +71,15 @@ void CRunAccount::Update(const std::vector<SEntryState>& states) {
   }
 }
 
-void CRunAccount::EndBatch(const std::vector<SEntryState>& states, bool stopped) {
+void CRunAccount::CountNotBegun(const std::vector<const OutputEntry*>& listed) {
+  m_nNotBegun = static_cast<std::size_t>(std::count_if(
+      listed.begin(), listed.end(), [this](const OutputEntry* entry) { return !m_states.contains(entry); }));
+}
+
+void CRunAccount::EndBatch(const std::vector<SEntryState>& states, bool stopped,
+                           const std::vector<const OutputEntry*>& listed) {
   Update(states);
+  CountNotBegun(listed);
   m_bStopped = false;
   m_nEntries += m_batch.size();
   for (const OutputEntry* entry : m_batch) {
@@ -57,22 +95,18 @@ void CRunAccount::EndBatch(const std::vector<SEntryState>& states, bool stopped)
       state.state = EOutputState::Failed;
       if (state.strReason.empty()) state.strReason = "not finished";
       m_failures.push_back({entry->strDisplayName, state.strReason});
+      ++m_nBatchFailures;
       ++m_nFailed;
     }
   }
 }
 
-void CRunAccount::EndBatchOfExisting() {
+void CRunAccount::EndBatchOfExisting(const std::vector<const OutputEntry*>& listed) {
+  CountNotBegun(listed);
   m_existing.insert(m_batch.begin(), m_batch.end());
   m_bStopped = false;
   m_nEntries += m_batch.size();
   m_nExisting += m_batch.size();
-}
-
-void CRunAccount::Retain(const std::vector<const OutputEntry*>& entries) {
-  const std::set<const OutputEntry*> kept(entries.begin(), entries.end());
-  std::erase_if(m_states, [&](const auto& item) { return !kept.contains(item.first); });
-  std::erase_if(m_existing, [&](const OutputEntry* entry) { return !kept.contains(entry); });
 }
 
 SToneText CRunAccount::StateOf(const OutputEntry* entry) const {
@@ -92,30 +126,32 @@ SToneText CRunAccount::StateOf(const OutputEntry* entry) const {
     case EOutputState::Failed:
       break;
   }
-  return {"failed: " + Printable(state.strReason), ETone::Bad};
+  const std::string reason = Printable(state.strReason);
+  return {kFailed + reason, ETone::Bad, BriefOf(reason)};
 }
 
 SToneText CRunAccount::Outcome() const {
   if (m_nEntries == 0) return {};
-  std::string text =
-      Format(m_bStopped ? "Stopped: %zu of %zu outputs complete" : "%zu of %zu outputs written", m_nDone, m_nEntries);
+  std::string text = Format(m_bStopped ? "Stopped: %zu of %zu outputs complete" : "%zu of %zu outputs written", m_nDone,
+                            m_nEntries + m_nNotBegun);
   if (m_nFailed > 0) text += Format(", %zu failed", m_nFailed);
   if (m_nExisting > 0) text += Format(", %zu existed", m_nExisting);
+  if (m_nNotBegun > 0) text += Format(", %zu not begun", m_nNotBegun);
   if (m_nFailed > 0) return {text, ETone::Bad};
-  if (m_bStopped) return {text, ETone::Caution};
+  if (m_bStopped || m_nNotBegun > 0) return {text, ETone::Caution};
   return {text, m_nDone > 0 ? ETone::Good : ETone::Plain};
 }
 
 std::string CRunAccount::Failures() const {
-  if (m_failures.empty()) return {};
-  std::string text = Format("%zu of %zu outputs failed:", m_failures.size(), m_batch.size());
-  const std::size_t named = std::min(m_failures.size(), kMostFailures);
-  for (std::size_t i = 0; i < named; ++i) {
-    text += "\n\n" + m_failures[i].strFile + ": " + Shortened(Printable(m_failures[i].strReason));
-  }
-  if (named < m_failures.size()) {
-    text += Format("\n\nand %zu more, which the list and the log name.", m_failures.size() - named);
-  }
+  return Account(m_failures.data() + m_failures.size() - m_nBatchFailures, m_nBatchFailures, m_batch.size());
+}
+
+std::string CRunAccount::RunFailures(const std::string& obstacle) const {
+  std::string text = Account(m_failures.data(), m_failures.size(), m_nEntries);
+  if (obstacle.empty()) return text;
+  if (!text.empty()) text += "\n\n";
+  text += "The run could not go on: " + Shortened(Printable(obstacle));
+  if (m_nNotBegun > 0) text += Format("\n\nOutputs not begun: %zu", m_nNotBegun);
   return text;
 }
 

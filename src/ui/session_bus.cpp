@@ -13,4 +13,9 @@ std::optional<QDBusConnection> SessionBus() {
   return bus.isConnected() ? std::optional(bus) : std::nullopt;
 }
 
+std::optional<QDBusConnection> SystemBus() {
+  const QDBusConnection bus = QDBusConnection::systemBus();
+  return bus.isConnected() ? std::optional(bus) : std::nullopt;
+}
+
 }  // namespace carvello

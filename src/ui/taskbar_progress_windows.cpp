@@ -5,7 +5,7 @@
 
 #include <QWidget>
 
-#include "ui/com_use.h"
+#include "support/com_use.h"
 #include "ui/taskbar_progress.h"
 
 namespace carvello {

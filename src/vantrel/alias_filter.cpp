@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "kernels.h"
+#include "normal_equations.h"
 #include "portable_cosine.h"
 
 namespace vantrel {
@@ -85,8 +86,8 @@ class CDesign {
     }
   }
 
-  // The normal equations of the cosine series with the taps as unknowns, by Cholesky's factors. What double precision
-  // loses lies in the free parts, where it does no harm.
+  // The normal equations of the cosine series with the taps as unknowns. What double precision loses lies in the free
+  // parts, where it does no harm.
   bool SolveLeastSquares() {
     const std::size_t n = m_nUnknowns;
     // Sums of weight * cos(k angle) make all products of two cosines.
@@ -105,29 +106,12 @@ class CDesign {
         fCosine = fNext;
       }
     }
-    std::vector<double> factor(n * n);
+    std::vector<double> matrix(n * n);
     for (std::size_t i = 0; i < n; ++i) {
-      for (std::size_t k = 0; k <= i; ++k) {
-        double fSum = 0.5 * (products[i - k] + products[i + k]);
-        for (std::size_t j = 0; j < k; ++j) fSum -= factor[i * n + j] * factor[k * n + j];
-        if (i != k) {
-          factor[i * n + k] = fSum / factor[k * n + k];
-        } else if (fSum > 0.0) {
-          factor[i * n + i] = std::sqrt(fSum);
-        } else {
-          return false;
-        }
-      }
+      for (std::size_t k = 0; k <= i; ++k) matrix[i * n + k] = 0.5 * (products[i - k] + products[i + k]);
     }
     m_Taps = right;
-    for (std::size_t i = 0; i < n; ++i) {
-      for (std::size_t j = 0; j < i; ++j) m_Taps[i] -= factor[i * n + j] * m_Taps[j];
-      m_Taps[i] /= factor[i * n + i];
-    }
-    for (std::size_t i = n; i-- > 0;) {
-      for (std::size_t j = i + 1; j < n; ++j) m_Taps[i] -= factor[j * n + i] * m_Taps[j];
-      m_Taps[i] /= factor[i * n + i];
-    }
+    if (!SolveNormalEquations(matrix, m_Taps)) return false;
     for (std::size_t i = 1; i < n; ++i) m_Taps[i] *= 0.5;  // every cosine but the first is two taps
     return true;
   }

@@ -15,6 +15,9 @@ namespace {
 // The samples that pass through all stages before the next ones follow: few enough to stay in the nearest cache.
 constexpr std::size_t kPiece = 4096;
 
+// No signal has as many samples; numbers up to there leave room in 64 bits for all that is reckoned with them.
+constexpr double kMostSamples = 0x1p61;
+
 }  // namespace
 
 void CDownconverter::Init(std::uint32_t inputRate, std::uint32_t outputRate) {
@@ -61,8 +64,12 @@ void CDownconverter::Build() {
   std::size_t nPiece = kPiece;
   std::vector<SLink> chain;
   chain.reserve(plans.size());
+  std::size_t nLead = 0;
   for (const SStagePlan& plan : plans) {
-    CFirStage stage(plan);
+    // Number 0 is the first that leaves the chain.
+    const std::size_t nOutputLead = &plan == &plans.back() ? 0 : CFirStage::OutputLead(plan, nLead);
+    CFirStage stage(plan, nLead, nOutputLead);
+    nLead = nOutputLead;
     nPiece = stage.MaxOutput(nPiece);
     const double fInputRate = m_fRateOut;
     m_fRateOut /= plan.Ratio();
@@ -78,6 +85,15 @@ std::uint32_t CDownconverter::RateIn() const {
 
 std::uint32_t CDownconverter::RateOut() const {
   return m_bReady ? static_cast<std::uint32_t>(std::llround(m_fRateOut)) : 0;
+}
+
+std::optional<std::int64_t> CDownconverter::Resume(std::int64_t firstOutput) {
+  if (!m_bReady || firstOutput < 0) return std::nullopt;
+  if (static_cast<double>(firstOutput) * (m_fRateIn / m_fRateOut) > kMostSamples) return std::nullopt;
+  // From the last stage to the first: what a stage needs is what the one before it has to give next.
+  std::int64_t nNumber = firstOutput;
+  for (auto link = m_Chain.rbegin(); link != m_Chain.rend(); ++link) nNumber = link->stage.Resume(nNumber);
+  return nNumber;
 }
 
 std::size_t CDownconverter::Process(const SComplex* input, std::size_t count, SComplex* output) {

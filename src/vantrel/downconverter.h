@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,11 @@ class CDownconverter {
   // Rates of the samples that Process takes and gives, in whole Hz; 0 when there is nothing to run.
   std::uint32_t RateIn() const;
   std::uint32_t RateOut() const;
+
+  // The next output sample is number `firstOutput` of the signal that begins with input sample 0, as if all before it
+  // had been given. Returns the number of the input sample that Process has to be given next; nothing when there is
+  // nothing to run, or for a number that is negative or beyond any signal.
+  std::optional<std::int64_t> Resume(std::int64_t firstOutput);
 
   // Returns the count of samples given, at most `count`. Input and output must not overlap.
   std::size_t Process(const SComplex* input, std::size_t count, SComplex* output);

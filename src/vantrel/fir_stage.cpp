@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "kernels.h"
-
 namespace vantrel {
 namespace {
 
@@ -18,13 +16,52 @@ float* Floats(SComplex* samples) {
 
 }  // namespace
 
-CFirStage::CFirStage(const SStagePlan& plan) : m_Plan(plan), m_pTable(SharedFirTable(plan)) {
+CFirStage::CFirStage(const SStagePlan& plan, std::size_t inputLead, std::size_t outputLead)
+    : m_Plan(plan),
+      m_pTable(SharedFirTable(plan)),
+      m_nWholeStep(plan.nStep / plan.nPhases),
+      m_nPhaseStep(plan.nStep % plan.nPhases),
+      m_nInputLead(inputLead),
+      m_nOutputLead(outputLead) {
   m_History.resize(2 * m_pTable->TapCount());
-  m_nHeld = m_pTable->MiddleTap();  // zeros, for that tap to meet input sample 0 first
+  // The middle tap meets number -outputLead * nStep first. What the taps before it meet and is not given is zero.
+  const std::size_t nTapsBefore = m_pTable->MiddleTap() + outputLead * plan.nStep;
+  if (nTapsBefore >= inputLead) {
+    m_nHeld = nTapsBefore - inputLead;
+  } else {
+    m_nFirst = inputLead - nTapsBefore;
+  }
+}
+
+std::int64_t CFirStage::Resume(std::int64_t output) {
+  const auto nPhases = static_cast<std::int64_t>(m_Plan.nPhases);
+  const auto nStep = static_cast<std::int64_t>(m_Plan.nStep);
+  // Whole turns of the phases and the rest apart: the product of a number and the step could pass 64 bits.
+  std::int64_t nTurns = output / nPhases;
+  std::int64_t nRest = output % nPhases;
+  if (nRest < 0) {
+    --nTurns;
+    nRest += nPhases;
+  }
+  const std::uint64_t nRestSteps = static_cast<std::uint64_t>(nRest) * m_Plan.nStep;  // both factors are below 2^32
+  const std::int64_t nMiddle = nTurns * nStep + static_cast<std::int64_t>(nRestSteps / m_Plan.nPhases);
+  const std::int64_t nFirstTap = nMiddle - static_cast<std::int64_t>(m_pTable->MiddleTap());
+  const std::int64_t nInput = std::max(nFirstTap, -static_cast<std::int64_t>(m_nInputLead));
+  m_nPhase = nRestSteps % m_Plan.nPhases;
+  m_nFirst = 0;
+  m_nHeld = static_cast<std::size_t>(nInput - nFirstTap);
+  std::fill_n(m_History.begin(), m_nHeld, SComplex{});
+  return nInput;
+}
+
+std::size_t CFirStage::OutputLead(const SStagePlan& plan, std::size_t inputLead) {
+  const auto pTable = SharedFirTable(plan);
+  const std::size_t nTapsBehind = pTable->TapCount() - 1 - pTable->MiddleTap();
+  return (inputLead + nTapsBehind) / plan.nStep;
 }
 
 std::size_t CFirStage::MaxOutput(std::size_t count) const {
-  return static_cast<std::size_t>(static_cast<double>(count) / m_Plan.Ratio()) + 2;
+  return static_cast<std::size_t>(static_cast<double>(count) / m_Plan.Ratio()) + 2 + m_nOutputLead;
 }
 
 std::size_t CFirStage::Process(const SComplex* input, std::size_t count, SComplex* output) {
@@ -72,37 +109,41 @@ std::size_t CFirStage::FilterSinglePhase(const SComplex* samples, std::size_t fi
 }
 
 std::size_t CFirStage::FilterPhases(const SComplex* samples, std::size_t firstTaps, SComplex* output) {
-  const auto kernel = m_pTable->IsCubic() ? Kernels().FirCubic : Kernels().FirPhases;
+  const bool bCubic = m_pTable->IsCubic();
+  const auto kernel = bCubic ? Kernels().FirCubic : Kernels().FirPhases;
+  const std::uint64_t nPhases = m_Plan.nPhases;
   std::array<SDot, 64> dots;
   std::size_t nOutput = 0;
-  while (m_nFirst < firstTaps) {
+  // Kept here while many are worked out, and without a branch: which outputs pass a whole sample more is hard to
+  // foresee.
+  std::size_t nFirst = m_nFirst;
+  std::uint64_t nPhase = m_nPhase;
+  while (nFirst < firstTaps) {
     std::size_t nDots = 0;
-    for (; nDots < dots.size() && m_nFirst < firstTaps; ++nDots) {
-      SDot& dot = dots[nDots];
-      dot.nFirst = m_nFirst;
-      if (m_pTable->IsCubic()) {
-        const std::uint64_t nPosition = m_nPhase * CFirTable::kCubicRows;
-        dot.nRow = nPosition / m_Plan.nPhases;
-        dot.fFraction =
-            static_cast<float>(static_cast<double>(nPosition % m_Plan.nPhases) / static_cast<double>(m_Plan.nPhases));
-      } else {
-        dot.nRow = m_nPhase;
-      }
-      NextPosition();
+    for (; nDots < dots.size() && nFirst < firstTaps; ++nDots) {
+      dots[nDots] = {nFirst, nPhase, 0.0f};
+      nPhase += m_nPhaseStep;
+      const std::uint64_t nCarry = nPhase >= nPhases ? 1 : 0;
+      nPhase -= nPhases & (0 - nCarry);
+      nFirst += m_nWholeStep + nCarry;
+    }
+    if (bCubic) {
+      for (std::size_t i = 0; i < nDots; ++i) PlaceInCubics(dots[i]);
     }
     kernel(Floats(samples), dots.data(), nDots, m_pTable->Rows(), m_pTable->TapCount(), Floats(output + nOutput));
     nOutput += nDots;
   }
+  m_nFirst = nFirst;
+  m_nPhase = nPhase;
   return nOutput;
 }
 
-void CFirStage::NextPosition() {
-  m_nFirst += m_Plan.nStep / m_Plan.nPhases;
-  m_nPhase += m_Plan.nStep % m_Plan.nPhases;
-  if (m_nPhase >= m_Plan.nPhases) {
-    m_nPhase -= m_Plan.nPhases;
-    ++m_nFirst;
-  }
+// From the phase to its row and the place within it.
+void CFirStage::PlaceInCubics(SDot& dot) const {
+  const std::uint64_t nPosition = dot.nRow * CFirTable::kCubicRows;
+  dot.nRow = nPosition / m_Plan.nPhases;
+  dot.fFraction =
+      static_cast<float>(static_cast<double>(nPosition % m_Plan.nPhases) / static_cast<double>(m_Plan.nPhases));
 }
 
 }  // namespace vantrel

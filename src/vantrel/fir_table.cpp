@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "alias_filter.h"
+#include "channel_correction.h"
 #include "kernels.h"
 #include "mutex.h"
 
@@ -113,11 +114,12 @@ CFirTable::CFirTable(const SStagePlan& plan) : m_bCubic(plan.nPhases > kMostExac
     return;
   }
   const CKaiserLowPass design(plan.fPassEdge, plan.fStopEdge);
+  const std::vector<double> factors = ChannelCorrection(plan);
   m_nTaps = 2 * design.HalfLength();
   if (m_bCubic) {
-    FillCubic(design);
+    FillCubic(design, factors);
   } else {
-    FillExact(design, plan.nPhases);
+    FillExact(design, factors, plan.nPhases);
   }
 }
 
@@ -133,29 +135,43 @@ void CFirTable::FillAliasBands(const SStagePlan& plan) {
   }
 }
 
-void CFirTable::FillExact(const CKaiserLowPass& design, std::uint64_t phases) {
+// The taps for an output that stands `phase` behind an input sample, as smooth functions of it around `middlePhase`.
+std::vector<double> CFirTable::TapsAtPhase(const CKaiserLowPass& design, const std::vector<double>& factors,
+                                           double middlePhase, double phase) const {
+  const std::size_t nReach = factors.size() - 1;
+  std::vector<double> taps(m_nTaps + 2 * nReach);
+  for (std::size_t n = 0; n < taps.size(); ++n) {
+    const double fTime = static_cast<double>(n) - static_cast<double>(MiddleTap() + nReach);
+    taps[n] = design.Near(fTime - middlePhase, fTime - phase);
+  }
+  return CorrectTaps(taps, factors);
+}
+
+void CFirTable::FillExact(const CKaiserLowPass& design, const std::vector<double>& factors, std::uint64_t phases) {
   m_Rows.reserve(phases * m_nTaps * 2);
-  const double fMiddle = static_cast<double>(MiddleTap());
   for (std::uint64_t nPhase = 0; nPhase < phases; ++nPhase) {
-    const double fCentre = fMiddle + static_cast<double>(nPhase) / static_cast<double>(phases);
-    for (std::size_t nTap = 0; nTap < m_nTaps; ++nTap) {
-      m_Rows.insert(m_Rows.end(), 2, static_cast<float>(design(static_cast<double>(nTap) - fCentre)));
+    const double fPhase = static_cast<double>(nPhase) / static_cast<double>(phases);
+    for (const double fTap : TapsAtPhase(design, factors, fPhase, fPhase)) {
+      m_Rows.insert(m_Rows.end(), 2, static_cast<float>(fTap));
     }
   }
 }
 
-void CFirTable::FillCubic(const CKaiserLowPass& design) {
+void CFirTable::FillCubic(const CKaiserLowPass& design, const std::vector<double>& factors) {
   const CCubicFit fit;
   m_Rows.resize(kCubicRows * kCoefficients * m_nTaps * 2);
   float* row = m_Rows.data();
-  const double fMiddle = static_cast<double>(MiddleTap());
   for (std::uint64_t nRow = 0; nRow < kCubicRows; ++nRow, row += kCoefficients * m_nTaps * 2) {
+    const auto phase = [nRow](double part) {
+      return (static_cast<double>(nRow) + part) / static_cast<double>(kCubicRows);
+    };
+    std::array<std::vector<double>, kCoefficients> tapsAtNodes;
+    for (std::size_t i = 0; i < kCoefficients; ++i) {
+      tapsAtNodes[i] = TapsAtPhase(design, factors, phase(0.5), phase(fit.Node(i)));
+    }
     for (std::size_t nTap = 0; nTap < m_nTaps; ++nTap) {
       std::array<double, kCoefficients> values{};
-      for (std::size_t i = 0; i < kCoefficients; ++i) {
-        const double fPhase = (static_cast<double>(nRow) + fit.Node(i)) / static_cast<double>(kCubicRows);
-        values[i] = design(static_cast<double>(nTap) - fMiddle - fPhase);
-      }
+      for (std::size_t i = 0; i < kCoefficients; ++i) values[i] = tapsAtNodes[i][nTap];
       const auto powers = fit.Powers(values);
       for (std::size_t i = 0; i < kCoefficients; ++i) {
         float* pair = row + (i * m_nTaps + nTap) * 2;

@@ -30,8 +30,10 @@ class CFirTable {
 
  private:
   void FillAliasBands(const SStagePlan& plan);
-  void FillExact(const CKaiserLowPass& design, std::uint64_t phases);
-  void FillCubic(const CKaiserLowPass& design);
+  void FillExact(const CKaiserLowPass& design, const std::vector<double>& factors, std::uint64_t phases);
+  void FillCubic(const CKaiserLowPass& design, const std::vector<double>& factors);
+  std::vector<double> TapsAtPhase(const CKaiserLowPass& design, const std::vector<double>& factors, double middlePhase,
+                                  double phase) const;
 
   bool m_bCubic;
   std::size_t m_nTaps = 0;

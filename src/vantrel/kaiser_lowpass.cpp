@@ -10,19 +10,20 @@ namespace {
 
 // What every stage's stop band is designed for: 110 dB are promised, Kaiser's formula is a little short at the edge,
 // and several stages add up.
-constexpr double kAttenuation = 116.0;
+constexpr double kAttenuation = 118.0;
 
 // Kaiser's formula between the attenuation in dB and length times transition width.
 constexpr double kLengthPerDecibel = 1.0 / 14.36;
 constexpr double kDecibelOffset = 7.95;
+// His formula for the window's parameter.
+constexpr double kBeta = 0.1102 * (kAttenuation - 8.7);
 
-// Modified Bessel function of the first kind, order 0, by its power series.
-double BesselI0(double x) {
+// Modified Bessel function of the first kind, order 0, of the root of `square`, by its power series.
+double BesselI0OfRoot(double square) {
   double term = 1.0;
   double sum = 1.0;
-  for (int k = 1; term > sum * 1e-17; ++k) {
-    const double factor = x / (2.0 * k);
-    term *= factor * factor;
+  for (int k = 1; std::abs(term) > sum * 1e-17; ++k) {
+    term *= square / (4.0 * k * k);
     sum += term;
   }
   return sum;
@@ -34,21 +35,18 @@ std::size_t RoundUpHalfLength(double value) {
 
 }  // namespace
 
-CKaiserLowPass::CKaiserLowPass(double passEdge, double stopEdge) : m_fCutoff(0.5 * (passEdge + stopEdge)) {
-  const double fTransition = stopEdge - passEdge;
-  m_nHalfLength = RoundUpHalfLength(0.5 * (kAttenuation - kDecibelOffset) * kLengthPerDecibel / fTransition);
-  const double fLength = 2.0 * static_cast<double>(m_nHalfLength);
-  const double fAttenuation = fLength * fTransition / kLengthPerDecibel + kDecibelOffset;
-  m_fBeta = 0.1102 * (fAttenuation - 8.7);
-}
+CKaiserLowPass::CKaiserLowPass(double passEdge, double stopEdge)
+    : m_fCutoff(0.5 * (passEdge + stopEdge)),
+      m_fHalfLength(0.5 * (kAttenuation - kDecibelOffset) * kLengthPerDecibel / (stopEdge - passEdge)),
+      m_nHalfLength(RoundUpHalfLength(m_fHalfLength)) {}
 
-double CKaiserLowPass::operator()(double time) const {
-  const double fRelative = time / static_cast<double>(m_nHalfLength);
-  if (std::abs(fRelative) >= 1.0) return 0.0;
+double CKaiserLowPass::Near(double middle, double time) const {
+  static const double s_fLargest = BesselI0OfRoot(kBeta * kBeta);
+  if (std::abs(middle) >= m_fHalfLength) return 0.0;
+  const double fRelative = time / m_fHalfLength;
   const double x = 2.0 * std::numbers::pi * m_fCutoff * time;
   const double fSinc = std::abs(x) < 1e-9 ? 1.0 : std::sin(x) / x;
-  const double fWindow = BesselI0(m_fBeta * std::sqrt(1.0 - fRelative * fRelative)) / BesselI0(m_fBeta);
-  return 2.0 * m_fCutoff * fSinc * fWindow;
+  return 2.0 * m_fCutoff * fSinc * BesselI0OfRoot(kBeta * kBeta * (1.0 - fRelative * fRelative)) / s_fLargest;
 }
 
 }  // namespace vantrel

@@ -1,5 +1,5 @@
-// Locks whose discipline Clang checks when it compiles (-Wthread-safety). The program has the same in src/support; the
-// library shares no code with it.
+// Locks whose discipline Clang checks when it compiles (-Wthread-safety). The program has the same in src/support,
+// which the library does not include.
 #pragma once
 
 #include <condition_variable>

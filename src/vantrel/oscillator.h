@@ -20,7 +20,8 @@ class COscillator {
   // The next sample is number `position`. All memory that any shift and rate need is taken here.
   explicit COscillator(std::uint64_t position = 0);
 
-  void Restart() { m_nPosition = 0; }
+  // The next sample is number `position`.
+  void Seek(std::uint64_t position) { m_nPosition = position; }
 
   // In place is allowed. A shift or rate other than before takes effect as if it had been there from sample 0. A shift
   // of 0 (or a multiple of the rate), or a rate of 0, only copies.

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "fft.h"
+#include "fourier/block_transform.h"
 #include "kaiser_lowpass.h"
 #include "sample.h"
 
@@ -28,17 +28,19 @@ class CPartitionedFilter {
   void FilterBlock();
 
   std::size_t m_nHalfLength;
-  CFft m_Fft;
+  carvello::CBlockTransform m_Transform;
   std::vector<std::vector<SComplex>> m_Parts;    // spectra of the filter's parts
   std::vector<std::vector<SComplex>> m_Spectra;  // of the last blocks, a ring
   std::size_t m_nNewest = 0;                     // in the ring
   std::vector<SComplex> m_Input;                 // the last block and the one being filled
   std::size_t m_nFilled = 0;
-  std::vector<SComplex> m_Work;
-  std::vector<SComplex> m_Ready;  // filtered samples that wait for their turn, a ring
-  std::uint64_t m_nTaken = 0;     // input samples since the start
-  std::uint64_t m_nFiltered = 0;  // samples put into m_Ready, counted from the filter's first response
-  std::uint64_t m_nGiven = 0;     // output samples since the start
+  std::vector<SComplex> m_Product;
+  std::vector<SComplex> m_Filtered;  // what it is transformed back to
+  std::vector<SComplex> m_Work;      // the transforms'
+  std::vector<SComplex> m_Ready;     // filtered samples that wait for their turn, a ring
+  std::uint64_t m_nTaken = 0;        // input samples since the start
+  std::uint64_t m_nFiltered = 0;     // samples put into m_Ready, counted from the filter's first response
+  std::uint64_t m_nGiven = 0;        // output samples since the start
 };
 
 }  // namespace vantrel

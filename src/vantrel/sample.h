@@ -1,12 +1,10 @@
 // The sample that crosses the library's border.
 #pragma once
 
+#include "fourier/complex_sample.h"
+
 namespace vantrel {
 
-// A complex sample: I then Q, 8 bytes. The library is linear, so any full scale will do.
-struct SComplex {
-  float re = 0.0f;
-  float im = 0.0f;
-};
+using carvello::SComplex;
 
 }  // namespace vantrel

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <utility>
 
 #include "alias_filter.h"
 #include "fir_table.h"
@@ -117,7 +118,9 @@ std::vector<SStagePlan> PlanStages(std::uint64_t numerator, std::uint64_t denomi
     rate /= static_cast<double>(nFactor);
     nDecimation *= nFactor;
   }
-  stages.push_back(PlanChannelFilter(numerator, denominator * nDecimation));
+  SStagePlan channelFilter = PlanChannelFilter(numerator, denominator * nDecimation);
+  channelFilter.decimators = stages;
+  stages.push_back(std::move(channelFilter));
   return stages;
 }
 

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "instance_registry.h"
@@ -88,7 +89,7 @@ void Closedown() noexcept {
 
 void DownconvertInit(std::uint32_t handle, std::uint32_t inputRate, std::uint32_t outputRate) noexcept {
   WithInstance(handle, [&](SInstance& instance) {
-    instance.oscillator.Restart();
+    instance.oscillator.Seek(0);
     instance.downconverter.Init(inputRate, outputRate);
   });
 }
@@ -109,6 +110,17 @@ std::uint32_t DownconvertRateOut(std::uint32_t handle) noexcept {
   return nRate;
 }
 
+std::int64_t DownconvertResume(std::uint32_t handle, std::int64_t firstOutput) noexcept {
+  std::int64_t nInput = -1;
+  WithInstance(handle, [&](SInstance& instance) {
+    const std::optional<std::int64_t> nFirstInput = instance.downconverter.Resume(firstOutput);
+    if (!nFirstInput) return;
+    nInput = *nFirstInput;
+    instance.oscillator.Seek(static_cast<std::uint64_t>(nInput));
+  });
+  return nInput;
+}
+
 void NCO(std::uint32_t handle, std::int64_t shift, std::uint32_t inputRate, const SComplex* source, std::uint32_t count,
          SComplex* destination) noexcept {
   if (source == nullptr || destination == nullptr) return;
@@ -125,7 +137,8 @@ void DownconvertRun(std::uint32_t handle, const SComplex* input, std::uint32_t i
 std::uint32_t Diagnostics(std::uint32_t handle, char* text, std::uint32_t capacity) noexcept {
   std::uint32_t nLength = 0;
   WithInstance(handle, [&](SInstance& instance) {
-    const std::string strText = instance.strApplication + "\n" + instance.downconverter.Description();
+    const std::string strText =
+        instance.strApplication + "\nVantrel " VANTREL_VERSION "\n" + instance.downconverter.Description();
     nLength = static_cast<std::uint32_t>(strText.size());
     if (text == nullptr || capacity == 0) return;
     const std::size_t nFits = std::min<std::size_t>(strText.size(), capacity - 1);

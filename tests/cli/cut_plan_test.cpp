@@ -3,27 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "engine/wide_recording.h"
+#include "support/platform.h"
+
 namespace carvello::test {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-constexpr std::int64_t kStart = 1'795'262'400;  // 2026-11-21T12:00:00Z
-
-// Twenty minutes around 7.1 MHz, 2 MHz wide.
-CRecordingSet Recording() {
-  CRecordingSet recording;
-  recording.files = {{"in.wav", 9'600'000'000, 0}};
-  recording.nTotalMillions = 9600;
-  recording.tStart = kStart;
-  recording.tEnd = kStart + 1200;
-  recording.nRadioCenterFreq = 7'100'000;
-  recording.nSampleRate = 2'000'000;
-  recording.nBitsPerSample = 16;
-  return recording;
-}
 
 class CutPlan : public testing::Test {
  protected:
@@ -45,18 +33,18 @@ class CutPlan : public testing::Test {
   }
   void Accept() {
     std::string error;
-    ASSERT_TRUE(BuildEntryList(m_request, true, m_recording, m_list, m_notes, error)) << error;
+    ASSERT_TRUE(BuildEntryList(m_request, m_recording, m_list, m_notes, error)) << error;
   }
   std::string Refusal(const std::string& entry) {
     m_request.entries.clear();
     Ask(entry);
     std::string error;
-    EXPECT_FALSE(BuildEntryList(m_request, true, m_recording, m_list, m_notes, error)) << entry;
+    EXPECT_FALSE(BuildEntryList(m_request, m_recording, m_list, m_notes, error)) << entry;
     EXPECT_THAT(error, HasSubstr("--entry 1 (" + entry + ")"));
     return error;
   }
 
-  CRecordingSet m_recording = Recording();
+  CRecordingSet m_recording = WideRecording();
   SCutRequest m_request{"in.wav", "out", {}};
   CEntryList m_list;
   SPlanNotes m_notes;
@@ -142,7 +130,7 @@ TEST_F(CutPlan, ASequenceThatIsRefusedIsNamedOnce) {
   AskSequence(7'000'000, 7'020'000, 10'000);
   m_request.entries[0].duration = 0;
   std::string error;
-  EXPECT_FALSE(BuildEntryList(m_request, true, m_recording, m_list, m_notes, error));
+  EXPECT_FALSE(BuildEntryList(m_request, m_recording, m_list, m_notes, error));
   EXPECT_THAT(error, HasSubstr("--sequence 1: End: End duration cannot be zero."));
 }
 
@@ -164,8 +152,7 @@ TEST_F(CutPlan, WarnsOfARateThatTheFileWillNotHave) {
 }
 
 TEST_F(CutPlan, WarnsOfAFirstStartWhereALaterFileBegins) {
-  // Ten minutes each.
-  m_recording.files = {{"in 000.wav", 4'800'000'000, 0}, {"in 001.wav", 4'800'000'000, 0}};
+  m_recording = WideRecording(2);
   m_list.SetRecording(m_recording, SInfoTexts());
   Ask("f=7.1M,bw=10k,start=+600");
   Accept();
@@ -174,9 +161,8 @@ TEST_F(CutPlan, WarnsOfAFirstStartWhereALaterFileBegins) {
 
 // Two files of ten minutes each, an hour apart.
 TEST_F(CutPlan, RefusesAStartInTheTimeBehindTheSamplesOfASetWithGaps) {
-  m_recording.files = {{"in 000.wav", 4'800'000'000, 0}, {"in 001.wav", 4'800'000'000, 0}};
-  m_recording.nTotalMillions = 9600;
-  m_recording.tEnd = kStart + 1200 + 3600;
+  m_recording = WideRecording(2);
+  m_recording.tEnd = kWideStart + 1200 + 3600;
   m_list.SetRecording(m_recording, SInfoTexts());
   for (const char* entry : {"f=7.1M,bw=10k,start=+1200", "f=7.1M,bw=10k,start=+4799,end=+4800"}) {
     EXPECT_THAT(Refusal(entry), AllOf(HasSubstr("behind the last sample"), HasSubstr("a start before +1200")));
@@ -189,7 +175,7 @@ TEST_F(CutPlan, RefusesAStartInTheTimeBehindTheSamplesOfASetWithGaps) {
 }
 
 TEST_F(CutPlan, WarnsOfAnEntryThatEndsBehindTheSamples) {
-  m_recording.tEnd = kStart + 1300;
+  m_recording.tEnd = kWideStart + 1300;
   m_list.SetRecording(m_recording, SInfoTexts());
   Ask("f=7.1M,bw=10k,start=+1100,end=+1250");
   Accept();
@@ -197,7 +183,7 @@ TEST_F(CutPlan, WarnsOfAnEntryThatEndsBehindTheSamples) {
 }
 
 TEST_F(CutPlan, DoesNotWarnWhereAnotherEntryStartsEarlier) {
-  m_recording.files = {{"in 000.wav", 4'800'000'000, 0}, {"in 001.wav", 4'800'000'000, 0}};
+  m_recording = WideRecording(2);
   m_list.SetRecording(m_recording, SInfoTexts());
   Ask("f=7.1M,bw=10k,start=+600");
   Ask("f=7.2M,bw=10k,start=+599");
@@ -205,10 +191,22 @@ TEST_F(CutPlan, DoesNotWarnWhereAnotherEntryStartsEarlier) {
   EXPECT_THAT(m_notes.surprises, IsEmpty());
 }
 
+TEST_F(CutPlan, AnEntrysOwnFolderAndNumberCount) {
+  Ask("f=7.1M,bw=10k");
+  Ask("f=7.2M,bw=10k");
+  m_request.entries[1].strOutput = "elsewhere";
+  m_request.entries[1].nNameNumber = 3;
+  Accept();
+  ASSERT_EQ(m_list.Size(), 2U);
+  EXPECT_EQ(platform::FolderOf(m_list[0].strFileName), platform::AbsolutePath("out"));
+  EXPECT_EQ(platform::FolderOf(m_list[1].strFileName), platform::AbsolutePath("elsewhere"));
+  EXPECT_THAT(m_list[1].strDisplayName, testing::EndsWith("bw=10 kHz (3).wav"));
+}
+
 TEST_F(CutPlan, NamesTellLocalTimeWhenAsked) {
   Ask("f=7.1M,bw=10k");
-  std::string error;
-  ASSERT_TRUE(BuildEntryList(m_request, false, m_recording, m_list, m_notes, error)) << error;
+  m_request.bLocalTime = true;
+  Accept();
   EXPECT_THAT(m_list[0].strDisplayName, testing::Not(HasSubstr("z, f=")));
 }
 

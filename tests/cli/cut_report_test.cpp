@@ -9,6 +9,7 @@ namespace carvello::test {
 namespace {
 
 using nlohmann::json;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 SCutOutput Output(const std::string& name, bool ok) {
@@ -22,6 +23,7 @@ SCutOutput Output(const std::string& name, bool ok) {
   output.result.nFrames = 200'000;
   output.result.nBytes = 800'000;
   output.result.bOk = ok;
+  output.bProcessed = true;
   if (!ok) output.result.strError = "Error writing 65536 bytes - No space left on device";
   return output;
 }
@@ -37,7 +39,8 @@ SCutReport Report() {
 
 TEST(CutReportJson, HasTheKeysThatScriptsRelyOn) {
   const json object = json::parse(CutReportJson(Report()));
-  EXPECT_EQ(object.size(), 4U);
+  EXPECT_EQ(object.size(), 5U);
+  EXPECT_EQ(object["engine"], "library");
   EXPECT_EQ(object["inputBytes"], 160'000'000);
   EXPECT_EQ(object["elapsedSeconds"], 2.0);
   EXPECT_EQ(object["cpuSeconds"], 1.5);
@@ -49,10 +52,29 @@ TEST(CutReportJson, HasTheKeysThatScriptsRelyOn) {
                                         {"bits", 16},
                                         {"frames", 200'000},
                                         {"bytes", 800'000},
+                                        {"engine", "library"},
                                         {"ok", true},
                                         {"error", ""}}));
   EXPECT_EQ(object["outputs"][1]["ok"], false);
   EXPECT_EQ(object["outputs"][1]["error"], "Error writing 65536 bytes - No space left on device");
+}
+
+TEST(CutReportJson, TellsTheEngineOfEveryOutputAndOfAllTogether) {
+  SCutReport report = Report();
+  report.outputs.push_back(Output("c", true));
+  report.outputs[2].bProcessed = false;  // existed, or was never begun
+  const auto engines = [&report] {
+    const json object = json::parse(CutReportJson(report));
+    std::vector<std::string> names = {object["engine"]};
+    for (const json& output : object["outputs"]) names.push_back(output["engine"]);
+    return names;
+  };
+  report.outputs[0].result.engine = report.outputs[1].result.engine = EEngine::Spectrum;
+  EXPECT_THAT(engines(), ElementsAre("spectrum", "spectrum", "spectrum", ""));
+  report.outputs[1].result.engine = EEngine::Library;
+  EXPECT_THAT(engines(), ElementsAre("mixed", "spectrum", "library", ""));
+  report.outputs[0].bProcessed = report.outputs[1].bProcessed = false;
+  EXPECT_THAT(engines(), ElementsAre("", "", "", ""));
 }
 
 TEST(CutReportJson, HasAListAlsoWithoutOutputsAndFiles) {

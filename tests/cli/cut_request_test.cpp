@@ -106,6 +106,20 @@ TEST(CutRequest, NeedsEntriesAnInputAndAnOutput) {
   EXPECT_THAT(Refusal(options), HasSubstr("--output is missing"));
 }
 
+TEST(CutRequest, TheEngineIsChosenByItselfUnlessItIsNamed) {
+  SCutOptions options = Options();
+  options.entries = {"f=7.1M,bw=10k"};
+  for (const auto& [text, engine] : {std::pair{"", EEngineSetting::Auto},
+                                     {"auto", EEngineSetting::Auto},
+                                     {"library", EEngineSetting::Library},
+                                     {"spectrum", EEngineSetting::Spectrum}}) {
+    options.strEngine = text;
+    EXPECT_EQ(Accepted(options).engine, engine) << text;
+  }
+  options.strEngine = "Spectrum";
+  EXPECT_EQ(Refusal(options), "--engine Spectrum is unknown. Accepted: auto, library, spectrum");
+}
+
 TEST(CutRequest, OverwriteAndSkipExistingExcludeEachOther) {
   SCutOptions options = Options();
   options.entries = {"f=7.1M,bw=10k"};
@@ -134,6 +148,11 @@ TEST_F(CutRequestWithJobFile, TakesWhatTheCommandLineLeavesOpen) {
   EXPECT_EQ(request.entries[0].frequency, 3'000'000);
 }
 
+TEST_F(CutRequestWithJobFile, OneThatCannotBeReadIsNamedWithItsOption) {
+  m_options.strJobFile = m_folder / "none.json";
+  EXPECT_THAT(Refusal(m_options), AllOf(HasSubstr("--jobs "), HasSubstr("none.json")));
+}
+
 TEST_F(CutRequestWithJobFile, TheCommandLineWins) {
   m_options.strInput = "in.wav";
   m_options.strOutput = "out";
@@ -143,6 +162,18 @@ TEST_F(CutRequestWithJobFile, TheCommandLineWins) {
   EXPECT_EQ(request.strOutput, "out");
   ASSERT_EQ(request.entries.size(), 1U);
   EXPECT_EQ(request.entries[0].frequency, 7'100'000);
+}
+
+TEST_F(CutRequestWithJobFile, WhatItSaysOfItsOwnInputIsNotSaidOfAnother) {
+  WriteWholeFile(m_folder / "jobs.json", R"({"input": "a.iq", "output": "o", "rate": "2M", "part": 3,
+                                            "entries": [{"frequency": "3M", "bandwidth": 10}]})");
+  EXPECT_EQ(Accepted(m_options).given.nSampleRate, 2'000'000U);
+  EXPECT_EQ(Accepted(m_options).given.nPart, 3U);
+  m_options.strInput = "b.iq";
+  EXPECT_EQ(Accepted(m_options).given, SGivenFacts());
+  WriteWholeFile(m_folder / "jobs.json", R"({"output": "o", "rate": "2M",
+                                            "entries": [{"frequency": "3M", "bandwidth": 10}]})");
+  EXPECT_EQ(Accepted(m_options).given.nSampleRate, 2'000'000U);
 }
 
 TEST_F(CutRequestWithJobFile, ASequenceReplacesItsEntriesToo) {

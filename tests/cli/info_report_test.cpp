@@ -26,6 +26,7 @@ CRecordingSet Recording() {
   recording.nBandwidth = 1'800'000;
   recording.nBitsPerSample = 32;
   recording.bFloat = true;
+  recording.kind = MakeSampleKind(ENumber::Float, 32);
   recording.bRF64 = true;
   recording.metadata.names = {"SampleRate", "RadioModel", "SampleRate"};
   recording.metadata.values = {"2000000", "Model Ω", "1"};
@@ -47,9 +48,12 @@ TEST(InfoJson, HasTheKeysThatScriptsRelyOn) {
             {"bandwidth", 1'800'000},
             {"bitsPerSample", 32},
             {"sampleFormat", "float"},
+            {"sampleType", "cf32_le"},
+            {"container", "RF64"},
             {"startUtc", 1'795'262'400},
             {"endUtc", 1'795'262'410},
             {"startMilliseconds", 0},
+            {"startNanoseconds", 0},
             {"endMilliseconds", 250},
             {"seconds", 10.25},
             {"rf64", true},

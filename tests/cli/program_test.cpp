@@ -30,6 +30,7 @@ TEST(Program, HelpAndVersionAreNoErrors) {
                                                                                          {"--version"},
                                                                                          {"info", "--help"},
                                                                                          {"cut", "--help"},
+                                                                                         {"picture", "--help"},
                                                                                          {"chunks", "--help"},
                                                                                          {"synth", "--help"}}) {
     const SOutcome outcome = RunCli(arguments);
@@ -37,8 +38,8 @@ TEST(Program, HelpAndVersionAreNoErrors) {
     EXPECT_NE(outcome.strOut, "");
     EXPECT_EQ(outcome.strErr, "");
   }
-  EXPECT_THAT(RunCli({"--help"}).strOut,
-              AllOf(HasSubstr("info"), HasSubstr("cut"), HasSubstr("chunks"), HasSubstr("synth"), HasSubstr("130")));
+  EXPECT_THAT(RunCli({"--help"}).strOut, AllOf(HasSubstr("info"), HasSubstr("cut"), HasSubstr("picture"),
+                                               HasSubstr("chunks"), HasSubstr("synth"), HasSubstr("130")));
   EXPECT_THAT(RunCli({"cut", "--help"}).strOut, AllOf(HasSubstr("--entry E"), HasSubstr("Exit codes")));
 }
 
@@ -47,7 +48,9 @@ TEST(Program, NoCommandAndUnknownCommandsAreUsageErrors) {
     const SOutcome outcome = RunCli(arguments);
     EXPECT_EQ(outcome.nExit, 2);
     EXPECT_EQ(outcome.strOut, "");
-    EXPECT_THAT(outcome.strErr, HasSubstr("Accepted: info, cut, chunks, synth"));
+    EXPECT_THAT(
+        outcome.strErr,
+        HasSubstr("Accepted: info, cut, picture, scan, plan, run, join, repair, chunks, synth, doctor, completions"));
   }
 }
 
@@ -82,8 +85,11 @@ TEST(Program, UnreadableInputsEndWith3) {
   const CTempFolder folder;
   WriteWholeFile(folder / "text.wav", "This is no recording.");
   for (const std::string& input : {folder / "none.wav", folder / "text.wav", folder.Path()}) {
-    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
-             {"info", input}, {"chunks", input}, {"cut", input, "--output", folder.Path(), "--entry", "f=1,bw=10"}}) {
+    for (const std::vector<std::string>& arguments :
+         std::vector<std::vector<std::string>>{{"info", input},
+                                               {"chunks", input},
+                                               {"cut", input, "--output", folder.Path(), "--entry", "f=1,bw=10"},
+                                               {"picture", input, folder / "out.png"}}) {
       const SOutcome outcome = RunCli(arguments);
       EXPECT_EQ(outcome.nExit, 3) << arguments.front() << " " << input;
       EXPECT_THAT(outcome.strErr, HasSubstr(input));

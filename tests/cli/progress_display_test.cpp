@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "cli/readable.h"
+#include "support/readable.h"
 
 namespace carvello::test {
 namespace {
@@ -16,6 +16,13 @@ const SProgressState kHalf{"", 0.5, 80e6, 65.0};
 TEST(ProgressTextLine, ShowsPerCentRateAndTimeLeft) {
   EXPECT_EQ(ProgressTextLine(kHalf), " 50 %  80.0 MB/s  1:05 left");
   EXPECT_EQ(ProgressTextLine({"Batch 1/2", 0.5, 80e6, 65.0}), "Batch 1/2   50 %  80.0 MB/s  1:05 left");
+}
+
+TEST(ProgressAfter, TellsNoSpeedBeforeThereIsEnoughToTellItBy) {
+  EXPECT_EQ(ProgressTextLine(ProgressAfter(0.02, 0.5, 40e6)), " 50 %");
+  EXPECT_EQ(ProgressTextLine(ProgressAfter(0.49, 0.5, 40e6)), " 50 %");
+  EXPECT_EQ(ProgressTextLine(ProgressAfter(0.5, 0.5, 40e6)), " 50 %  40.0 MB/s  0:01 left");
+  EXPECT_EQ(ProgressTextLine(ProgressAfter(10.0, 0.0, 40e6)), "  0 %");
 }
 
 TEST(ProgressTextLine, LeavesOutWhatIsNotKnown) {

@@ -82,7 +82,7 @@ TEST_F(SynthRecording, IsReadBackWithoutAComplaintInEveryFormat) {
       EXPECT_EQ(set.nBitsPerSample, BitsOf(format));
       EXPECT_EQ(set.bFloat, format == ESynthFormat::Float32);
       EXPECT_EQ(set.bRF64, rf64);
-      EXPECT_FALSE(set.bFloatScale);
+      EXPECT_EQ(set.kind, KindOfWave(set.format));
       EXPECT_EQ(set.nSampleRate, 48'000U);
       EXPECT_EQ(set.nRadioCenterFreq, 7'100'000);
       EXPECT_EQ(set.tStart, 1'795'262'400);

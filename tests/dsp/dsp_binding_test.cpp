@@ -53,6 +53,16 @@ TEST(DspBinding, EveryEntryPointIsTheOneOfItsName) {
   expectName(binding.FractionalProcess, "FractionalProcess");
   expectName(binding.PartionedFFTInit, "PartionedFFTInit");
   expectName(binding.PartionedFFTProcess, "PartionedFFTProcess");
+  expectName(binding.DownconvertResume, "DownconvertResume");
+}
+
+TEST(DspBinding, LibraryOfTheEighteenNamesAloneIsComplete) {
+  DspBinding binding;
+  ASSERT_EQ(BindDsp(binding), 1u);
+  EXPECT_EQ(BindDsp(binding, BesideThisProgram(platform::SharedLibraryFileName("EighteenVantrel"))), 1u);
+  EXPECT_EQ(binding.bLoaded, 1u);
+  EXPECT_EQ(binding.DownconvertResume, nullptr);
+  EXPECT_EQ(ResumeDownconverter(binding, 1, 0), std::nullopt);
 }
 
 // A library of another maker describes itself as it likes.

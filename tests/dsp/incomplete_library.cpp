@@ -1,4 +1,5 @@
-// A downconverter library that lacks one of the 18 entry points (NCO). Binding looks names up and calls none of them.
+// A downconverter library that has the 18 entry points and no other, or lacks one of them (NCO). Binding looks names up
+// and calls none of them.
 extern "C" {
 void Advanced() {}
 void AllocInstance() {}
@@ -14,6 +15,9 @@ void FirstStageOnly() {}
 void FractionalInit() {}
 void FractionalProcess() {}
 void IsAdvanced() {}
+#ifdef WITH_NCO
+void NCO() {}
+#endif
 void PartionedFFTInit() {}
 void PartionedFFTProcess() {}
 void ReleaseInstance() {}

@@ -125,6 +125,47 @@ TEST_F(Primitives, TwentyFourBitFullScaleDividedBy256) {
   EXPECT_NEAR(value, 32767.996, 0.001);
 }
 
+TEST_F(Primitives, UnsignedIntegersBecomeFloatsAroundTheirMiddle) {
+  std::array<float, 3> values{};
+  const std::array<std::uint8_t, 3> bytes = {0, 127, 255};
+  EXPECT_EQ(Uint8ToFloat(bytes.data(), values.data(), 3, 127.5f), kPrimitiveOk);
+  EXPECT_EQ(values, (std::array<float, 3>{-127.5f, -0.5f, 127.5f}));
+  const std::array<std::uint16_t, 3> shorts = {0, 0x8000, 0xFFFF};
+  EXPECT_EQ(Uint16ToFloat(shorts.data(), values.data(), 3), kPrimitiveOk);
+  EXPECT_EQ(values, (std::array<float, 3>{-32768.0f, 0.0f, 32767.0f}));
+  const std::array<std::uint8_t, 9> packed = {0, 0, 0, 0, 0, 0x80, 0xFF, 0xFF, 0xFF};
+  EXPECT_EQ(Uint24ToFloat(packed.data(), values.data(), 3), kPrimitiveOk);
+  EXPECT_EQ(values, (std::array<float, 3>{-8388608.0f, 0.0f, 8388607.0f}));
+  const std::array<std::uint32_t, 3> ints = {0, 0x8000'0000, 0x8000'0100};
+  EXPECT_EQ(Uint32ToFloat(ints.data(), values.data(), 3), kPrimitiveOk);
+  EXPECT_EQ(values, (std::array<float, 3>{-2147483648.0f, 0.0f, 256.0f}));
+}
+
+TEST_F(Primitives, DoublesAreScaledBeforeTheyBecomeFloats) {
+  const std::array<double, 3> source = {1e300, -0.5, 1e-3};
+  std::array<float, 3> values{};
+  EXPECT_EQ(DoubleToFloat(source.data(), values.data(), 3, 32768.0), kPrimitiveOk);
+  EXPECT_EQ(values, (std::array<float, 3>{kInfinity, -16384.0f, static_cast<float>(32.768)}));
+  EXPECT_EQ(DoubleToFloat(source.data(), values.data(), 1, 1e-300), kPrimitiveOk);
+  EXPECT_NEAR(values[0], 1.0f, 1e-6f);
+}
+
+TEST_F(Primitives, BytesOfEveryValueAreTurnedRound) {
+  const std::array<std::uint8_t, 24> source = {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12,
+                                               13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23, 24};
+  alignas(8) std::array<std::uint8_t, 24> bytes{};
+  for (const std::uint32_t size : {1U, 2U, 3U, 4U, 8U}) {
+    bytes = source;
+    EXPECT_EQ(SwapBytes(bytes.data(), size, static_cast<std::int32_t>(24 / size)), kPrimitiveOk);
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      EXPECT_EQ(bytes[i], source[i / size * size + (size - 1 - i % size)]) << size << " " << i;
+    }
+  }
+  EXPECT_EQ(SwapBytes(bytes.data(), 5, 1), kPrimitiveBadLength);
+  EXPECT_EQ(SwapBytes(bytes.data(), 2, 0), kPrimitiveBadLength);
+  EXPECT_EQ(SwapBytes(nullptr, 2, 1), kPrimitiveNullPointer);
+}
+
 TEST_F(Primitives, FloatToInt16Saturates) {
   EXPECT_EQ(ToInt16({40000.0f, -40000.0f, 32767.4f, 32767.5f, 32768.0f, -32768.5f, -32769.0f}),
             (Int16s{32767, -32768, 32767, 32767, 32767, -32768, -32768}));
@@ -231,7 +272,6 @@ TEST_F(Primitives, BuffersAreAlignedAndNoneForABadLength) {
   FreeAligned(nullptr);
 }
 
-#ifdef CARVELLO_X86_64
 // Every length up to a few vectors, so that bodies and remainders of the loops are compared, at odd addresses too.
 void ExpectSameBitsAsPlain(const SPrimitiveKernels& kernels) {
   std::vector<std::uint8_t> bytes(4096);
@@ -268,6 +308,47 @@ void ExpectSameBitsAsPlain(const SPrimitiveKernels& kernels) {
     kPlainPrimitives.Multiply(0.1f, plain.data(), nLength);
     kernels.Multiply(0.1f, other.data(), nLength);
     expectSame("Multiply");
+    kPlainPrimitives.Uint8ToFloat(bytes.data() + 1, plain.data(), nLength, 127.5f);
+    kernels.Uint8ToFloat(bytes.data() + 1, other.data(), nLength, 127.5f);
+    expectSame("Uint8ToFloat");
+    const auto* unsignedShorts = reinterpret_cast<const std::uint16_t*>(bytes.data());
+    kPlainPrimitives.Uint16ToFloat(unsignedShorts + 1, plain.data(), nLength);
+    kernels.Uint16ToFloat(unsignedShorts + 1, other.data(), nLength);
+    expectSame("Uint16ToFloat");
+    kPlainPrimitives.Uint24ToFloat(bytes.data() + 1, plain.data(), nLength);
+    kernels.Uint24ToFloat(bytes.data() + 1, other.data(), nLength);
+    expectSame("Uint24ToFloat");
+    const auto* unsignedInts = reinterpret_cast<const std::uint32_t*>(bytes.data());
+    kPlainPrimitives.Uint32ToFloat(unsignedInts + 1, plain.data(), nLength);
+    kernels.Uint32ToFloat(unsignedInts + 1, other.data(), nLength);
+    expectSame("Uint32ToFloat");
+    std::vector<double> doubles(nLength);
+    for (std::size_t i = 0; i < nLength; ++i) doubles[i] = 0.1 * ints[i];
+    kPlainPrimitives.DoubleToFloat(doubles.data(), plain.data(), nLength, 1.0 / 3.0);
+    kernels.DoubleToFloat(doubles.data(), other.data(), nLength, 1.0 / 3.0);
+    expectSame("DoubleToFloat");
+    const auto expectSameSwap = [&](const char* what, const auto& swap) {
+      // 8 bytes of room behind the last value: nothing may be written there.
+      std::vector<std::uint64_t> words(nLength + 2);
+      std::memcpy(words.data(), bytes.data(), words.size() * sizeof(std::uint64_t));
+      std::vector<std::uint64_t> otherWords = words;
+      swap(kPlainPrimitives, words.data());
+      swap(kernels, otherWords.data());
+      EXPECT_EQ(words, otherWords) << kernels.pszName << " " << what << " " << nLength;
+      EXPECT_EQ(std::memcmp(&words[nLength], bytes.data() + 8 * nLength, 16), 0) << what << " " << nLength;
+    };
+    expectSameSwap("SwapBytes16", [&](const SPrimitiveKernels& set, void* buffer) {
+      set.SwapBytes16(static_cast<std::uint16_t*>(buffer), nLength);
+    });
+    expectSameSwap("SwapBytes24", [&](const SPrimitiveKernels& set, void* buffer) {
+      set.SwapBytes24(static_cast<std::uint8_t*>(buffer), nLength);
+    });
+    expectSameSwap("SwapBytes32", [&](const SPrimitiveKernels& set, void* buffer) {
+      set.SwapBytes32(static_cast<std::uint32_t*>(buffer), nLength);
+    });
+    expectSameSwap("SwapBytes64", [&](const SPrimitiveKernels& set, void* buffer) {
+      set.SwapBytes64(static_cast<std::uint64_t*>(buffer), nLength);
+    });
     for (const ERounding rounding : {ERounding::TowardsZero, ERounding::HalfToEven, ERounding::HalfAway}) {
       Int16s plain16(nLength);
       Int16s other16(nLength);
@@ -279,12 +360,11 @@ void ExpectSameBitsAsPlain(const SPrimitiveKernels& kernels) {
 }
 
 TEST(PrimitiveKernels, AllSetsGiveTheSameBits) {
-  if (__builtin_cpu_supports("avx2")) ExpectSameBitsAsPlain(kAvx2Primitives);
-  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq")) {
-    ExpectSameBitsAsPlain(kAvx512Primitives);
+  for (const EInstructionSet set : InstructionSets()) {
+    EXPECT_STREQ(PrimitiveKernels(set).pszName, NameOf(set));
+    ExpectSameBitsAsPlain(PrimitiveKernels(set));
   }
 }
-#endif
 
 }  // namespace
 }  // namespace carvello

@@ -1,11 +1,12 @@
 """What a cut is for: frequency, level, length and place in time of what lands in the outputs."""
 import math
+import struct
 import unittest
 
 import numpy as np
 
 from makers import START, Layout, Pulse, Tone, signal, write_recording, write_set
-from program import EndToEndTest, local, run, run_ok
+from program import EndToEndTest, contents, local, run, run_ok
 from wavtools import WaveFile, decibels, measure_tone, pulse_middle, spectrum, wrapped
 
 BLOCK = 2_097_152  # frames that the engine handles at a time; entries are placed inside and across such blocks
@@ -137,7 +138,7 @@ class TestCutOfTwoFileSet(CutTest):
         self.check_pulse_entry(8_000)
 
     def test_result_tells_what_was_read_and_written(self):
-        self.assertEqual(set(self.result), {"outputs", "inputBytes", "elapsedSeconds", "cpuSeconds"})
+        self.assertEqual(set(self.result), {"outputs", "engine", "inputBytes", "elapsedSeconds", "cpuSeconds"})
         self.assertEqual(self.result["inputBytes"], 24 * self.RATE * 4)
         self.assertGreater(self.result["elapsedSeconds"], 0)
         self.assertGreater(self.result["cpuSeconds"], 0)
@@ -167,6 +168,17 @@ def seconds_marked_by_tones(rate, first, count):
     """One second after the other, second n with a tone at 100 + 50 n Hz."""
     return np.concatenate([signal([Tone(100 + 50 * second, 5000)], rate, second * rate, rate)
                            for second in range(first, first + count)])
+
+
+def rewrite_with_frames(path, frames):
+    """Makes a finished 16-bit WAV file one with another number of frames, finished as well."""
+    file, raw = WaveFile(path), path.read_bytes()
+    begin, end = file.data_offset, file.data_offset + file.data_bytes
+    data = raw[begin:end][:4 * frames].ljust(4 * frames, b"\0")
+    whole = bytearray(raw[:begin] + data + raw[end:])
+    struct.pack_into("<I", whole, 4, len(whole) - 8)
+    struct.pack_into("<I", whole, begin - 4, len(data))
+    path.write_bytes(whole)
 
 
 class TestStartAtFileBoundary(CutTest):
@@ -202,6 +214,31 @@ class TestStartAtFileBoundary(CutTest):
         self.assertEqual((output["ok"], output["frames"], output["files"]), (False, 0, []))
         self.assertIn("no samples of the input", output["error"])
         self.assertEqual(self.names(), [])
+
+    def test_an_output_without_an_end_that_began_late_is_finished_and_not_done_again(self):
+        source = self.make_set(4, 10)
+        entries = ("--entry", "f=7.1M,bw=8k,start=+4", "--entry", "f=7.1M,bw=12k,start=+5", "--skip-existing")
+        outputs = self.cut(source, *entries)
+        self.assertEqual([output["frames"] for output in outputs], [(10 - 4) * 8000, (9 - 4) * 12000])
+        before = contents(self.output)
+        # The one that a job would begin late is finished by itself too, whatever job it is part of.
+        for arguments in (entries, entries[:2] + entries[-1:], entries + ("--entry", "f=7.1M,bw=8k,duration=1")):
+            result = run("cut", source, "--output", self.output, "--json", *arguments)
+            self.assertEqual(result.code, 0, result.err)
+            self.assertNotIn("done again", result.err)
+            self.assertEqual({name: what for name, what in contents(self.output).items() if name in before}, before)
+
+    def test_what_a_stop_left_of_such_an_output_is_done_again(self):
+        source = self.make_set(4, 10)
+        path = self.cut_one(source, "f=7.1M,bw=8k,start=+4")
+        whole = contents(self.output)
+        for frames in (6 * 8000 - 1, 6 * 8000 + 1):
+            rewrite_with_frames(path, frames)
+            result = run("cut", source, "--output", self.output, "--entry", "f=7.1M,bw=8k,start=+4", "--skip-existing")
+            self.assertEqual(result.code, 0, result.err)
+            self.assertIn(f"{frames} of {10 * 8000} frames", result.err)
+            self.assertEqual(contents(self.output).keys(), whole.keys())
+            self.assertEqual(WaveFile(path).frames, 6 * 8000)
 
     def test_another_entry_that_starts_earlier_keeps_the_start_right(self):
         source = self.make_set(4, 10)
@@ -268,6 +305,46 @@ class TestFrequencyOverTenSeconds(CutTest):
                 shift = frequency - 7_100_000
                 measured = measure_tone(samples[:10 * bandwidth], bandwidth, tone.offset - shift)
                 self.assertAlmostEqual(measured.frequency, tone.offset - shift, delta=0.01)
+
+
+class TestEngines(CutTest):
+    """Both ways to the same samples, chosen by the user or by the program."""
+
+    RATE = 1_000_000
+    ENTRIES = ("--entry", "f=7.05M,bw=10k,start=+1", "--entry", "f=7.2M,bw=25k", "--entry", "f=7.15M,bw=1M")
+
+    def cut_by(self, engine, source):
+        folder = self.folder / engine
+        folder.mkdir()
+        arguments = () if engine == "default" else ("--engine", engine)
+        return run_ok("cut", source, "--output", folder, "--json", *self.ENTRIES, *arguments).json()
+
+    def test_engine_is_taken_as_asked_for_told_and_leads_to_the_same_samples(self):
+        tones = [Tone(-51_000, 6000), Tone(102_000, 4000), Tone(60_000, 2000)]
+        source = write_recording(self.folder / "in.wav", Layout(self.RATE),
+                                 signal(tones, self.RATE, 0, 3 * self.RATE))
+        library, shared = self.cut_by("library", source), self.cut_by("spectrum", source)
+        self.assertEqual(library["engine"], "library")
+        self.assertEqual([output["engine"] for output in library["outputs"]], 3 * ["library"])
+        # The one of the input's own rate leaves the spectrum nothing to do.
+        self.assertEqual(shared["engine"], "mixed")
+        self.assertEqual([output["engine"] for output in shared["outputs"]], ["spectrum", "library", "spectrum"])
+        for one, other in zip(library["outputs"], shared["outputs"]):
+            difference = self.read(one) - self.read(other)
+            self.assertLessEqual(np.abs([difference.real, difference.imag]).max(), 1)
+
+    def test_engine_is_chosen_by_the_program_unless_it_is_named(self):
+        source = write_recording(self.folder / "in.wav", Layout(self.RATE), np.zeros(2 * self.RATE))
+        engines = [[output["engine"] for output in self.cut_by(engine, source)["outputs"]]
+                   for engine in ("default", "auto")]
+        self.assertEqual(engines[0], engines[1])
+        self.assertLessEqual(set(engines[0]), {"library", "spectrum"})
+
+    def test_entries_that_were_left_out_have_no_engine(self):
+        source = write_recording(self.folder / "in.wav", Layout(self.RATE), np.zeros(2 * self.RATE))
+        self.cut(source, *self.ENTRIES)
+        result = run_ok("cut", source, "--output", self.output, "--json", *self.ENTRIES, "--skip-existing").json()
+        self.assertEqual([result["engine"], *(output["engine"] for output in result["outputs"])], 4 * [""])
 
 
 class TestSuppression(CutTest):

@@ -22,10 +22,10 @@ PICTURES = os.environ.get("CARVELLO_PICTURES")
 class Display:
     """An X server without a screen."""
 
-    def __init__(self):
+    def __init__(self, size="1280x1024"):
         read, write = os.pipe()
         self.process = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"],
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
         with os.fdopen(read) as pipe:
@@ -39,7 +39,8 @@ class Display:
 class Dialog:
     """One run of the program."""
 
-    def __init__(self, display, home, *arguments, program=GUI, title="Carvello v"):
+    def __init__(self, display, home, *arguments, program=GUI, title="Carvello v", environment_changes=None,
+                 present=None):
         self.home = home
         self.opened = home / "opened"
         programs = home / "programs"
@@ -53,27 +54,42 @@ class Dialog:
             XDG_DATA_HOME=str(home / "data"), XDG_RUNTIME_DIR=str(home), TEMP=str(home),
             PATH=f"{programs}:{os.environ['PATH']}")
         self.env.pop("DBUS_SESSION_BUS_ADDRESS", None)
+        self.env.update(environment_changes or {})
         # A library of the window system copies names without a terminating zero, with their length; the strict check
         # would have them end with one.
         self.env["ASAN_OPTIONS"] = self.env.get("ASAN_OPTIONS", "") + ":strict_string_checks=0"
-        self.process = subprocess.Popen([str(program), *map(str, arguments)], env=self.env)
+        self.process = subprocess.Popen([str(program), *map(str, arguments)], env=self.env, cwd=present)
         self.window = self.find(title)
 
     def xdotool(self, *arguments):
         return subprocess.run(["xdotool", *map(str, arguments)], env=self.env, capture_output=True, text=True,
                               timeout=TIMEOUT)
 
+    def visible(self, title):
+        """The windows of that title."""
+        return self.xdotool("search", "--onlyvisible", "--all", "--pid", self.process.pid, "--name",
+                            "^" + title).stdout.split()
+
     def find(self, title):
         """The visible window of that title, with the keyboard."""
         deadline = time.monotonic() + TIMEOUT
         while True:
             assert self.process.poll() is None, "the program ended too early"
-            search = ["search", "--onlyvisible", "--all", "--pid", self.process.pid, "--name", "^" + title]
-            found = self.xdotool(*search).stdout.split()
+            found = self.visible(title)
             if found and self.xdotool("windowfocus", "--sync", found[0]).returncode == 0:
                 return found[0]
             assert time.monotonic() < deadline, f"no window {title}"
             time.sleep(0.05)
+
+    def leave(self, title, *keys):
+        """The window of that title, by these keys; then the keyboard is the main window's."""
+        self.find(title)
+        self.press(*keys)
+        deadline = time.monotonic() + TIMEOUT
+        while self.visible(title):
+            assert time.monotonic() < deadline, f"{title} stays"
+            time.sleep(0.05)
+        self.find("Carvello v")
 
     def press(self, *keys):
         done = self.xdotool("key", "--delay", 20, *keys)
@@ -91,9 +107,12 @@ class Dialog:
     def log(self):
         """The lines of the log, as "View as text" writes them."""
         before = len(self.opened.read_text().splitlines()) if self.opened.exists() else 0
-        self.press("alt+v")
         deadline = time.monotonic() + TIMEOUT
+        pressed = 0.0
         while not self.opened.exists() or len(self.opened.read_text().splitlines()) <= before:
+            if time.monotonic() > pressed + 5:  # a key is lost while another window is just going
+                self.press("alt+v")
+                pressed = time.monotonic()
             assert self.process.poll() is None, "the program ended too early"
             assert time.monotonic() < deadline, "the log is not opened"
             time.sleep(0.05)
@@ -175,7 +194,7 @@ class TestDialog(DialogTest):
         dialog.picture("start")
 
         dialog.type(str(source))
-        dialog.press("Tab", "Tab", "Tab", "Tab")  # over the two buttons and the check box
+        dialog.press("Tab", "Tab", "Tab", "Tab", "Tab")  # over the three buttons and the check box
         dialog.type(str(self.output))
         dialog.press("alt+w", "Home", *["Down"] * self.STEPS_TO_BANDWIDTH)
         for frequency in (7_110_000, 7_090_000, 7_100_000):
@@ -188,8 +207,7 @@ class TestDialog(DialogTest):
         dialog.press("Tab")
         dialog.type_frequency(7_100_000)
         dialog.picture("add-sequence", sequence)
-        dialog.press("Return")
-        dialog.find("Carvello v")
+        dialog.leave("Add Sequence", "Return")
         dialog.picture("filled")
 
         dialog.press("alt+s")
@@ -233,6 +251,92 @@ class TestDialog(DialogTest):
             self.assertEqual(file.rate, self.BANDWIDTH)
             self.assertGreater(file.frames, 0)
             self.assertLess(file.frames, seconds * self.BANDWIDTH)
+
+
+class TestSpectrumWindow(DialogTest):
+    RATE = 240_000
+    CENTRE = 7_100_000
+    SECONDS = 20
+
+    def centre_of(self, window):
+        """Of the waterfall, on the screen: it is most of the window, to the left below the middle."""
+        size = subprocess.run(["xdotool", "getwindowgeometry", "--shell", window], env=self.dialog.env, check=True,
+                              capture_output=True, text=True, timeout=TIMEOUT).stdout
+        values = dict(line.split("=") for line in size.split())
+        return (int(values["X"]) + int(values["WIDTH"]) * 4 // 10, int(values["Y"]) + int(values["HEIGHT"]) * 6 // 10)
+
+    def spectrum(self, source):
+        self.dialog = self.open(source)
+        self.dialog.press("F6")
+        return self.dialog.find("Spectrum - ")
+
+    def wait_for_pictures(self, window, name, colours):
+        """Until the window shows more than a picture of nothing."""
+        path = self.folder / f"{name}.png"
+        deadline = time.monotonic() + TIMEOUT
+        while True:
+            subprocess.run(["import", "-window", window, str(path)], env=self.dialog.env, check=True, timeout=TIMEOUT,
+                           capture_output=True)
+            shown = int(subprocess.run(["identify", "-format", "%k", str(path)], check=True, timeout=TIMEOUT,
+                                       capture_output=True, text=True).stdout)
+            if shown >= colours:
+                return
+            assert time.monotonic() < deadline, f"{path} shows {shown} colours"
+            time.sleep(0.1)
+
+    def remember_the_output_folder(self):
+        dialog = self.open()
+        dialog.type(str(self.source))
+        dialog.press(*["Tab"] * 5)
+        dialog.type(str(self.output))
+        self.assertEqual(dialog.close(), 0)
+
+    def test_a_band_that_is_dragged_and_one_that_is_chosen_by_keys_are_cut(self):
+        self.source = write_recording(self.folder / "40 m 000.wav", Layout(self.RATE, self.CENTRE),
+                                      signal([Tone(0, 5000)], self.RATE, 0, self.SECONDS * self.RATE))
+        self.remember_the_output_folder()
+        window = self.spectrum(self.source)
+        self.wait_for_pictures(window, "whole", 200)
+        x, y = self.centre_of(window)
+        xdotool = self.dialog.xdotool
+        xdotool("mousemove", x - 60, y, "mousedown", 1)
+        for step in range(1, 7):  # along the frequencies only
+            xdotool("mousemove", x - 60 + 10 * step, y)
+        xdotool("mouseup", 1)
+        self.dialog.press("Return")
+        # By keys, from the cursor on to the right and down: a stretch of time.
+        self.dialog.press(*["shift+Right"] * 8, *["shift+Down"] * 8, "Return")
+        self.dialog.picture("spectrum-cut", window)
+        self.dialog.press("F6")
+        self.dialog.find("Carvello v")
+        self.dialog.press("alt+s")
+        self.dialog.wait_for_log("Reader> Closed$")
+        self.assertEqual(self.dialog.close(), 0)
+
+        made = [WaveFile(self.output / name) for name in self.names()]
+        self.assertEqual(len(made), 2, self.names())
+        for file in made:
+            file.check_complete()
+        seconds = sorted(file.frames / file.rate for file in made)
+        self.assertEqual(seconds[1], self.SECONDS)
+        self.assertLess(seconds[0], self.SECONDS)
+
+    def test_a_set_of_60_gigabytes_is_looked_at_at_once_and_zoomed(self):
+        rate, files = 10_000_000, 15
+        frames = 1_000_000_000  # a file of 4 GB
+        burst = signal([Tone(1_000_000, 8000)], rate, 0, 1 << 20)
+        first = self.folder / "night 000.wav"
+        for i in range(files):
+            write_sparse(self.folder / f"night {i:03d}.wav", Layout(rate, self.CENTRE, form="s16"), frames,
+                         patches=[(frames // 2, burst)] if i == 7 else [], first_file=first.name,
+                         offset_seconds=i * frames // rate)
+        self.source = first
+        window = self.spectrum(first)
+        self.dialog.press("plus", "plus", "ctrl+plus", "shift+i", "Page_Down", "shift+Page_Up", "Home")
+        self.dialog.picture("spectrum-long", window)
+        self.assertIsNone(self.dialog.process.poll())
+        self.dialog.press("F6")
+        self.assertEqual(self.dialog.close(), 0)  # also while the overview is being made
 
 
 class TestDialogStart(DialogTest):

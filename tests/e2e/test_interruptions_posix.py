@@ -5,6 +5,7 @@ import signal as signals
 import subprocess
 import time
 import unittest
+from pathlib import Path
 
 from makers import Layout, write_sparse
 from program import SLOW, TIMEOUT, EndToEndTest, start
@@ -87,6 +88,29 @@ class TestKilled(InterruptionTest):
 
 
 class TestStopped(InterruptionTest):
+    def wait_for_handler(self, process, number):
+        deadline = time.monotonic() + TIMEOUT
+        while True:
+            status = Path(f"/proc/{process.pid}/status").read_text()
+            caught = int(next(line for line in status.splitlines() if line.startswith("SigCgt")).split()[1], 16)
+            if caught >> (number - 1) & 1:
+                return
+            self.assertIsNone(process.poll(), "the program ended too early")
+            self.assertLess(time.monotonic(), deadline, "requests to stop are not looked at")
+            time.sleep(0.002)
+
+    def test_stop_before_the_job_has_begun_ends_at_once(self):
+        for number in (signals.SIGINT, signals.SIGTERM, signals.SIGHUP):
+            with self.subTest(number):
+                # Looking through so many entries takes a while, even where nothing else runs.
+                process = self.start_cut("--sequence", "7.1M:7190000:1", "--bw", "1k", "--json", "--skip-existing",
+                                         stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                self.wait_for_handler(process, number)
+                process.send_signal(number)
+                out, _ = process.communicate(timeout=TIMEOUT)
+                self.assertEqual((process.returncode, out), (130, b""))
+                self.assertEqual(self.names(), [])
+
     def stopped_by(self, number):
         process = self.start_cut("--entry", "f=7.15M,bw=1M,bits=32", "--entry", "f=7.2M,bw=100k,size=RF64", "--json",
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE)
@@ -129,14 +153,17 @@ class TestStopped(InterruptionTest):
         self.assertEqual(process.returncode, 130)
 
     def test_ctrl_c_between_batches_starts_no_further_one(self):
-        count = 4 * os.cpu_count() + 1
+        count = 1001
         process = self.start_cut("--sequence", f"7.1M:{7_100_000 + count - 1}:1", "--bw", "1k", "--json",
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self.wait_for_growth(process, self.output / "2020-11-01 2359z, f=7.100 MHz, bw=1 kHz 000.wav", 1)
         process.send_signal(signals.SIGINT)
-        out, _ = process.communicate(timeout=TIMEOUT)
+        out, err = process.communicate(timeout=TIMEOUT)
         self.assertEqual(process.returncode, 130)
         self.assertLess(len(self.names()), count)
+        # Told for some and counted for the rest: the terminal goes on showing what was said before.
+        self.assertEqual(err.count(b": stopped"), 20)
+        self.assertIn(b"... and 981 more", err)
         self.assertEqual([(each["ok"], each["error"]) for each in json.loads(out)["outputs"]],
                          [(False, "stopped")] * count)
         for name in self.names():
@@ -159,6 +186,23 @@ class TestLostInput(InterruptionTest):
         file = WaveFile(self.output / self.names()[0])
         file.check_complete()
         self.assertAlmostEqual(file.frames, seconds * self.RATE, delta=64)
+
+    def test_file_that_describes_the_input_changes_while_that_is_read(self):
+        seconds = 30 if SLOW else 100
+        data = self.folder / "in.sigmf-data"
+        data.touch()
+        os.truncate(data, 4 * seconds * self.RATE)
+        meta = data.with_suffix(".sigmf-meta")
+        meta.write_text(json.dumps({"global": {"core:datatype": "ci16_le", "core:version": "1.2.5", "core:sample_rate": self.RATE},
+                                    "captures": [{"core:sample_start": 0, "core:frequency": 7_100_000,
+                                                  "core:datetime": "2020-11-01T23:59:00Z"}], "annotations": []}))
+        process = self.start_cut("--entry", "f=7.1M,bw=1M,size=RF64", source=meta, stdout=subprocess.DEVNULL,
+                                 stderr=subprocess.PIPE)
+        self.wait_for_growth(process, self.output / "2020-11-01 2359z, f=7.100 MHz, bw=1 MHz.wav", BUFFER)
+        meta.write_text(meta.read_text().replace("7100000", "17100000"))
+        _, err = process.communicate(timeout=TIMEOUT)
+        self.assertEqual(process.returncode, 1, err)
+        self.assertIn(b"in.sigmf-meta, which describes it, has changed since it was analysed", err)
 
     def test_file_that_shrinks_while_it_is_read(self):
         seconds = 30 if SLOW else 100

@@ -142,6 +142,17 @@ class TestOutputBytes(EndToEndTest):
     def test_rf64_of_32_bits(self):
         self.check_rf64(24_000, 32, 0)
 
+    def test_rf64_counts_frames_where_they_are_asked_for(self):
+        out = self.folder / "frames"
+        out.mkdir()
+        result = run_ok("cut", self.source, "--output", out, "--json", "--ds64-frames",
+                        "--entry", "f=7.1M,bw=16k,size=RF64").json()
+        file = WaveFile(local(result["outputs"][0]["files"][0]))
+        frames = result["outputs"][0]["frames"]
+        self.assertEqual(frames, self.frames[16_000])
+        self.assertEqual(file.header[12:48], b"ds64" + struct.pack(
+            "<IQQQI", 28, file.length - 8, frames * 4, frames, 0))
+
     def test_every_output_of_a_job_has_the_same_chunks_in_the_same_order(self):
         for bandwidth, file in self.files.items():
             rf64 = bandwidth in (16_000, 24_000)
@@ -273,8 +284,8 @@ class TestInfo(EndToEndTest):
         source = write_recording(self.folder / "in.wav", Layout(RATE), np.zeros(RATE))
         self.assertEqual(set(self.info(source)), {
             "source", "files", "fileCount", "dataBytes", "totalBytes", "sampleRate", "centreFrequency", "bandwidth",
-            "bitsPerSample", "sampleFormat", "startUtc", "endUtc", "startMilliseconds", "endMilliseconds",
-            "seconds", "rf64", "infoTexts", "metadata", "unfinishedFiles"})
+            "bitsPerSample", "sampleFormat", "sampleType", "container", "startUtc", "endUtc", "startMilliseconds",
+            "endMilliseconds", "startNanoseconds", "seconds", "rf64", "infoTexts", "metadata", "unfinishedFiles"})
 
     def test_same_facts_for_a_person(self):
         source = write_recording(self.folder / "in.wav", Layout(RATE), np.zeros(RATE))

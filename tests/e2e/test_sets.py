@@ -88,6 +88,25 @@ class TestChainedSets(SetTest):
         entries = self.ENTRIES[:4]
         self.assertEqual(self.cut_samples(paths[2], "of all", *entries), self.cut_samples(one, "of one", *entries))
 
+    def test_files_with_gaps_are_drawn_and_searched_as_one_stream(self):
+        paths, one, _ = self.write_chain([5, 3])
+        pictures, lists = [], []
+        for number, source in enumerate((one, paths[0], paths[2])):
+            pictures.append([])
+            for options in ([], ["--peak", "--start", "+6.9", "--end", "+16.2"], ["--fast", "--start", "+15"]):
+                # Titles name the first file: without them.
+                out = self.folder / f"{number} {len(pictures[-1])}.png"
+                run_ok("picture", source, out, "--quiet", "--plain", "--size", "300x200", *options)
+                pictures[-1].append(out.read_bytes())
+            lists.append([run_ok("scan", source, "--json", "--quiet", *options).json()
+                          for options in ([], ["--start", "+6.5", "--duration", "9.5"])])
+        self.assertEqual(pictures[1:], pictures[:1] * 2)
+        self.assertEqual(lists[1:], lists[:1] * 2)
+        for found in lists[0]:
+            frequencies = [each["frequency"] for each in found["signals"]]
+            for tone in TONES:
+                self.assertLess(min(abs(each - CENTRE - tone.offset) for each in frequencies), 100)
+
     def test_files_that_overlap_are_cut_as_one_stream(self):
         paths, one, _ = self.write_chain([-5, -2])
         self.check_found(paths, START, START + 17)

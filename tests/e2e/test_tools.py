@@ -1,4 +1,5 @@
 """sox and libsndfile open every kind of output and count the frames that Carvello counts."""
+import json
 import re
 import shutil
 import subprocess
@@ -69,6 +70,23 @@ class TestOtherPrograms(EndToEndTest):
                 raw = self.folder / "samples.raw"
                 tool("sox", "-D", path, "-t", "raw", "-e", "signed-integer", "-b", "16", raw)
                 self.assertEqual(raw.read_bytes(), WaveFile(path).data().tobytes())
+
+    def test_sox_reads_sigmf_samples_as_their_meta_file_tells(self):
+        source = write_recording(self.folder / "in.wav", Layout(RATE), signal([Tone(500, 9000)], RATE, 0, 3 * RATE))
+        for bits, entry in ((16, "f=7.1M,bw=8k"), (32, "f=7.1M,bw=12k,bits=32")):
+            with self.subTest(bits=bits):
+                output, = self.cut(source, "--entry", entry, "--format", "sigmf")
+                data, meta = (local(path) for path in output["files"])
+                told = json.loads(meta.read_text())["global"]
+                kind = re.fullmatch(r"c([if])(\d+)_le", told["core:datatype"])
+                encoding = {"i": "signed-integer", "f": "floating-point"}[kind[1]]
+                wav = self.folder / "by sox.wav"
+                tool("sox", "-D", "-t", "raw", "-L", "-e", encoding, "-b", kind[2], "-c", "2", "-r",
+                     told["core:sample_rate"], data, wav)
+                self.assertEqual(int(tool("soxi", "-s", wav)), output["frames"])
+                direct = WaveFile(self.cut_one(source, entry)).samples()
+                scale = 1 if bits == 16 else 32768
+                self.assertLess(np.abs(WaveFile(wav).samples() * scale - direct).max(), 0.01)
 
     def test_libsndfile_reads_every_sample(self):
         for path, output in self.outputs:

@@ -145,14 +145,14 @@ TEST(BackgroundThread, SettingAnotherPriorityLogsItsName) {
 }
 
 TEST(BackgroundThread, PriorityNamesCoverEveryNumber) {
-  EXPECT_EQ(PriorityName(15), "Low real time");
-  EXPECT_EQ(PriorityName(2), "Highest");
-  EXPECT_EQ(PriorityName(1), "Above normal");
-  EXPECT_EQ(PriorityName(0), "Normal");
-  EXPECT_EQ(PriorityName(-1), "Below normal");
-  EXPECT_EQ(PriorityName(-2), "Lowest");
-  EXPECT_EQ(PriorityName(-15), "Idle");
-  EXPECT_EQ(PriorityName(7), "Other (7)");
+  EXPECT_STREQ(PriorityName(15).data(), "Low real time");
+  EXPECT_STREQ(PriorityName(2).data(), "Highest");
+  EXPECT_STREQ(PriorityName(1).data(), "Above normal");
+  EXPECT_STREQ(PriorityName(0).data(), "Normal");
+  EXPECT_STREQ(PriorityName(-1).data(), "Below normal");
+  EXPECT_STREQ(PriorityName(-2).data(), "Lowest");
+  EXPECT_STREQ(PriorityName(-15).data(), "Idle");
+  EXPECT_STREQ(PriorityName(7).data(), "Other (7)");
 }
 
 TEST(BackgroundThread, SecondEmptyLineInARowIsNotLogged) {

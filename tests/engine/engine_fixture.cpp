@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstring>
 #include <fstream>
-#include <iterator>
+#include <numeric>
 #include <random>
 #include <semaphore>
 #include <thread>
@@ -175,6 +175,10 @@ void SPassThrough::LetInitGo(int count) {
   letInitGo.release(count);
 }
 
+void SPassThrough::ForgetInits() {
+  while (letInitGo.try_acquire()) continue;
+}
+
 void SPassThrough::HoldBack(std::size_t samples) {
   const std::lock_guard guard(passThroughLock);
   heldBack = samples;
@@ -203,6 +207,12 @@ WAVEFORMATEXTENSIBLE NumberedFormat() {
   format.Format.wBitsPerSample = 16;
   format.SubFormat = KSDATAFORMAT_SUBTYPE_PCM;
   return format;
+}
+
+std::vector<std::int64_t> Frames(std::int64_t first, std::int64_t count) {
+  std::vector<std::int64_t> frames(static_cast<std::size_t>(count));
+  std::iota(frames.begin(), frames.end(), first);
+  return frames;
 }
 
 std::int16_t NumberedI(std::int64_t frame) {
@@ -296,12 +306,26 @@ std::vector<SRecordingFile> EngineTest::Describe(const std::vector<std::string>&
   return described;
 }
 
+CRecordingSet EngineTest::DescribeSet(const std::vector<std::string>& files) {
+  CRecordingSet set;
+  set.files = Describe(files);
+  set.format = NumberedFormat();
+  set.kind = KindOfWave(set.format);
+  for (const SRecordingFile& file : set.files) set.nTotalRemainder += file.nDataBytes;
+  set.nSampleRate = 1'000'000;
+  set.nBitsPerSample = 16;
+  set.nRadioCenterFreq = 7'000'000;
+  set.tEnd = set.nTotalRemainder / 4 / set.nSampleRate;
+  return set;
+}
+
 void EngineTest::StartJob(const std::vector<SRecordingFile>& files, const std::vector<OutputEntry>& entries,
                           std::int64_t totalBytes) {
   std::vector<const OutputEntry*> pointers;
   for (const OutputEntry& entry : entries) pointers.push_back(&entry);
-  m_reader.SetInput(files, NumberedFormat(), false);
+  m_reader.SetInput(files, KindOfWave(NumberedFormat()), NumberedFormat());
   m_reader.SetOutputs(pointers);
+  if (!m_engines.empty()) m_reader.SetEngines(m_engines);
   m_reader.Start();
   m_reader.Post(request::kCreateWriters, static_cast<std::int32_t>(entries.size()));
   for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -331,8 +355,11 @@ void EngineTest::RunJob(const std::vector<std::string>& files, const std::vector
 }
 
 std::vector<std::uint8_t> ReadBytes(const std::string& path) {
-  std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary | std::ios::ate);
+  if (!file) return {};
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(file.tellg()));
+  file.seekg(0).read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  return file ? bytes : std::vector<std::uint8_t>();
 }
 
 std::vector<std::uint8_t> ChunkBody(const std::vector<std::uint8_t>& file, const std::string& name) {

@@ -14,6 +14,7 @@
 #include "engine/background_thread_reader.h"
 #include "engine/message_target.h"
 #include "engine/output_entry.h"
+#include "input/recording_set.h"
 
 namespace carvello::test {
 
@@ -54,6 +55,7 @@ struct SPassThrough {
   // Setting the rates of any instance waits until it is let go.
   static void HoldInit();
   static void LetInitGo(int count);
+  static void ForgetInits();  // those that were let go and never came
   // Outputs lag behind the input by so many samples, as with filters.
   static void HoldBack(std::size_t samples);
   // So many samples are dropped at the first run.
@@ -68,6 +70,12 @@ WAVEFORMATEXTENSIBLE NumberedFormat();
 // Frame n of a numbered recording: its number can be read back from I and Q.
 std::int16_t NumberedI(std::int64_t frame);
 std::int16_t NumberedQ(std::int64_t frame);
+// The numbers of so many frames.
+std::vector<std::int64_t> Frames(std::int64_t first, std::int64_t count);
+
+// Whether an output holds these frames and no others. Large vectors are compared without printing them.
+#define EXPECT_FRAMES(path, first, count) \
+  EXPECT_TRUE(ReadNumbered(path) == Frames(first, count)) << path << " holds other frames"
 
 class EngineTest : public testing::Test {
  protected:
@@ -82,6 +90,8 @@ class EngineTest : public testing::Test {
   std::vector<std::int64_t> ReadNumbered(const std::string& path) const;
   // The files as the analysis of a set of 16-bit files describes them; one that does not exist as if it had a frame.
   static std::vector<SRecordingFile> Describe(const std::vector<std::string>& files);
+  // The set of these files, at 1,000,000 frames a second around 7 MHz.
+  static CRecordingSet DescribeSet(const std::vector<std::string>& files);
   // Gives the reader a job and waits until it has begun to read.
   void StartJob(const std::vector<SRecordingFile>& files, const std::vector<OutputEntry>& entries,
                 std::int64_t totalBytes);
@@ -90,6 +100,7 @@ class EngineTest : public testing::Test {
   void RunJob(const std::vector<std::string>& files, const std::vector<OutputEntry>& entries, std::int64_t totalBytes);
 
   std::filesystem::path m_folder;
+  std::vector<EEngine> m_engines;  // of the entries of jobs; all by the library where it is empty
   DspBinding m_dsp;
   CKeepingTarget m_target;
   CBackgroundThreadReader m_reader;

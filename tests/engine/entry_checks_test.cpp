@@ -3,22 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-namespace carvello {
+#include "engine/wide_recording.h"
+
+namespace carvello::test {
 namespace {
-
-constexpr std::int64_t kStart = 1'795'262'400;  // 2026-11-21T12:00:00Z
-
-// Twenty minutes around 7.1 MHz, 2 MHz wide.
-CRecordingSet Recording() {
-  CRecordingSet recording;
-  recording.nTotalMillions = 9600;
-  recording.tStart = kStart;
-  recording.tEnd = kStart + 1200;
-  recording.nRadioCenterFreq = 7'100'000;
-  recording.nSampleRate = 2'000'000;
-  recording.nBitsPerSample = 16;
-  return recording;
-}
 
 OutputEntry Entry(std::int64_t frequency, std::uint32_t bandwidth) {
   OutputEntry entry;
@@ -30,11 +18,11 @@ OutputEntry Entry(std::int64_t frequency, std::uint32_t bandwidth) {
 }
 
 TEST(EntryChecks, BandwidthGoesFrom10HzToTheInputsRate) {
-  EXPECT_FALSE(BandwidthFault(10, Recording()));
-  EXPECT_FALSE(BandwidthFault(2'000'000, Recording()));
+  EXPECT_FALSE(BandwidthFault(10, WideRecording()));
+  EXPECT_FALSE(BandwidthFault(2'000'000, WideRecording()));
   for (const std::int64_t bandwidth :
        {std::int64_t{-1}, std::int64_t{0}, std::int64_t{9}, std::int64_t{2'000'001}, std::int64_t{1} << 32 | 10}) {
-    const auto fault = BandwidthFault(bandwidth, Recording());
+    const auto fault = BandwidthFault(bandwidth, WideRecording());
     ASSERT_TRUE(fault) << bandwidth;
     EXPECT_EQ(FaultText(*fault), "The bandwidth " + std::to_string(bandwidth) +
                                      " is out of range.\nAccepted: whole Hz from 10 to the input's sample rate, "
@@ -45,34 +33,34 @@ TEST(EntryChecks, BandwidthGoesFrom10HzToTheInputsRate) {
 TEST(EntryChecks, PickedEndMustLieBehindTheStart) {
   SEntryFields fields;
   fields.endMode = EEndMode::At;
-  fields.tPickedEnd = kStart;
-  EXPECT_TRUE(EndFault(fields, Recording())) << "the recording's start counts where none is picked";
-  fields.tPickedEnd = kStart + 1;
-  EXPECT_FALSE(EndFault(fields, Recording()));
+  fields.tPickedEnd = kWideStart;
+  EXPECT_TRUE(EndFault(fields, WideRecording())) << "the recording's start counts where none is picked";
+  fields.tPickedEnd = kWideStart + 1;
+  EXPECT_FALSE(EndFault(fields, WideRecording()));
   fields.startMode = EStartMode::At;
-  fields.tPickedStart = kStart + 1;
-  ASSERT_TRUE(EndFault(fields, Recording()));
-  EXPECT_EQ(FaultText(*EndFault(fields, Recording())),
-            "End Time: The end time is before the start time.\n" + AcceptedTimes(Recording()));
+  fields.tPickedStart = kWideStart + 1;
+  ASSERT_TRUE(EndFault(fields, WideRecording()));
+  EXPECT_EQ(FaultText(*EndFault(fields, WideRecording())),
+            "End Time: The end time is before the start time.\n" + AcceptedTimes(WideRecording()));
   fields.endMode = EEndMode::Finish;
-  EXPECT_FALSE(EndFault(fields, Recording())) << "no end is picked";
+  EXPECT_FALSE(EndFault(fields, WideRecording())) << "no end is picked";
 }
 
 TEST(EntryChecks, PickedStartMustLieBeforeTheLastSample) {
-  CRecordingSet recording = Recording();
-  recording.tEnd = kStart + 5000;
+  CRecordingSet recording = WideRecording();
+  recording.tEnd = kWideStart + 5000;
   SEntryFields fields;
-  fields.tPickedStart = kStart + 1200;
+  fields.tPickedStart = kWideStart + 1200;
   EXPECT_FALSE(StartFault(fields, recording)) << "no start is picked";
   fields.startMode = EStartMode::At;
   ASSERT_TRUE(StartFault(fields, recording));
   EXPECT_EQ(StartFault(fields, recording)->strAccepted, "Accepted: a start before +1200");
-  recording.nTotalRemainder = 4;  // one more frame
+  recording.files[0].nSampleBytes += 4;  // one more frame
   EXPECT_FALSE(StartFault(fields, recording));
 }
 
 TEST(EntryChecks, AcceptedTimesAreTold) {
-  EXPECT_EQ(AcceptedTimes(Recording()),
+  EXPECT_EQ(AcceptedTimes(WideRecording()),
             "Accepted: a start from 2026-11-21T12:00:00Z (+0) to before 2026-11-21T12:20:00Z (+1200), an end after the "
             "start and not after 2026-11-21T12:20:00Z, a duration that is not 0 and ends before 2026-11-21T12:20:00Z");
 }
@@ -97,4 +85,4 @@ TEST(EntryChecks, BandBeyondTheEdgeIsWhollyOutside) {
 }
 
 }  // namespace
-}  // namespace carvello
+}  // namespace carvello::test

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <filesystem>
 #include <functional>
 #include <limits>
 #include <string>
@@ -82,7 +83,7 @@ TEST_F(EntryListTest, EntryCarriesEveryField) {
   EXPECT_EQ(entry.tEnd, kStart + kLength);
   EXPECT_EQ(entry.nReserved, 0);
   EXPECT_EQ(entry.strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz.wav");
-  EXPECT_EQ(entry.strFileName, platform::JoinPath("out", entry.strDisplayName));
+  EXPECT_EQ(entry.strFileName, platform::JoinPath(platform::AbsolutePath("out"), entry.strDisplayName));
   EXPECT_EQ(entry.nReserved2, 0u);
   EXPECT_EQ(entry.strMetadata.Text(), "<SDR-XML-Root/>");
   EXPECT_EQ(entry.strInfo1.Text(), "product");
@@ -168,6 +169,24 @@ TEST_F(EntryListTest, ZeroDurationIsRefused) {
   ExpectRefused("End", "End duration cannot be zero.", EButtons::Ok);
 }
 
+// Outputs tell the whole path that they were written to, and stay where they were asked for whatever folder is the
+// present one later.
+TEST_F(EntryListTest, ARelativeFolderCountsFromThePresentOne) {
+  const std::filesystem::path here = std::filesystem::current_path();
+  const auto nameIn = [this](const std::string& folder) {
+    list.Reset();
+    fields.strOutputFolder = folder;
+    ExpectAdded();
+    return list[0].strFileName;
+  };
+  const std::string name = platform::NameOf(nameIn("out"));
+  EXPECT_EQ(nameIn("out"), (here / "out" / name).string());
+  EXPECT_EQ(nameIn("./out"), (here / "out" / name).string());
+  EXPECT_EQ(nameIn("."), (here / name).string());
+  EXPECT_EQ(nameIn(""), (here / name).string());
+  EXPECT_EQ(nameIn((here / "out").string()), (here / "out" / name).string());
+}
+
 TEST_F(EntryListTest, DurationThatEndsExactlyAtTheRecordingsEndIsRefused) {
   fields.endMode = EEndMode::After;
   fields.nDurationSeconds = kLength;
@@ -213,7 +232,7 @@ TEST_F(EntryListTest, EntriesThatDifferOnlyInFolderCollapseToTheEarlier) {
   ExpectAdded();
   list.Rebuild();
   ASSERT_EQ(list.Size(), 1u);
-  EXPECT_EQ(list[0].strFileName, platform::JoinPath("out", list[0].strDisplayName));
+  EXPECT_EQ(list[0].strFileName, platform::JoinPath(platform::AbsolutePath("out"), list[0].strDisplayName));
 }
 
 TEST_F(EntryListTest, DroppedEntriesAreToldWithWhatWasNotTakenOver) {
@@ -268,7 +287,7 @@ TEST_F(EntryListTest, DifferentStretchesWithinAMinuteGetDifferentNames) {
   EXPECT_EQ(list[0].strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz.wav");
   EXPECT_EQ(list[1].strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz (2).wav");
   EXPECT_EQ(list[2].strDisplayName, "2020-11-01 2359z, f=7.100 MHz, bw=10 kHz (3).wav");
-  EXPECT_EQ(list[2].strFileName, platform::JoinPath("out", list[2].strDisplayName));
+  EXPECT_EQ(list[2].strFileName, platform::JoinPath(platform::AbsolutePath("out"), list[2].strDisplayName));
 }
 
 TEST_F(EntryListTest, TheNameOfARemovedEntryIsFreeAgain) {
@@ -501,6 +520,82 @@ TEST_F(EntryListTest, RecordingOfImpossibleLengthGivesTheLargestOffsetRatherThan
   fields.tPickedEnd = recording.tEnd;
   ExpectAdded();
   EXPECT_EQ(list[0].nTotalSamples, std::numeric_limits<std::int64_t>::max());
+}
+
+TEST_F(EntryListTest, PutsBackTheVerySameEntries) {
+  list.AddEntry(fields);
+  fields.nFrequency = 7'200'000;
+  list.AddEntry(fields);
+  list.Rebuild();
+  const CEntryList::Saved saved = list.Save();
+  const std::vector<const OutputEntry*> before = list.Pointers();
+  list.Remove({0});
+  fields.nFrequency = 7'300'000;
+  list.AddEntry(fields);
+  list.Rebuild();
+  list.PutBack(saved);
+  EXPECT_EQ(list.Pointers(), before);
+  list.PutBack({});
+  EXPECT_EQ(list.Size(), 0U);
+  list.PutBack(saved);
+  EXPECT_EQ(list.Pointers(), before);
+}
+
+// Two stretches of a channel within a minute: the later one has a number in its name.
+TEST_F(EntryListTest, MovedEntriesAreTheSameButForTheirFolder) {
+  fields.startMode = EStartMode::At;
+  fields.bUtc = false;
+  for (const int second : {0, 1, 2}) {
+    fields.tPickedStart = kStart + second;
+    fields.strOutputFolder = second == 2 ? "other" : "out";
+    ExpectAdded();
+  }
+  list.Rebuild();
+  const CEntryList::Saved before = list.Save();
+  const std::vector<std::string> names = {list[0].strDisplayName, list[1].strDisplayName, list[2].strDisplayName};
+  EXPECT_EQ(names[0], names[2]) << "in another folder";
+  list.MoveTo("new");
+  const std::string folder = platform::AbsolutePath("new");
+  EXPECT_EQ(list[0].strFileName, platform::JoinPath(folder, names[0]));
+  EXPECT_EQ(list[1].strFileName, platform::JoinPath(folder, names[1]));
+  EXPECT_EQ(list.NameNumber(2), 3) << "its name is taken in the folder that all are in now";
+  EXPECT_EQ(list[2].nStartSample, 2 * kRate);
+  fields.strOutputFolder = "new";
+  fields.tPickedStart = kStart + 5;
+  ExpectAdded();
+  EXPECT_EQ(list.NameNumber(3), 4) << "the names are taken";
+  list.PutBack(before);
+  EXPECT_EQ(list[2].strFileName, platform::JoinPath(platform::AbsolutePath("other"), names[2]));
+}
+
+TEST_F(EntryListTest, WantedNumberOfANameIsTakenWhenItIsFree) {
+  fields.startMode = EStartMode::At;
+  for (const int second : {0, 1}) {
+    fields.tPickedStart = kStart + second;
+    fields.nNameNumber = 2;
+    ExpectAdded();
+  }
+  EXPECT_EQ(list.NameNumber(0), 2);
+  EXPECT_EQ(list.NameNumber(1), 1);
+}
+
+TEST_F(EntryListTest, NamesOfEntriesThatWerePutBackAreTakenAgain) {
+  fields.endMode = EEndMode::At;
+  const auto add = [&](std::int64_t end) {
+    fields.tPickedEnd = kStart + end;
+    list.AddEntry(fields);
+    list.Rebuild();
+    return list[list.Size() - 1].strDisplayName;
+  };
+  const std::string first = add(10);
+  const std::string second = add(20);
+  const CEntryList::Saved saved = list.Save();
+  list.Remove({0});
+  EXPECT_EQ(add(30), first) << "the name is free";
+  list.PutBack(saved);
+  const std::string third = add(40);
+  EXPECT_NE(third, first);
+  EXPECT_NE(third, second);
 }
 
 }  // namespace

@@ -47,5 +47,35 @@ TEST(EntryNames, StemThatIsGivenBackWhollyBeginsAnew) {
   EXPECT_EQ(names.Take("a", Output(3)), 2);
 }
 
+TEST(EntryNames, NumberThatIsWantedIsTakenAndThoseBelowAreFree) {
+  CEntryNames names;
+  names.Take("a", Output(5), 3);
+  names.Take("a", Output(5), 3);
+  EXPECT_EQ(names.Take("a", Output(5)), 3) << "the same output";
+  EXPECT_EQ(names.Take("a", Output(6)), 1);
+  EXPECT_EQ(names.Take("a", Output(7)), 2);
+  EXPECT_EQ(names.Take("a", Output(8)), 4);
+  names.Take("b", Output(0), 2);
+  names.Take("b", Output(1), 1);
+  EXPECT_EQ(names.Take("b", Output(2)), 3);
+}
+
+TEST(EntryNames, NumberThatAnotherOutputHasIsNotTakenTwice) {
+  CEntryNames names;
+  EXPECT_EQ(names.Take("a", Output(0), 4), 4);
+  EXPECT_EQ(names.Take("a", Output(1), 4), 1) << "ahead of all";
+  EXPECT_EQ(names.Take("a", Output(2), 1), 2) << "among the first";
+  for (const int number : {3, 5}) EXPECT_EQ(names.Take("a", Output(10 + number)), number);
+  names.GiveBack("a", Output(0));
+  EXPECT_EQ(names.Take("a", Output(20), 2), 4) << "given back, and the lowest";
+}
+
+TEST(EntryNames, WantedNumbersHoweverHighTakeNoRoom) {
+  CEntryNames names;
+  EXPECT_EQ(names.Take("a", Output(0), 2'000'000'000), 2'000'000'000);
+  names.GiveBack("a", Output(0));
+  EXPECT_EQ(names.Take("a", Output(1)), 1);
+}
+
 }  // namespace
 }  // namespace carvello

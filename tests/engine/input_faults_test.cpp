@@ -3,11 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <numeric>
 #include <string>
 #include <vector>
 
@@ -29,11 +29,9 @@ class InputFaultsTest : public EngineTest {
     FinishJob();
   }
 
-  // `count` frames from `first` on, and no others.
-  void ExpectFrames(const std::string& name, std::int64_t first, std::int64_t count) const {
-    std::vector<std::int64_t> frames(static_cast<std::size_t>(count));
-    std::iota(frames.begin(), frames.end(), first);
-    EXPECT_TRUE(ReadNumbered(Path(name)) == frames) << name << " holds other frames";
+  // A set of two files of 1000 frames each; their paths.
+  std::array<std::string, 2> WriteTwo() const {
+    return {WriteNumbered("0.wav", 0, 1000), WriteNumbered("1.wav", 1000, 1000)};
   }
 
   const SOutputResult& Result(std::size_t index) const { return m_reader.Results()[index]; }
@@ -51,19 +49,17 @@ class InputFaultsTest : public EngineTest {
 };
 
 TEST_F(InputFaultsTest, FileOfAnotherRateEndsTheEntriesThatNeedIt) {
-  const auto first = WriteNumbered("0.wav", 0, 1000);
-  const auto second = WriteNumbered("1.wav", 1000, 1000);
+  const auto [first, second] = WriteTwo();
   Patch(second, 24, 0x41);  // 1,000,001 samples/s
   Run(Describe({first, second}), {MakeEntry("all.wav", 0, 0), MakeEntry("early.wav", 0, 1000)});
   ExpectFault(0, second, "16-bit PCM at 1000001 Hz, those of the recording 16-bit PCM at 1000000 Hz");
-  ExpectFrames("all.wav", 0, 1000);
+  EXPECT_FRAMES(Path("all.wav"), 0, 1000);
   EXPECT_TRUE(Result(1).bOk);
-  ExpectFrames("early.wav", 0, 1000);
+  EXPECT_FRAMES(Path("early.wav"), 0, 1000);
 }
 
 TEST_F(InputFaultsTest, FileOfTheSameSizeThatHoldsFewerSamplesIsFound) {
-  const auto first = WriteNumbered("0.wav", 0, 1000);
-  const auto second = WriteNumbered("1.wav", 1000, 1000);
+  const auto [first, second] = WriteTwo();
   auto files = Describe({first, second});
   Patch(second, 40, static_cast<char>(4 * 900 % 256));  // its data size
   Patch(second, 41, static_cast<char>(4 * 900 / 256));
@@ -73,8 +69,7 @@ TEST_F(InputFaultsTest, FileOfTheSameSizeThatHoldsFewerSamplesIsFound) {
 }
 
 TEST_F(InputFaultsTest, FileThatShrankSinceTheAnalysisIsFoundBeforeAnythingOfItIsRead) {
-  const auto first = WriteNumbered("0.wav", 0, 1000);
-  const auto second = WriteNumbered("1.wav", 1000, 1000);
+  const auto [first, second] = WriteTwo();
   const auto files = Describe({first, second});
   std::filesystem::resize_file(first, 2044);
   Run(files, {MakeEntry("all.wav", 0, 0)});
@@ -96,8 +91,7 @@ TEST_F(InputFaultsTest, AnotherFileUnderTheSameNameIsFound) {
 }
 
 TEST_F(InputFaultsTest, FileThatIsPassedOverIsHeldAgainstTheAnalysisToo) {
-  const auto first = WriteNumbered("0.wav", 0, 1000);
-  const auto second = WriteNumbered("1.wav", 1000, 1000);
+  const auto [first, second] = WriteTwo();
   const auto files = Describe({first, second});
   std::filesystem::last_write_time(first, std::filesystem::last_write_time(first) + std::chrono::seconds(5));
   Run(files, {MakeEntry("late.wav", 1500, 100)});
@@ -121,11 +115,11 @@ class ChangeInMidJobTest : public InputFaultsTest {
     FinishJob();
     EXPECT_THAT(m_target.Lines(), Not(Contains(HasSubstr("Opening [1]")))) << "no later file fills the hole";
     EXPECT_TRUE(Result(1).bOk) << Result(1).strError;
-    ExpectFrames("early.wav", 5, 100);
+    EXPECT_FRAMES(Path("early.wav"), 5, 100);
     // What was written before is the beginning of the recording, in whole blocks.
     EXPECT_EQ(Result(0).nFrames % kBlock, 0);
     EXPECT_LT(Result(0).nFrames, 10 * kBlock);
-    ExpectFrames("all.wav", 0, Result(0).nFrames);
+    EXPECT_FRAMES(Path("all.wav"), 0, Result(0).nFrames);
   }
 
   std::string m_strFirst;

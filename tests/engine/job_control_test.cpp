@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
@@ -19,6 +20,7 @@
 namespace carvello::test {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -47,6 +49,7 @@ class JobControlTest : public EngineTest {
   JobControlTest() : jobs(m_dsp, m_target, answers, 2) {
     recording.files = Describe({WriteNumbered("in.wav", 0, kFrames)});
     recording.format = NumberedFormat();
+    recording.kind = KindOfWave(recording.format);
     recording.nTotalRemainder = 4 * kFrames;
     recording.tStart = 1'604'275'140;
     recording.tEnd = recording.tStart + 5;
@@ -89,6 +92,102 @@ class JobControlTest : public EngineTest {
   CRecordingSet recording;
 };
 
+TEST_F(JobControlTest, LeavesOutWhatCannotBeWrittenWhenThatIsWanted) {
+  SEntryFields fields;
+  fields.nBandwidth = 1'000;
+  fields.nFileSizeMB = 0;
+  fields.nFrequency = 500;
+  fields.strOutputFolder = Path("gone");
+  ASSERT_FALSE(list.AddEntry(fields));
+  AddEntries(1);
+  ASSERT_EQ(jobs.Start(list, recording, {.bLeaveOutUnwritable = true}), EStartResult::Started);
+  RunToEnd();
+  EXPECT_THAT(answers.asked, IsEmpty());
+  ASSERT_THAT(jobs.EntryStates(), SizeIs(2));
+  EXPECT_EQ(jobs.EntryStates()[0].pEntry, &list[1]);
+  EXPECT_EQ(jobs.EntryStates()[0].state, EOutputState::Done);
+  EXPECT_EQ(jobs.EntryStates()[1].pEntry, &list[0]);
+  EXPECT_EQ(jobs.EntryStates()[1].state, EOutputState::Failed);
+  EXPECT_THAT(jobs.EntryStates()[1].strReason, HasSubstr(Path("gone")));
+  EXPECT_THAT(m_target.Lines(), Contains(HasSubstr("[ERROR] " + list[0].strFileName)));
+  EXPECT_EQ(OutputFiles(), 1U);
+}
+
+// No recording was made of such an entry: whoever finds it gone from the list believes that it was.
+TEST_F(JobControlTest, AnOutputInWhosePlaceAnotherFileStandsFailsWhereNothingIsAsked) {
+  AddEntries(2);
+  const std::filesystem::path other = list[0].strFileName;
+  std::ofstream(other) << "the user's own";
+  answers.answers = {EAnswer::No};
+  ASSERT_EQ(jobs.Start(list, recording, {.bLeaveOutUnwritable = true}), EStartResult::Started);
+  RunToEnd();
+  ASSERT_THAT(jobs.EntryStates(), SizeIs(2));
+  EXPECT_EQ(jobs.EntryStates()[0].state, EOutputState::Done);
+  EXPECT_EQ(jobs.EntryStates()[1].pEntry, &list[0]);
+  EXPECT_EQ(jobs.EntryStates()[1].state, EOutputState::Failed);
+  EXPECT_THAT(jobs.EntryStates()[1].strReason, HasSubstr("exists and is no recording that could be read"));
+  EXPECT_THAT(m_target.Lines(), Contains(HasSubstr("[ERROR] " + list[0].strFileName)));
+  EXPECT_EQ(std::filesystem::file_size(other), 14U);
+}
+
+TEST_F(JobControlTest, WhatFailsForAnotherFileInItsPlaceStaysOnTheList) {
+  AddEntries(9);
+  const OutputEntry* failing = &list[3];
+  std::ofstream(std::filesystem::path(failing->strFileName)) << "the user's own";
+  answers.answers = {EAnswer::Yes, EAnswer::No, EAnswer::Yes};
+  ASSERT_EQ(jobs.Start(list, recording, {.bLeaveOutUnwritable = true}), EStartResult::Started);
+  RunToEnd();
+  ASSERT_TRUE(jobs.ContinueBatch(list));
+  ASSERT_EQ(list.Size(), 2u);
+  EXPECT_EQ(&list[0], failing);
+}
+
+TEST_F(JobControlTest, NothingIsLeftOutUnasked) {
+  AddEntries(1);
+  std::filesystem::remove(m_folder / "out");
+  EXPECT_EQ(jobs.Start(list, recording), EStartResult::OutputUnwritable);
+  ASSERT_THAT(answers.asked, SizeIs(1));
+  EXPECT_EQ(answers.asked[0].first, EJobQuestion::CannotStart);
+  EXPECT_EQ(answers.jobsStarted, 0);
+}
+
+TEST_F(JobControlTest, AJobWithoutAnyWritableOutputEndsAtOnce) {
+  AddEntries(2);
+  std::filesystem::remove(m_folder / "out");
+  EXPECT_EQ(jobs.Start(list, recording, {.bLeaveOutUnwritable = true}), EStartResult::OutputUnwritable);
+  EXPECT_FALSE(jobs.IsRunning());
+  EXPECT_THAT(answers.asked, IsEmpty());
+  EXPECT_THAT(jobs.EntryStates(), SizeIs(2));
+}
+
+// The list may change, and the owner go away, while a plan still looks at a disk.
+TEST_F(JobControlTest, APlanOwnsAllThatItLooksAt) {
+  AddEntries(2);
+  std::shared_ptr<CJobPlan> pPlan;
+  ASSERT_EQ(jobs.Plan(list, recording, {}, pPlan), EStartResult::Started);
+  const std::string name = list[1].strFileName;
+  std::ofstream(m_folder / "out" / platform::NameOf(name)) << "old";
+  list.Reset();
+  recording = {};
+  std::thread([pPlan] {
+    pPlan->Look();
+    pPlan->Choose(false);
+  }).join();
+  EXPECT_FALSE(pPlan->Obstacle());
+  EXPECT_EQ(pPlan->Existing(), 1U);
+  ASSERT_THAT(pPlan->Chosen(), SizeIs(1));
+  EXPECT_EQ(pPlan->Chosen()[0].nEntry, 0U);
+  EXPECT_EQ(pPlan->Place(), name);  // looked at last
+}
+
+TEST_F(JobControlTest, TellsHowManyThreadsAJobReallyHas) {
+  AddEntries(3);
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_THAT(m_target.Lines(), Contains("> Processors: 2, max threads: 8"));
+  EXPECT_THAT(m_target.Lines(), Contains("> Threads: 1 reads, 3 write"));
+}
+
 TEST_F(JobControlTest, RunsAJobFromStartToEnd) {
   AddEntries(2);
   ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
@@ -107,6 +206,46 @@ TEST_F(JobControlTest, RunsAJobFromStartToEnd) {
   EXPECT_EQ(m_target.Progress().front(), 0u);
   EXPECT_EQ(m_target.Progress().back(), 10'000u);
   EXPECT_FALSE(jobs.OnIdle()) << "the end is told once";
+}
+
+// Notes the blocks and keeps the samples.
+class CNotingListener final : public IBlockListener {
+ public:
+  void OnBlock(const SharedBlock& samples, std::int64_t position, std::int32_t frames) noexcept override {
+    positions.push_back(position);
+    for (std::int32_t i = 0; i < frames; ++i) {
+      good = good && samples[i].re == NumberedI(position + i) && samples[i].im == NumberedQ(position + i);
+    }
+    end = position + frames;
+  }
+
+  std::vector<std::int64_t> positions;
+  std::int64_t end = 0;
+  bool good = true;
+};
+
+TEST_F(JobControlTest, ListenerHearsOfEveryBlockThatAJobReadsAndWhereItLies) {
+  constexpr std::int64_t kLong = 2 * std::int64_t{kBlockFrames} + 1000;
+  recording.files = Describe({WriteNumbered("long.wav", 0, kLong), WriteNumbered("next.wav", kLong, 500)});
+  const auto listener = std::make_shared<CNotingListener>();
+  jobs.SetListener(listener);
+  AddEntries(1);
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_THAT(listener->positions, ElementsAre(0, kBlockFrames, 2 * kBlockFrames, kLong));
+  EXPECT_EQ(listener->end, kLong + 500);
+  EXPECT_TRUE(listener->good);
+}
+
+TEST_F(JobControlTest, ListenerThatIsTakenAwayHearsNothingOfTheNextJob) {
+  const auto listener = std::make_shared<CNotingListener>();
+  jobs.SetListener(listener);
+  jobs.SetListener(nullptr);
+  AddEntries(1);
+  ASSERT_EQ(jobs.Start(list, recording), EStartResult::Started);
+  RunToEnd();
+  EXPECT_THAT(listener->positions, IsEmpty());
+  EXPECT_EQ(listener.use_count(), 1);
 }
 
 TEST_F(JobControlTest, MaximumIsFourEntriesAProcessor) {

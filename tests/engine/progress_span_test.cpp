@@ -9,10 +9,10 @@ namespace {
 class ProgressSpanTest : public testing::Test {
  protected:
   ProgressSpanTest() {
-    recording.nBitsPerSample = 16;
-    recording.files.push_back({"in.wav", 4000, 0});
+    recording.format.Format.nChannels = 2;
+    recording.format.Format.wBitsPerSample = 16;
+    recording.files.push_back({"in.wav", 4000, 0, 4000, {}});
     recording.files.back().stamp.nSize = 4400;
-    recording.nTotalRemainder = 4000;
     early.nStartSample = 100;
     early.nTotalSamples = 200;
     late.nStartSample = 500;

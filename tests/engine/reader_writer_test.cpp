@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <numeric>
 #include <set>
 #include <string>
 #include <thread>
@@ -24,16 +23,6 @@ using testing::HasSubstr;
 using testing::SizeIs;
 
 constexpr std::int64_t kBlock = kBlockFrames;
-
-std::vector<std::int64_t> Frames(std::int64_t first, std::int64_t count) {
-  std::vector<std::int64_t> frames(static_cast<std::size_t>(count));
-  std::iota(frames.begin(), frames.end(), first);
-  return frames;
-}
-
-// Large vectors are compared without printing them.
-#define EXPECT_FRAMES(path, first, count) \
-  EXPECT_TRUE(ReadNumbered(path) == Frames(first, count)) << path << " holds other frames"
 
 class ReaderWriterTest : public EngineTest {
  protected:
@@ -438,6 +427,28 @@ TEST_F(ReaderWriterTest, SavingEarlyChangesNoBytes) {
   for (std::size_t i = 0; i < soon.size(); ++i) {
     EXPECT_TRUE(ChunkBody(ReadBytes(soon[i]), "data") == ChunkBody(ReadBytes(late[i]), "data")) << soon[i];
   }
+}
+
+// 1,040,001 asked of 2,600,000 gives every second sample, 1,300,000 of them, so a stretch brings a quarter more than
+// the rate asked for tells: 4,194,304 bytes. Behind three of them and the 400,000 bytes at the first file's end there
+// is no room for another in the buffer: the first part ends there, also when some of that stretch was to be saved
+// early.
+TEST_F(ReaderWriterTest, SavingEarlyMovesNoEndWhereMoreSamplesComeThanWereAskedFor) {
+  constexpr std::int64_t kFirst = 3 * kStretchFrames + 200'000;
+  constexpr std::int64_t kSecond = kStretchFrames;
+  const std::vector<std::string> files = {WriteNumbered("0.wav", 0, kFirst), WriteNumbered("1.wav", kFirst, kSecond)};
+  SPassThrough::DecimateBy(2);
+  SPassThrough::ReportRateOut(1'300'000);
+  auto entry = Entry("out.wav", 0, 0);
+  entry.nInputSampleRate = 2'600'000;
+  entry.nOutputSampleRate = 1'040'001;
+  entry.nFileSizeMB = 12;
+  m_reader.SetSaveInterval(std::chrono::milliseconds(0));
+  RunJob(files, {entry}, 4 * (kFirst + kSecond));
+  ASSERT_TRUE(m_reader.Results()[0].bOk) << m_reader.Results()[0].strError;
+  std::vector<std::size_t> sizes;
+  for (const auto& file : m_reader.Results()[0].files) sizes.push_back(ReadNumbered(file).size());
+  EXPECT_THAT(sizes, ElementsAre((3 * 4'194'304 + 400'000) / 4, 4'194'304 / 4));
 }
 
 TEST_F(ReaderWriterTest, SamplesReachTheFileWhileNothingMoreComes) {

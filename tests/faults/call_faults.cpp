@@ -8,6 +8,7 @@
 //                 file; "full": a write transfers half and those behind it fail with ENOSPC; "kill": the process dies
 //   FAULT_COUNTS  a file of at least (kinds + 1) * 8 bytes, mapped: the calls made of each kind, then the calls failed
 //   FAULT_CLOCK   seconds since 1970 at which the clock of the day stands still, so that two runs write equal files
+//   FAULT_TRACE   a file to append a line to for every write and sync of a file, see Trace
 //   FAULT_PAUSE   microseconds that every read of 64 KiB or more takes longer
 //
 // What the C library calls within itself (of stdio and the dynamic loader, for instance) is out of reach, apart from
@@ -83,6 +84,7 @@ int g_nError = EIO;
 bool g_bShort = false, g_bEnd = false, g_bFull = false, g_bKill = false;
 time_t g_tClock = 0;
 useconds_t g_nPause = 0;
+int g_nTrace = -1;
 
 std::uint64_t Number(const char* name, std::uint64_t otherwise) {
   const char* const text = std::getenv(name);
@@ -99,6 +101,10 @@ __attribute__((constructor)) void Configure() {
   g_nTimes = Number("FAULT_TIMES", 1);
   g_tClock = static_cast<time_t>(Number("FAULT_CLOCK", 0));
   g_nPause = static_cast<useconds_t>(Number("FAULT_PAUSE", 0));
+  if (const char* const path = std::getenv("FAULT_TRACE")) {
+    g_nTrace = static_cast<int>(syscall(SYS_openat, AT_FDCWD, path, O_WRONLY | O_APPEND | O_CREAT, 0600));
+    if (g_nTrace < 0) std::abort();
+  }
   if (const char* const error = std::getenv("FAULT_ERROR")) {
     g_bShort = std::strcmp(error, "short") == 0;
     g_bEnd = std::strcmp(error, "end") == 0;
@@ -132,8 +138,43 @@ bool Fails(EKind kind) {
   return Next(kind) == EAction::Fail;
 }
 
+// "write 131 44 4096" for 4096 bytes at offset 44 of the file with that number, "sync 131 0 0". For what has succeeded.
+void Trace(const char* what, int file, off_t offset, ssize_t bytes) {
+  if (g_nTrace < 0 || !g_bActive || bytes < 0) return;
+  const int reason = errno;
+  struct stat status {};
+  syscall(SYS_fstat, file, &status);
+  std::array<char, 128> line{};
+  const int length = std::snprintf(line.data(), line.size(), "%s %llu %lld %lld\n", what,
+                                   static_cast<unsigned long long>(status.st_ino), static_cast<long long>(offset),
+                                   static_cast<long long>(bytes));
+  if (syscall(SYS_write, g_nTrace, line.data(), static_cast<std::size_t>(length)) != length) std::abort();
+  errno = reason;
+}
+
+int SyncFile(int file) {
+  if (Fails(Sync)) return -1;
+  Trace("sync", file, 0, 0);
+  return 0;
+}
+
 std::size_t Half(std::size_t bytes) {
   return bytes < 2 ? bytes : bytes / 2;
+}
+
+template <typename TRead>
+ssize_t ReadOrFail(std::size_t bytes, TRead read) {
+  switch (Next(Read)) {
+    case EAction::Fail:
+      return -1;
+    case EAction::End:
+      return 0;
+    case EAction::Short:
+      return read(Half(bytes));
+    case EAction::Pass:
+      break;
+  }
+  return read(bytes);
 }
 
 int Mode(int flags, va_list arguments) {
@@ -209,32 +250,12 @@ int close(int file) {
 ssize_t read(int file, void* buffer, std::size_t bytes) {
   NEXT(read);
   if (g_nPause != 0 && bytes >= 65536) usleep(g_nPause);
-  switch (Next(Read)) {
-    case EAction::Fail:
-      return -1;
-    case EAction::End:
-      return 0;
-    case EAction::Short:
-      return next(file, buffer, Half(bytes));
-    case EAction::Pass:
-      break;
-  }
-  return next(file, buffer, bytes);
+  return ReadOrFail(bytes, [&](std::size_t count) { return next(file, buffer, count); });
 }
 
 ssize_t pread(int file, void* buffer, std::size_t bytes, off_t offset) {
   NEXT(pread);
-  switch (Next(Read)) {
-    case EAction::Fail:
-      return -1;
-    case EAction::End:
-      return 0;
-    case EAction::Short:
-      return next(file, buffer, Half(bytes), offset);
-    case EAction::Pass:
-      break;
-  }
-  return next(file, buffer, bytes, offset);
+  return ReadOrFail(bytes, [&](std::size_t count) { return next(file, buffer, count, offset); });
 }
 
 ssize_t pread64(int file, void* buffer, std::size_t bytes, off64_t offset) {
@@ -249,14 +270,19 @@ ssize_t write(int file, const void* buffer, std::size_t bytes) {
   NEXT(write);
   const EAction action = Next(Write);
   if (action == EAction::Fail) return -1;
-  return next(file, buffer, action == EAction::Short ? Half(bytes) : bytes);
+  const off_t offset = syscall(SYS_lseek, file, 0, SEEK_CUR);
+  const ssize_t written = next(file, buffer, action == EAction::Short ? Half(bytes) : bytes);
+  Trace("write", file, offset, written);
+  return written;
 }
 
 ssize_t pwrite(int file, const void* buffer, std::size_t bytes, off_t offset) {
   NEXT(pwrite);
   const EAction action = Next(Write);
   if (action == EAction::Fail) return -1;
-  return next(file, buffer, action == EAction::Short ? Half(bytes) : bytes, offset);
+  const ssize_t written = next(file, buffer, action == EAction::Short ? Half(bytes) : bytes, offset);
+  Trace("write", file, offset, written);
+  return written;
 }
 
 ssize_t pwrite64(int file, const void* buffer, std::size_t bytes, off64_t offset) {
@@ -284,11 +310,11 @@ int truncate(const char* path, off_t length) noexcept {
   PASS_OR_FAIL(Truncate, -1, truncate, path, length);
 }
 
-int fsync(int /*file*/) {
-  return Fails(Sync) ? -1 : 0;
+int fsync(int file) {
+  return SyncFile(file);
 }
-int fdatasync(int /*file*/) {
-  return Fails(Sync) ? -1 : 0;
+int fdatasync(int file) {
+  return SyncFile(file);
 }
 int sync_file_range(int /*file*/, off64_t /*offset*/, off64_t /*bytes*/, unsigned /*flags*/) {
   return Fails(Sync) ? -1 : 0;
@@ -351,6 +377,9 @@ int fstatat64(int folder, const char* path, struct stat64* status, int flags) no
 }
 int statx(int folder, const char* path, int flags, unsigned mask, struct statx* status) noexcept {
   PASS_OR_FAIL(Stat, -1, statx, folder, path, flags, mask, status);
+}
+int futimens(int file, const timespec times[2]) noexcept {
+  PASS_OR_FAIL(Stat, -1, futimens, file, times);
 }
 int access(const char* path, int mode) noexcept {
   PASS_OR_FAIL(Stat, -1, access, path, mode);

@@ -7,7 +7,8 @@
     faults.py --counts                   how many calls of each kind the job makes
 
 KIND and ERROR as call_faults.cpp takes them, errors by their names; TIMES 0 is "for good". With --overwrite the job
-finds its outputs, of an earlier job, in place.
+finds its outputs, of an earlier job, in place. With --engine spectrum it cuts two of its outputs from a shared spectrum
+and one, whose rate is the input's, by the library.
 
 A run passes when it
 - ends by itself, with exit code 0 or 1, or with 3 and nothing written;
@@ -61,14 +62,14 @@ def times_of(error):
 class Checker:
     """Runs the job with faults, and judges how it ended."""
 
-    def __init__(self, overwrite=False, timeout=60):
+    def __init__(self, overwrite=False, engine="auto", timeout=60):
         self.folder = job.work_folder()
         self.timeout = timeout
         source = self.folder / "input"
         source.mkdir()
         self.source = job.make_input(source)
         self.output = self.folder / "output"
-        self.arguments = ("--overwrite",) if overwrite else ()
+        self.arguments = ("--engine", engine, *(("--overwrite",) if overwrite else ()))
         self.earlier = {}
         self.expected = None
         self.counts = self.run_undisturbed()
@@ -278,13 +279,14 @@ def main():
     parser.add_argument("--at", type=int)
     parser.add_argument("--shard", default="0/1")
     parser.add_argument("--overwrite", action="store_true")
+    parser.add_argument("--engine", default="auto")
     parser.add_argument("--thin", action="store_true")
     parser.add_argument("--limits", action="store_true")
     parser.add_argument("--counts", action="store_true")
     parser.add_argument("--timeout", type=float, default=60)
     options = parser.parse_args()
     share, shares = map(int, options.shard.split("/"))
-    checker = Checker(options.overwrite, options.timeout)
+    checker = Checker(options.overwrite, options.engine, options.timeout)
     try:
         if options.counts:
             print(checker.counts)

@@ -1,9 +1,11 @@
-"""The job that everything here is done to: a set of three files cut into a WAV output, one that splits and an RF64 one.
+"""The job that everything here is done to: a set of three files cut into a WAV output, one that splits, an RF64 one and
+a SigMF one, each WAV file with a meta file beside it.
 
 CARVELLO_CLI is the program (carvello-cli that splits at a megabyte, too), CARVELLO_FAULTS the library that is loaded
 before it (call_faults.cpp).
 """
 import errno
+import hashlib
 import json
 import mmap
 import os
@@ -28,7 +30,7 @@ CLOCK = 1_600_000_000  # where the clock stands, so that headers are equal
 # The buffer of 16 MiB and the block of 2,097,152 frames decide where parts end: the second output has two.
 RATE = 750_000
 SECONDS = (1, 1, 1)
-ENTRIES = ("f=7.1M,bw=10k", "f=7.1M,bw=750k,bits=32,size=1MB", "f=7.2M,bw=50k,size=RF64")
+ENTRIES = ("f=7.1M,bw=10k", "f=7.1M,bw=750k,bits=32,size=1MB", "f=7.2M,bw=50k,size=RF64", "f=7.15M,bw=20k,format=sigmf")
 
 
 def work_folder():
@@ -82,18 +84,18 @@ class Ended:
 def start(source, output, entries, *arguments, memory=None, **environment):
     """The job, begun, into the folder `output`; with so many bytes of address space where `memory` tells."""
     options = [argument for entry in entries for argument in ("--entry", entry)]
-    return subprocess.Popen([CLI, "cut", str(source), "--output", str(output), "--json", *options, *arguments],
+    return subprocess.Popen([CLI, "cut", str(source), "--output", str(output), "--json", "--sigmf-meta", *options, *arguments],
                             env={"LC_ALL": "C.UTF-8", "TZ": "UTC", "LD_PRELOAD": FAULTS, **environment},
                             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                             preexec_fn=lambda: memory and resource.setrlimit(resource.RLIMIT_AS, (memory, memory)))
 
 
-def run(source, output, fault=None, timeout=60, arguments=(), memory=None):
-    """The job from its start to its end, with one fault or none."""
+def run(source, output, fault=None, timeout=60, arguments=(), memory=None, trace=None):
+    """The job from its start to its end, with one fault or none. `trace`: a file for its writes and syncs."""
     with tempfile.NamedTemporaryFile(dir=output.parent) as file:
         file.truncate(mmap.PAGESIZE)
         process = start(source, output, ENTRIES, *arguments, FAULT_COUNTS=file.name, FAULT_CLOCK=str(CLOCK), memory=memory,
-                        **(fault.environment() if fault else {}))
+                        **(fault.environment() if fault else {}), **({"FAULT_TRACE": str(trace)} if trace else {}))
         try:
             out, err = process.communicate(timeout=timeout)
             code = process.returncode
@@ -139,6 +141,51 @@ class Recording:
         self.rest = values[end:]  # the trailer, or samples that no size covers yet
 
 
+class SigMfData:
+    """Samples and nothing else."""
+
+    def __init__(self, path):
+        raw = path.read_bytes()
+        self.header = ("sigmf-data",)
+        self.data_bytes = len(raw) - len(raw) % 4
+        values = numpy.frombuffer(raw, dtype=numpy.uint8)
+        self.data, self.rest = values[:self.data_bytes], values[self.data_bytes:]
+
+
+class SigMfMeta:
+    """A meta file; what it tells only when its recording is whole stands in `end`."""
+
+    END = ("carvello:sample_count", "core:sha512", "core:trailing_bytes")
+
+    def __init__(self, path):
+        try:
+            meta = json.loads(path.read_bytes())
+        except ValueError as problem:
+            raise AssertionError(f"no JSON: {problem}") from problem
+        self.end = {key: meta["global"].pop(key) for key in self.END if key in meta["global"]}
+        self.header = meta
+        self.data_bytes = 0
+        self.data = self.rest = numpy.empty(0, dtype=numpy.uint8)
+
+    def is_right(self, folder, name):
+        """Whether an end that it tells is that of its samples; when it tells none they have not come to it."""
+        if not self.end:
+            return True
+        path = folder / self.header["global"].get("core:dataset", name.replace("-meta", "-data"))
+        samples = read_output(path)
+        frame_bytes = 8 if self.header["global"]["core:datatype"] == "cf32_le" else 4
+        expected = {"carvello:sample_count": samples.data_bytes // frame_bytes}
+        if isinstance(samples, SigMfData):
+            expected["core:sha512"] = hashlib.sha512(path.read_bytes()).hexdigest()
+        else:
+            expected["core:trailing_bytes"] = len(samples.rest)
+        return self.end == expected
+
+
+def read_output(path):
+    return {".sigmf-data": SigMfData, ".sigmf-meta": SigMfMeta}.get(path.suffix, Recording)(path)
+
+
 PART = re.compile(r" \d{3}(?=\.wav$)")
 
 
@@ -148,7 +195,7 @@ class Expected:
 
     def __init__(self, folder):
         self.files = {path.name: path.read_bytes() for path in sorted(folder.iterdir())}
-        self.recordings = {path.name: Recording(path) for path in sorted(folder.iterdir())}
+        self.recordings = {path.name: read_output(path) for path in sorted(folder.iterdir())}
 
     def is_whole(self, path):
         return path.name in self.files and path.read_bytes() == self.files[path.name]
@@ -158,7 +205,8 @@ class Expected:
         that ends too early the last one can go on a little longer."""
         stem = PART.sub("", name)
         return numpy.concatenate([recording.data for other, recording in self.recordings.items()
-                                  if PART.sub("", other) == stem and other >= name])
+                                  if PART.sub("", other) == stem and other >= name and len(recording.data)]
+                                 or [numpy.empty(0, dtype=numpy.uint8)])
 
     def stretch_problem(self, path):
         """Why a file is not a beginning of what the undisturbed run wrote from there on; None when it is."""
@@ -166,11 +214,13 @@ class Expected:
             return f"{path.name}: there should be no such file"
         expected = self.recordings[path.name]
         try:
-            found = Recording(path)
+            found = read_output(path)
         except AssertionError as problem:
             return f"{path.name}: {problem}"
         if found.header != expected.header:
             return f"{path.name}: another header"
+        if isinstance(found, SigMfMeta) and not found.is_right(path.parent, path.name):
+            return f"{path.name}: tells of an end that its samples have not come to"
         samples = self.samples_from(path.name)
         if found.data_bytes > len(samples):
             return f"{path.name}: {found.data_bytes} bytes of samples, where there are {len(samples)} in all"

@@ -1,6 +1,6 @@
 """Kills the job at random moments and checks what it leaves.
 
-    kills.py COUNT [--seed N] [--slow SHARE] [--parallel N]
+    kills.py COUNT [--seed N] [--slow SHARE] [--parallel N] [--engine NAME]
 
 The job, of three outputs, runs as fast as it can; of a share of the kills it reads as from a slow disk and takes some
 40 seconds, so that the outputs that grow slowly get their turn. The moments are spread evenly over the job. A kill
@@ -24,7 +24,8 @@ import numpy
 
 import job
 
-ENTRIES = ("f=7.1M,bw=10k", "f=7.1M,bw=200k,bits=32,size=1MB", "f=7.2M,bw=50k,size=RF64")
+ENTRIES = ("f=7.1M,bw=10k", "f=7.1M,bw=200k,bits=32,size=1MB", "f=7.2M,bw=50k,size=RF64",
+           "f=7.15M,bw=100k,bits=32,format=sigmf")
 FILES, SECONDS_EACH = 3, 32
 BUFFER = 16 << 20
 PAUSE = 150_000  # microseconds; reads are of half a megabyte
@@ -33,6 +34,11 @@ MOMENT = re.compile('(Created|InternalTag|Folder)="[^"]*"')
 
 
 def plain(header):
+    if isinstance(header, dict):  # of a meta file; how long a header is goes by the name of the folder
+        captures = [{key: capture[key] for key in capture if key != "core:header_bytes"} for capture in header["captures"]]
+        return {**header, "captures": captures}
+    if len(header) == 1:
+        return header
     form, fields = header
     return form, [(name, MOMENT.sub("", body.decode("utf-16-le")) if name == b"auxi" else body)
                   for name, body in fields]
@@ -53,10 +59,12 @@ def problem_of(path, expected):
     if path.name not in expected:
         return "there should be no such file", 0
     try:
-        found = job.Recording(path)
+        found = job.read_output(path)
     except AssertionError as problem:
         return str(problem), 0
     full = expected[path.name]
+    if isinstance(found, job.SigMfMeta) and not found.is_right(path.parent, path.name):
+        return "tells of an end that its samples have not come to", 0
     if plain(found.header) != plain(full.header):
         return "another header", 0
     if found.data_bytes > full.data_bytes or not numpy.array_equal(found.data, full.data[:found.data_bytes]):
@@ -69,13 +77,14 @@ def problem_of(path, expected):
     return None, found.data_bytes
 
 
-def kill_once(folder, number, source, expected, moment, slow):
+def kill_once(folder, number, source, expected, moment, slow, engine):
     """Kills the job after `moment` seconds; gives the tally of that."""
     tally = Tally()
     output = folder / f"output-{number}"
     output.mkdir()
     try:
-        with job.start(source, output, ENTRIES, "--quiet", **({"FAULT_PAUSE": str(PAUSE)} if slow else {})) as process:
+        with job.start(source, output, ENTRIES, "--quiet", "--engine", engine,
+                       **({"FAULT_PAUSE": str(PAUSE)} if slow else {})) as process:
             time.sleep(moment)
             process.send_signal(signal.SIGKILL)
             process.communicate()
@@ -98,28 +107,28 @@ def kill_once(folder, number, source, expected, moment, slow):
     return tally
 
 
-def undisturbed(folder, source):
+def undisturbed(folder, source, engine):
     """The files of a run that nobody kills, and how long it takes."""
     output = folder / "undisturbed"
     output.mkdir()
     begun = time.monotonic()
-    with job.start(source, output, ENTRIES, "--quiet") as process:
+    with job.start(source, output, ENTRIES, "--quiet", "--engine", engine) as process:
         out, err = process.communicate()
     seconds = time.monotonic() - begun
     if process.returncode != 0:
         raise SystemExit(f"the undisturbed job ended with {process.returncode}\n{err.decode()}")
-    expected = {path.name: job.Recording(path) for path in output.iterdir()}
+    expected = {path.name: job.read_output(path) for path in output.iterdir()}
     shutil.rmtree(output)
     return expected, seconds
 
 
-def kill_many(folder, source, expected, count, moment, slow, parallel):
+def kill_many(folder, source, expected, count, moment, slow, parallel, engine):
     """Kills at moments that `moment` gives, until `count` of them met the job at work."""
     tally = Tally()
     with concurrent.futures.ThreadPoolExecutor(parallel) as pool:
         while tally.kills < count and tally.too_late < 10 * count:
             missing = range(count - tally.kills)
-            kills = [pool.submit(kill_once, folder, f"{slow:d}-{number}", source, expected, moment(), slow)
+            kills = [pool.submit(kill_once, folder, f"{slow:d}-{number}", source, expected, moment(), slow, engine)
                      for number in missing]
             for each in kills:
                 tally.add(each.result())
@@ -139,6 +148,7 @@ def main():
     parser.add_argument("--seed", type=int, default=random.randrange(1 << 32))
     parser.add_argument("--slow", type=float, default=0.0, help="share of the kills that meet a slow disk")
     parser.add_argument("--parallel", type=int, default=os.cpu_count())
+    parser.add_argument("--engine", default="library")
     options = parser.parse_args()
     print(f"seed {options.seed}", flush=True)
     choose = random.Random(options.seed)
@@ -147,7 +157,7 @@ def main():
         inputs = folder / "input"
         inputs.mkdir()
         source = job.make_input(inputs, seconds=(SECONDS_EACH,) * FILES)
-        expected, seconds = undisturbed(folder, source)
+        expected, seconds = undisturbed(folder, source, options.engine)
         reads = sum(path.stat().st_size for path in inputs.iterdir()) / (1 << 19)
         slow_seconds = seconds + reads * PAUSE / 1e6
         slow = round(options.count * options.slow)
@@ -157,7 +167,7 @@ def main():
                 ("from a slow disk", slow, slow_seconds, True, 8 * options.parallel)):
             if count:
                 tally = kill_many(folder, source, expected, count, lambda length=length: choose.uniform(0, length),
-                                  is_slow, parallel)
+                                  is_slow, parallel, options.engine)
                 right = report(f"{name}, {length:.1f} s", tally) and tally.kills == count and right
         return right
     finally:

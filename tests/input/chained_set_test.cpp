@@ -74,7 +74,7 @@ TEST_F(ChainedSet, ThreeSdrSharpFilesOfWhichOneIsOnAnotherFrequency) {
   EXPECT_EQ(m_set.nBytesPerSecond, 4000u);
   EXPECT_EQ(m_set.nBitsPerSample, 16u);
   EXPECT_EQ(m_set.strMetadata, "");
-  EXPECT_FALSE(m_set.bFloatScale);
+  EXPECT_EQ(m_set.kind, MakeSampleKind(ENumber::Signed, 16));
 }
 
 TEST_F(ChainedSet, AGapOf5SecondsHoldsAndOneOf6Breaks) {

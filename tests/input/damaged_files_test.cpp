@@ -43,7 +43,8 @@ TEST_F(DamagedFiles, ADataChunkCutShortIsReadToItsTrueEnd) {
   EXPECT_EQ(m_nDataSize, 4002);
   EXPECT_EQ(m_reader.DataBytesTotal(), 4000);
   const std::string warning =
-      "[WARNING] Data size 1000000 exceeds the 4002 bytes that the file holds, the samples end there";
+      "[WARNING] Data size 1000000 exceeds the 4002 bytes that the file holds, the samples end there; the "
+      "last 2 are no whole frame";
   EXPECT_TRUE(HasLine(Log(), warning)) << Joined(Log());
   ASSERT_TRUE(Scan(bytes));
   EXPECT_EQ(m_result.nDataBytes, 4002);

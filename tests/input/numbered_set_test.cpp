@@ -87,7 +87,7 @@ TEST_F(NumberedSet, IsDescribedAsOneRecording) {
   EXPECT_FALSE(m_set.bFloat);
   EXPECT_FALSE(m_set.bRF64);
   EXPECT_FALSE(m_set.bFromSourceRecord);
-  EXPECT_FALSE(m_set.bFloatScale);
+  EXPECT_EQ(m_set.kind, MakeSampleKind(ENumber::Signed, 16));
   // The first file's, whichever was selected: outputs inherit from it.
   EXPECT_EQ(m_set.metadata.Find("RadioModel"), "");
   EXPECT_EQ(m_set.strMetadata.find("second"), std::string::npos);
@@ -373,8 +373,8 @@ TEST_F(NumberedSet, WhatIsWrongWithAMembersChunksIsWarnedOf) {
                                ": chunk \"rcvr\": Size 16777217, at most 16777216 bytes and "
                                "67108864 in all are read, ignored\n[WARNING] " +
                                third +
-                               ": chunk \"data\": Data size 4294967295 was "
-                               "never made final, the samples are read to the file's end\n");
+                               ": chunk \"data\": Data size 4294967295 (0xFFFFFFFF) was "
+                               "never made final, the samples are read to the file's end, 4008 bytes\n");
   EXPECT_EQ(m_set.TotalBytes(), 12'012);
 }
 
@@ -504,7 +504,7 @@ TEST_F(NumberedSet, FloatSamplesOfOurOwnStandAt16BitFullScale) {
     CMyStringArray log;
     EXPECT_TRUE(AnalyseRecordingSet(Path("rec.wav"), m_set, log));
     EXPECT_EQ(m_set.bFloat, format.nTag == 3);
-    return m_set.bFloatScale;
+    return m_set.bFloat && m_set.kind.dFullScale == 32'768;
   };
   const std::string own = VersionValue("ProductName");
   ASSERT_NE(own, "");

@@ -212,7 +212,7 @@ TEST_F(AnalysisWalk, AFileWithoutDataIsNoRecording) {
 }
 
 TEST_F(AnalysisWalk, AWalkThatEndsBeforeTheSamplesSaysWhatEndedIt) {
-  EXPECT_FALSE(Scan(ChunkHeader("RIFF", 36) + "WAVE" + FormatChunk() + Chunk("data", "ABCD")));
+  EXPECT_FALSE(Scan(ChunkHeader("RIFF", 36) + "WAVE" + FormatChunk() + Chunk("junk", "ABCD")));
   EXPECT_EQ(m_result.strError, "the RIFF size, 36, ends the file before a data chunk");
   EXPECT_FALSE(Scan(ChunkHeader("RIFF", 0) + "WAVE" + FormatChunk() + ChunkHeader("junk", 100) + "x"));
   EXPECT_EQ(m_result.strError, "the file ends in chunk \"junk\", before a data chunk");

@@ -111,6 +111,14 @@ class TestLayers(unittest.TestCase):
         self.write("support/CMakeLists.txt", "carvello_library(carvello_support SOURCES a.cpp DEPENDS Threads::Threads)")
         self.assert_none()
 
+    def test_a_link_that_is_added_later_counts(self):
+        self.write("vantrel/CMakeLists.txt",
+                   "add_library(parts OBJECT a.cpp)\n"
+                   "target_link_libraries(parts PRIVATE carvello_warnings PUBLIC carvello_fourier Threads::Threads)\n")
+        self.assert_none()
+        self.write("vantrel/CMakeLists.txt", "target_link_libraries(parts PRIVATE carvello_dsp)\n")
+        self.assert_problem("parts may not link carvello_dsp")
+
     def test_controls_that_know_the_engine_or_the_dialog_are_found(self):
         self.write("ui/CMakeLists.txt",
                    "carvello_library(carvello_controls SOURCES list.cpp DEPENDS carvello_support)\n"

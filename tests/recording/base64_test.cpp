@@ -36,7 +36,7 @@ TEST(Base64, UsesTheWholeAlphabet) {
 
 TEST(Base64, ATimeZoneRecordGives232Characters) {
   const std::string text = CBase64::Encode(std::array<std::uint8_t, 172>{});
-  EXPECT_EQ(text, std::string(230, 'A') + "==");
+  EXPECT_EQ(text, std::string(230, 'A').append("=="));
 }
 
 }  // namespace

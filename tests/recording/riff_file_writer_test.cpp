@@ -123,6 +123,15 @@ TEST_F(RiffFileWriter, Rf64SampleCountOf1000FramesIs2000) {
   EXPECT_EQ(U64At(File(), 36), 2000U);
 }
 
+TEST_F(RiffFileWriter, WhereFramesAreAskedForRf64SampleCountOf1000FramesIs1000FromTheFirstBlockOn) {
+  m_writer->SetPolicy({.bCountFrames = true});
+  Open(true);
+  ASSERT_TRUE(Write(std::string(4000, 's')));
+  EXPECT_EQ(U64At(File(), 36), 1000U);
+  ASSERT_TRUE(m_writer->Finish());
+  EXPECT_EQ(File(), Rf64Header(kRf64HeaderSize + 4000 + 90 - 8, 4000, 1000) + std::string(4000, 's') + TrailerBytes());
+}
+
 TEST_F(RiffFileWriter, AFileWithoutSamplesIsValidToo) {
   Open(false);
   ASSERT_TRUE(m_writer->Finish());

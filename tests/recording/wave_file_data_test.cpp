@@ -8,6 +8,7 @@
 
 #include "recording/layout.h"
 #include "recording/metadata_xml.h"
+#include "recording/written_file.h"
 #include "support/platform.h"
 #include "support/system_time.h"
 #include "support/temp_folder.h"
@@ -340,6 +341,20 @@ TEST_F(WaveFileData, AFileThatCannotBeCreatedChangesNoCounter) {
 
 // ---- split outputs
 
+// The working folder for as long as the object lives.
+class CWorkingFolder {
+ public:
+  explicit CWorkingFolder(const std::string& folder) : m_old(std::filesystem::current_path()) {
+    std::filesystem::current_path(test::PathOf(folder));
+  }
+  ~CWorkingFolder() { std::filesystem::current_path(m_old); }
+  CWorkingFolder(const CWorkingFolder&) = delete;
+  CWorkingFolder& operator=(const CWorkingFolder&) = delete;
+
+ private:
+  std::filesystem::path m_old;
+};
+
 TEST_F(WaveFileData, SplitFilesAreNumberedBeforeTheExtension) {
   m_description.nSplitMB = 1;
   ASSERT_TRUE(Open("Out 1.5 MHz.wav"));
@@ -428,6 +443,68 @@ TEST_F(WaveFileData, APieceOfTheBlockBeforeItStaysInItsFileWhateverTheSize) {
   EXPECT_EQ(Samples("Out 001.wav"), "efgh");
 }
 
+// Written for a while, before it was known where the part ends.
+TEST_F(WaveFileData, BytesThatBelongToTheNextFileAfterAllMoveThere) {
+  m_description.nSplitMB = 1;
+  ASSERT_TRUE(Open());
+  std::string moved;
+  for (int i = 0; i < 150'000; ++i) moved += static_cast<char>('a' + i % 23);
+  const std::string block(1'000'000, 's');
+  ASSERT_TRUE(Write(block));
+  ASSERT_TRUE(m_data.Write(moved.data(), 75'000, 16, false, ETell::Later));
+  ASSERT_TRUE(m_data.SplitBefore(150'000));
+  EXPECT_EQ(m_data.FileDataBytes(), 150'000);
+  EXPECT_EQ(m_data.TotalDataBytes(), 1'150'000);
+  EXPECT_DOUBLE_EQ(m_data.StartOffset(), 250.0);
+  ASSERT_TRUE(m_data.Write("abcd", 2, 16, false));
+  m_data.Close();
+  EXPECT_EQ(m_data.LastError(), "");
+  EXPECT_EQ(Samples("Out 000.wav"), block);
+  EXPECT_EQ(Samples("Out 001.wav"), moved + "abcd");
+  EXPECT_EQ(ChunksOf(Bytes("Out 000.wav")).back().identifier, "LIST");
+}
+
+TEST_F(WaveFileData, BytesBehindAPlaceWhereNoFileEndsStay) {
+  m_description.nSplitMB = 2;
+  ASSERT_TRUE(Open());
+  ASSERT_TRUE(Write(std::string(1'000'000, 's')));
+  ASSERT_TRUE(m_data.Write(std::string(1'500'000, 't').data(), 750'000, 16, false, ETell::Later));
+  ASSERT_TRUE(m_data.SplitBefore(1'500'000));
+  EXPECT_EQ(m_data.Files().size(), 1U);
+  ASSERT_TRUE(Write("abcd"));
+  m_data.Close();
+  EXPECT_EQ(Samples("Out 000.wav"), std::string(1'000'000, 's') + std::string(1'500'000, 't'));
+  EXPECT_EQ(Samples("Out 001.wav"), "abcd");
+}
+
+TEST_F(WaveFileData, ANextFileThatCannotBeCreatedForMovedBytesLeavesTheFullOneWhole) {
+  m_description.nSplitMB = 1;
+  std::filesystem::create_directory(test::PathOf(m_folder / "Out 001.wav"));
+  ASSERT_TRUE(Open());
+  const std::string block(1'000'000, 's');
+  ASSERT_TRUE(Write(block));
+  ASSERT_TRUE(m_data.Write("abcdefgh", 4, 16, false, ETell::Later));
+  EXPECT_FALSE(m_data.SplitBefore(8));
+  EXPECT_NE(m_data.LastError(), "");
+  EXPECT_EQ(Samples("Out 000.wav"), block);
+  EXPECT_EQ(m_data.TotalDataBytes(), 1'000'000);
+  EXPECT_FALSE(m_data.IsOpen());
+  EXPECT_FALSE(m_data.SplitBefore(8));
+  EXPECT_EQ(m_data.LastError(), "File not open");
+  EXPECT_EQ(InspectWrittenFile(m_folder / "Out 000.wav").state, EWrittenState::Finished);
+}
+
+TEST_F(WaveFileData, NoBytesMoveToAFileOfTheSameName) {
+  const CWorkingFolder working(m_folder.Path());
+  m_description.nSplitMB = 1;
+  ASSERT_TRUE(OpenPath("Out"));
+  EXPECT_FALSE(m_data.CanSplitBefore());
+  m_data.Close();
+  m_data.Reset();
+  ASSERT_TRUE(OpenPath("Out.wav"));
+  EXPECT_TRUE(m_data.CanSplitBefore());
+}
+
 TEST_F(WaveFileData, SplitBytesInOrderAreTheBytesOfTheWholeOutput) {
   m_description.nSplitMB = 1;
   ASSERT_TRUE(Open());
@@ -455,20 +532,6 @@ TEST_F(WaveFileData, RF64OutputsAreSplitToo) {
   EXPECT_EQ(Samples("Out 000.wav"), block);
   EXPECT_EQ(Samples("Out 001.wav"), "abcd");
 }
-
-// The working folder for as long as the object lives.
-class CWorkingFolder {
- public:
-  explicit CWorkingFolder(const std::string& folder) : m_old(std::filesystem::current_path()) {
-    std::filesystem::current_path(test::PathOf(folder));
-  }
-  ~CWorkingFolder() { std::filesystem::current_path(m_old); }
-  CWorkingFolder(const CWorkingFolder&) = delete;
-  CWorkingFolder& operator=(const CWorkingFolder&) = delete;
-
- private:
-  std::filesystem::path m_old;
-};
 
 TEST_F(WaveFileData, ABasePathWithoutADotOrWithItsOnlyOneInFrontServesEveryFile) {
   const CWorkingFolder working(m_folder.Path());

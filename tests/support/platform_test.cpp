@@ -36,6 +36,38 @@ TEST(FileStatus, TellsSizeKindAndTimes) {
   EXPECT_TRUE(platform::MeansMissing(platform::LastError()));
 }
 
+TEST(CreateFolder, MakesOneFolderAndIsContentWithOneThatIsThere) {
+  const CTempFolder folder;
+  EXPECT_TRUE(platform::CreateFolder(folder / "new"));
+  EXPECT_TRUE(platform::GetFileStatus(folder / "new")->bDirectory);
+  EXPECT_TRUE(platform::CreateFolder(folder / "new"));
+  EXPECT_FALSE(platform::CreateFolder(folder / "none/new"));
+  EXPECT_TRUE(platform::MeansMissing(platform::LastError()));
+  WriteWholeFile(folder / "file", "1");
+  EXPECT_FALSE(platform::CreateFolder(folder / "file"));
+  EXPECT_TRUE(platform::MeansExisting(platform::LastError()));
+}
+
+TEST(RenameFile, LeavesWhatStandsUnderTheNewNameUnlessItIsToBeReplaced) {
+  const CTempFolder folder;
+  WriteWholeFile(folder / "new", "new");
+  WriteWholeFile(folder / "old", "old");
+  EXPECT_FALSE(platform::RenameFile(folder / "new", folder / "old", false));
+  EXPECT_TRUE(platform::MeansExisting(platform::LastError()));
+  EXPECT_EQ(platform::GetFileStatus(folder / "new")->nSize, 3);
+  EXPECT_EQ(test::ReadWholeFile(folder / "old"), "old");
+
+  EXPECT_TRUE(platform::RenameFile(folder / "new", folder / "old", true));
+  EXPECT_FALSE(platform::GetFileStatus(folder / "new"));
+  EXPECT_EQ(test::ReadWholeFile(folder / "old"), "new");
+
+  EXPECT_TRUE(platform::RenameFile(folder / "old", folder / "other", false));
+  EXPECT_FALSE(platform::GetFileStatus(folder / "old"));
+  EXPECT_EQ(test::ReadWholeFile(folder / "other"), "new");
+  EXPECT_FALSE(platform::RenameFile(folder / "none", folder / "any", true));
+  EXPECT_FALSE(platform::GetFileStatus(folder / "any"));
+}
+
 TEST(FileStatus, IdentifiesAFileWhateverItsPath) {
   const CTempFolder folder;
   WriteWholeFile(folder / "a", "x");
@@ -56,6 +88,16 @@ TEST(WritableFolder, MissingFoldersAndFilesAreNone) {
   WriteWholeFile(folder / "file", "");
   EXPECT_FALSE(platform::IsWritableFolder(folder / "file"));
   EXPECT_NE(platform::LastError(), 0U);
+}
+
+TEST(FreeSpace, IsThatOfTheDiskThatTheFolderIsOn) {
+  const CTempFolder folder;
+  const auto bytes = platform::FreeSpace(folder.Path());
+  ASSERT_TRUE(bytes);
+  const auto told = static_cast<double>(std::filesystem::space(test::PathOf(folder.Path())).available);
+  // Others write to the same disk meanwhile.
+  EXPECT_NEAR(static_cast<double>(*bytes), told, 1e9);
+  EXPECT_FALSE(platform::FreeSpace(folder / "none"));
 }
 
 TEST(ListFolder, GivesEveryNameButTheDots) {

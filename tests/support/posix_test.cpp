@@ -2,13 +2,17 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
+#include <latch>
 #include <string>
+#include <thread>
 
 #include "support/file.h"
 #include "support/formatting.h"
@@ -17,6 +21,7 @@
 #include "support/system_time.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
+#include "support/whole_file.h"
 
 namespace carvello {
 namespace {
@@ -133,6 +138,22 @@ TEST(PosixTimeZoneRecord, AZoneWithoutSeasonsHasNoDates) {
   EXPECT_EQ(reader.DaylightDate(), "0/0/0/0 0:0:0.0");
 }
 
+// What ThreadSanitizer sees when this is the process's first look at its zone: the names come into the system's list
+// with whichever conversion is the first.
+TEST(PosixTimeZoneRecord, AZoneThatATimeInUtcMadeKnownIsReadOnAnotherThread) {
+  std::latch both(2);
+  std::thread utc([&both] {
+    std::tm fields{};
+    both.arrive_and_wait();
+    EXPECT_TRUE(platform::UtcTime(86'400, fields));
+    EXPECT_EQ(platform::UtcSeconds(fields), 86'400);
+  });
+  both.arrive_and_wait();
+  const platform::TimeZoneRecord record = platform::GetTimeZoneRecord();
+  utc.join();
+  EXPECT_EQ(record.bytes, platform::GetTimeZoneRecord().bytes);
+}
+
 TEST(PosixFormatting, TheDateIsLocalAndTheTimeIsUtc) {
   const CEnvironmentVariable locale("LC_ALL", "C");
   const CEnvironmentVariable zone("TZ", "XXX-14");
@@ -211,6 +232,22 @@ TEST(PosixFile, ALinkThatLeadsNowhereTakesItsNameAndIsNotFollowed) {
   EXPECT_FALSE(platform::GetNameStatus(folder / "link"));
 }
 
+TEST(PosixFile, AFileThatIsReplacedAsAWholeKeepsTheLinkToIt) {
+  const test::CTempFolder folder;
+  test::WriteWholeFile(folder / "file", "old");
+  std::filesystem::create_symlink("file", folder / "link");
+  std::filesystem::create_symlink("link", folder / "far");
+  EXPECT_EQ(platform::LinkedPath(folder / "file"), folder / "file");
+  std::string error;
+  ASSERT_TRUE(WriteWholeFile(folder / "far", "new", 3, true, error)) << error;
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "far"));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "link"));
+  EXPECT_EQ(test::ReadWholeFile(folder / "file"), "new");
+  EXPECT_FALSE(WriteWholeFile(folder / "far", "x", 1, false, error));
+  std::filesystem::create_symlink("nowhere", folder / "lost");
+  EXPECT_EQ(platform::LinkedPath(folder / "lost"), folder / "lost");
+}
+
 TEST(PosixPath, BecomesAbsoluteByThePresentFolder) {
   const std::string here = std::filesystem::current_path().string();
   EXPECT_EQ(platform::AbsolutePath("/a/./b"), "/a/./b");
@@ -275,6 +312,57 @@ TEST(ShellOpen, AMissingFileIsToldWithTheSystemsReason) {
   std::string text;
   EXPECT_FALSE(ShellOpen(0, "/no such folder/x.txt", "open", text));
   EXPECT_EQ(text, "Error processing \"/no such folder/x.txt\" -\n \nNo such file or directory");
+}
+
+TEST(Threads, LowerLevelsComeLaterButStarveNobody) {
+  // Three steps leave a thread half of what an ordinary program's gets of a processor that both want.
+  std::thread([] {
+    const auto nice = [] { return getpriority(PRIO_PROCESS, static_cast<id_t>(syscall(SYS_gettid))); };
+    const int ordinary = nice();
+    if (ordinary > 15) return;  // started so low that there is no room for levels
+    ASSERT_TRUE(platform::SetCurrentThreadPriority(-1));
+    const int belowNormal = nice();
+    ASSERT_TRUE(platform::SetCurrentThreadPriority(-2));
+    EXPECT_LT(ordinary, belowNormal);
+    EXPECT_LT(belowNormal, nice());
+    EXPECT_LE(nice(), ordinary + 3);
+  }).join();
+}
+
+TEST(PosixTest, LimitOfOpenFilesIsRaisedAsFarAsTheSystemLetsIt) {
+  rlimit old{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &old), 0);
+  ASSERT_GE(old.rlim_max, 300U);
+  const auto soft = [] {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    return limit.rlim_cur;
+  };
+  const rlimit low{200, old.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &low), 0);
+  EXPECT_EQ(platform::AllowOpenFiles(100), 200U) << "is there already";
+  EXPECT_EQ(soft(), 200U);
+  EXPECT_EQ(platform::AllowOpenFiles(300), 300U);
+  EXPECT_EQ(soft(), 300U);
+  setrlimit(RLIMIT_NOFILE, &old);
+  if (old.rlim_max != RLIM_INFINITY) {
+    EXPECT_EQ(platform::AllowOpenFiles(old.rlim_max + 1), old.rlim_max);
+    setrlimit(RLIMIT_NOFILE, &old);
+  }
+}
+
+TEST(PosixTest, CachesOfTheUserGoWhereTheEnvironmentSaysOrIntoTheHomeFolder) {
+  const CEnvironmentVariable home("HOME", "/home/somebody");
+  {
+    const CEnvironmentVariable caches("XDG_CACHE_HOME", "/var/caches");
+    EXPECT_EQ(platform::UserCacheFolder(), "/var/caches");
+  }
+  for (const char* const none : {"", "relative/folder"}) {
+    const CEnvironmentVariable caches("XDG_CACHE_HOME", none);
+    EXPECT_EQ(platform::UserCacheFolder(), "/home/somebody/.cache");
+    const CEnvironmentVariable homeless("HOME", "");
+    EXPECT_EQ(platform::UserCacheFolder(), "");
+  }
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
 // CTempFolder: a fresh folder of a test's own, removed with everything in it at the end.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -22,9 +22,14 @@ inline std::filesystem::path PathOf(const std::string& utf8) {
 
 // Reads and writes whole files without any code under test.
 inline std::string ReadWholeFile(const std::string& path) {
-  std::ifstream file(PathOf(path), std::ios::binary);
+  std::ifstream file(PathOf(path), std::ios::binary | std::ios::ate);
   if (!file) throw std::runtime_error("cannot read " + path);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::string bytes(static_cast<std::size_t>(file.tellg()), '\0');
+  // At once: by the character it takes most of a test's time under the checkers of memory and threads.
+  if (!file.seekg(0).read(bytes.data(), static_cast<std::streamsize>(bytes.size()))) {
+    throw std::runtime_error("cannot read " + path);
+  }
+  return bytes;
 }
 
 inline void WriteWholeFile(const std::string& path, const std::string& bytes) {

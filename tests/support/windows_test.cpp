@@ -218,6 +218,8 @@ TEST(WindowsPaths, ARelativePathMayBeginInADeepFolder) {
 TEST(WindowsPaths, NamesDifferInMoreThanCase) {
   EXPECT_TRUE(platform::FileNamesEqual("\xC3\x84.WAV", "\xC3\xA4.wav"));
   EXPECT_FALSE(platform::FileNamesEqual("a.wav", "\xC3\xA4.wav"));
+  EXPECT_EQ(platform::FileNameKey("C:\\\xC3\x84.WAV"), platform::FileNameKey("c:\\\xC3\xA4.wav"));
+  EXPECT_NE(platform::FileNameKey("a.wav"), platform::FileNameKey("\xC3\xA4.wav"));
 }
 
 TEST(WindowsPaths, DrivesAndBothSlashesSeparate) {

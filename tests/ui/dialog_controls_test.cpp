@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QCheckBox>
 #include <QLabel>
 #include <QRegularExpression>
 #include <QSet>
@@ -35,6 +36,7 @@ class DialogControlsTest : public QObject {
   void NamesEveryField_data();
   void NamesEveryField();
   void EveryControlSaysWhatItIs();
+  void OnePassStandsWithTheCount();
   void TabVisitsTheControlsInTheOrderOfTheWindow();
   void TabVisitsABrowseButtonBehindItsField();
   void NoTwoMnemonicsAreTheSame();
@@ -45,7 +47,6 @@ class DialogControlsTest : public QObject {
   void FitsAScreenOf1024By768();
   void CutsNoTextOff();
   void TheListsTakeTheRoom();
-  void RemembersItsPlaceAndSize();
   void EnterInAnyFieldKeepsTheDialogOpen();
   void EscapeClosesTheDialog();
   void TheCloseBoxClosesTheDialog();
@@ -155,6 +156,21 @@ void DialogControlsTest::EveryControlSaysWhatItIs() {
   QCOMPARE(names.size(), 44);
 }
 
+void DialogControlsTest::OnePassStandsWithTheCount() {
+  m_pFixture->OpenReady();
+  const auto* pOnePass = m_pFixture->Dialog().findChild<QCheckBox*>("checkOnePass");
+  QVERIFY(pOnePass != nullptr && pOnePass->isVisible());
+  QCOMPARE(pOnePass->text().remove('&'), QString("All in one pass"));
+  QCOMPARE(pOnePass->accessibleName(), QString("All in one pass"));
+  QVERIFY(!pOnePass->toolTip().isEmpty());
+  QVERIFY(pOnePass->width() >= pOnePass->sizeHint().width());
+  const QWidget& count = m_pFixture->Control(1027);
+  const QPoint distance =
+      pOnePass->mapTo(&m_pFixture->Dialog(), QPoint()) - count.mapTo(&m_pFixture->Dialog(), QPoint(0, count.height()));
+  QVERIFY2(distance.x() == 0 && distance.y() >= 0 && distance.y() < 10, qPrintable(QString::number(distance.y())));
+  QCOMPARE(m_pFixture->Control(1016).nextInFocusChain(), pOnePass);
+}
+
 void DialogControlsTest::TabVisitsTheControlsInTheOrderOfTheWindow() {
   m_pFixture->Open();
   const QList<int> order = {1000, 1032, 1034, 1009, 1033, 1010, 1035, 1011, 1014, 1012, 1013,
@@ -176,12 +192,12 @@ void DialogControlsTest::TabVisitsABrowseButtonBehindItsField() {
   m_pFixture->OpenReady();
   m_pFixture->Control(1000).setFocus();
   QStringList visited;
-  for (int i = 0; i < 6; ++i) {
+  for (int i = 0; i < 7; ++i) {
     visited << QApplication::focusWidget()->objectName();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
   }
-  QCOMPARE(visited,
-           QStringList({"IDC_1000", "IDC_1000_browse", "IDC_1032", "IDC_1034", "IDC_1009", "IDC_1009_browse"}));
+  QCOMPARE(visited, QStringList({"IDC_1000", "IDC_1000_browse", "IDC_1032", "IDC_1034", "buttonSpectrum", "IDC_1009",
+                                 "IDC_1009_browse"}));
 }
 
 void DialogControlsTest::NoTwoMnemonicsAreTheSame() {
@@ -264,15 +280,6 @@ void DialogControlsTest::TheListsTakeTheRoom() {
   QCOMPARE(m_pFixture->Control(1022).height() - log.height(), 400);
   QCOMPARE(m_pFixture->Control(1008).width() + m_pFixture->Control(1022).width() - list.width() - log.width(), 600);
   QCOMPARE(m_pFixture->Control(1000).height(), inputHeight);
-}
-
-void DialogControlsTest::RemembersItsPlaceAndSize() {
-  m_pFixture->Open();
-  m_pFixture->Dialog().resize(1010, 701);
-  QCoreApplication::processEvents();
-  m_pFixture->Dialog().close();
-  m_pFixture->Open();
-  QCOMPARE(m_pFixture->Dialog().size(), QSize(1010, 701));
 }
 
 void DialogControlsTest::EnterInAnyFieldKeepsTheDialogOpen() {

@@ -75,6 +75,10 @@ class DialogEntriesTest : public QObject {
 
  private:
   void Add(std::int64_t frequency, const QString& bandwidth);
+  void StartAt(const QDateTime& time);
+  void FinishAt(const QDateTime& time);
+  // Adds an entry that is not taken: a box says why, and is answered.
+  void AddRefused(QMessageBox::StandardButton answer, const QString& caption, const QString& text);
   void CompareBox(const QString& caption, const QString& text, QMessageBox::StandardButtons buttons);
   QString Hint() { return m_pFixture->Dialog().findChild<QLabel*>("labelHint")->text(); }
   // Fills the Add Sequence dialog and closes it with a button.
@@ -101,6 +105,23 @@ void DialogEntriesTest::Add(std::int64_t frequency, const QString& bandwidth) {
   m_pFixture->Click(1015);
 }
 
+void DialogEntriesTest::StartAt(const QDateTime& time) {
+  m_pFixture->Click(1086);
+  m_pFixture->Pick(1105, 1103, time);
+}
+
+void DialogEntriesTest::FinishAt(const QDateTime& time) {
+  m_pFixture->Click(1087);
+  m_pFixture->Pick(1106, 1104, time);
+}
+
+void DialogEntriesTest::AddRefused(QMessageBox::StandardButton answer, const QString& caption, const QString& text) {
+  m_pFixture->Answers().Give(answer);
+  Add(7'100'000, "10 kHz");
+  CompareBox(caption, text, answer == QMessageBox::Ok ? QMessageBox::Ok : QMessageBox::Yes | QMessageBox::No);
+  QCOMPARE(m_pFixture->List().RowCount(), 0);
+}
+
 void DialogEntriesTest::CompareBox(const QString& caption, const QString& text, QMessageBox::StandardButtons buttons) {
   QVERIFY(!m_pFixture->Answers().Shown().empty());
   const SShownBox& box = m_pFixture->Answers().Shown().back();
@@ -122,9 +143,8 @@ void DialogEntriesTest::Sequence(std::int64_t start, std::int64_t end, const QSt
 
 void DialogEntriesTest::ShowsSixColumns() {
   m_pFixture->Open();
-  const QTreeWidgetItem* header = m_pFixture->List().headerItem();
   QStringList titles;
-  for (int column = 0; column < m_pFixture->List().columnCount(); ++column) titles << header->text(column);
+  for (int column = 0; column < m_pFixture->List().ColumnCount(); ++column) titles << m_pFixture->List().Title(column);
   QCOMPARE(titles, (QStringList{"Centre", "Bw", "Start", "Finish", "Filename", ""}));
 }
 
@@ -213,12 +233,8 @@ void DialogEntriesTest::CountsTheEntries() {
 
 void DialogEntriesTest::AStartAtTheRecordingsEndIsOutOfRange() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(0, 59, 0, 2));
-  m_pFixture->Answers().Give(QMessageBox::Yes);
-  Add(7'100'000, "10 kHz");
-  CompareBox("Start Time", "The start time is out of range. Reset the start time?", QMessageBox::Yes | QMessageBox::No);
-  QCOMPARE(m_pFixture->List().RowCount(), 0);
+  StartAt(Utc(0, 59, 0, 2));
+  AddRefused(QMessageBox::Yes, "Start Time", "The start time is out of range. Reset the start time?");
   // Put back, and good for the next try.
   QCOMPARE(m_pFixture->Control<QDateEdit>(1105).date(), QDate(2020, 11, 1));
   QCOMPARE(m_pFixture->Control<QTimeEdit>(1103).time(), QTime(23, 59, 0));
@@ -228,68 +244,48 @@ void DialogEntriesTest::AStartAtTheRecordingsEndIsOutOfRange() {
 
 void DialogEntriesTest::AStartBeforeTheRecordingIsOutOfRange() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(23, 58, 59));
-  m_pFixture->Answers().Give(QMessageBox::Yes);
-  Add(7'100'000, "10 kHz");
-  CompareBox("Start Time", "The start time is out of range. Reset the start time?", QMessageBox::Yes | QMessageBox::No);
-  QCOMPARE(m_pFixture->List().RowCount(), 0);
+  StartAt(Utc(23, 58, 59));
+  AddRefused(QMessageBox::Yes, "Start Time", "The start time is out of range. Reset the start time?");
 }
 
 void DialogEntriesTest::AnsweringNoLeavesTheStartAsItIs() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(23, 58, 59));
-  m_pFixture->Answers().Give(QMessageBox::No);
-  Add(7'100'000, "10 kHz");
+  StartAt(Utc(23, 58, 59));
+  AddRefused(QMessageBox::No, "Start Time", "The start time is out of range. Reset the start time?");
   QCOMPARE(m_pFixture->Control<QTimeEdit>(1103).time(), QTime(23, 58, 59));
-  QCOMPARE(m_pFixture->List().RowCount(), 0);
 }
 
 void DialogEntriesTest::AnEndAtTheRecordingsEndIsAccepted() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1087);
-  m_pFixture->Pick(1106, 1104, Utc(0, 59, 0, 2));
+  FinishAt(Utc(0, 59, 0, 2));
   Add(7'100'000, "10 kHz");
   QCOMPARE(m_pFixture->Row(0)[3], test::DateText(2020, 11, 2) + " 00:59:00z");
 }
 
 void DialogEntriesTest::AnEndBehindTheRecordingIsOutOfRange() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1087);
-  m_pFixture->Pick(1106, 1104, Utc(0, 59, 1, 2));
-  m_pFixture->Answers().Give(QMessageBox::Yes);
-  Add(7'100'000, "10 kHz");
-  CompareBox("End Time", "The end time is out of range. Reset the end time?", QMessageBox::Yes | QMessageBox::No);
-  QCOMPARE(m_pFixture->List().RowCount(), 0);
+  FinishAt(Utc(0, 59, 1, 2));
+  AddRefused(QMessageBox::Yes, "End Time", "The end time is out of range. Reset the end time?");
   QCOMPARE(m_pFixture->Control<QTimeEdit>(1104).time(), QTime(0, 59, 0));
 }
 
 void DialogEntriesTest::AnsweringNoLeavesTheEndAsItIs() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1087);
-  m_pFixture->Pick(1106, 1104, Utc(0, 59, 1, 2));
-  m_pFixture->Answers().Give(QMessageBox::No);
-  Add(7'100'000, "10 kHz");
+  FinishAt(Utc(0, 59, 1, 2));
+  AddRefused(QMessageBox::No, "End Time", "The end time is out of range. Reset the end time?");
   QCOMPARE(m_pFixture->Control<QTimeEdit>(1104).time(), QTime(0, 59, 1));
-  QCOMPARE(m_pFixture->List().RowCount(), 0);
 }
 
 void DialogEntriesTest::AnEndBeforeTheRecordingIsOutOfRange() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1087);
-  m_pFixture->Pick(1106, 1104, Utc(23, 58, 59));
-  m_pFixture->Answers().Give(QMessageBox::Yes);
-  Add(7'100'000, "10 kHz");
-  CompareBox("End Time", "The end time is out of range. Reset the end time?", QMessageBox::Yes | QMessageBox::No);
+  FinishAt(Utc(23, 58, 59));
+  AddRefused(QMessageBox::Yes, "End Time", "The end time is out of range. Reset the end time?");
 }
 
 void DialogEntriesTest::AnEndBeforeTheStartIsNotRefused() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(0, 30, 0, 2));
-  m_pFixture->Click(1087);
-  m_pFixture->Pick(1106, 1104, Utc(0, 10, 0, 2));
+  StartAt(Utc(0, 30, 0, 2));
+  FinishAt(Utc(0, 10, 0, 2));
   Add(7'100'000, "10 kHz");
   QCOMPARE(m_pFixture->List().RowCount(), 1);
 }
@@ -297,21 +293,15 @@ void DialogEntriesTest::AnEndBeforeTheStartIsNotRefused() {
 void DialogEntriesTest::ADurationOfZeroIsRefused() {
   m_pFixture->OpenReady();
   m_pFixture->Click(1084);
-  m_pFixture->Answers().Give(QMessageBox::Ok);
-  Add(7'100'000, "10 kHz");
-  CompareBox("End", "End duration cannot be zero.", QMessageBox::Ok);
-  QCOMPARE(m_pFixture->List().RowCount(), 0);
+  AddRefused(QMessageBox::Ok, "End", "End duration cannot be zero.");
 }
 
 void DialogEntriesTest::ADurationUpToTheRecordingsEndIsRefused() {
   m_pFixture->OpenReady();
   m_pFixture->Click(1084);
   m_pFixture->Choose(1028, "1");  // all of it
-  m_pFixture->Answers().Give(QMessageBox::Ok);
-  Add(7'100'000, "10 kHz");
-  CompareBox("End Time", "The start time + end duration is past the end of file, change the duration.",
-             QMessageBox::Ok);
-  QCOMPARE(m_pFixture->List().RowCount(), 0);
+  AddRefused(QMessageBox::Ok, "End Time",
+             "The start time + end duration is past the end of file, change the duration.");
   m_pFixture->Choose(1028, "0");
   m_pFixture->Choose(1029, "59");
   Add(7'100'000, "10 kHz");
@@ -320,8 +310,7 @@ void DialogEntriesTest::ADurationUpToTheRecordingsEndIsRefused() {
 
 void DialogEntriesTest::ADurationIsShownFromTheRecordingsStart() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(0, 9, 0, 2));  // ten minutes into the recording
+  StartAt(Utc(0, 9, 0, 2));  // ten minutes into the recording
   m_pFixture->Click(1084);
   m_pFixture->Choose(1029, "30");
   Add(7'100'000, "10 kHz");
@@ -332,8 +321,7 @@ void DialogEntriesTest::ADurationIsShownFromTheRecordingsStart() {
 void DialogEntriesTest::PickersWorkInLocalTimeWithoutUtc() {
   m_pFixture->OpenReady();
   m_pFixture->Click(1034);
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(3, 9, 0, 2));  // local time
+  StartAt(Utc(3, 9, 0, 2));  // local time
   Add(7'100'000, "10 kHz");
   QCOMPARE(m_pFixture->Row(0)[2], test::DateText(2020, 11, 2) + " " + test::TimeText(3, 9, 0));
   QCOMPARE(m_pFixture->Row(0)[4], QString("2020-11-02 0309, f=7.100 MHz, bw=10 kHz.wav"));
@@ -349,8 +337,7 @@ void DialogEntriesTest::NoBandwidthMakesAnEntryOfNone() {
 void DialogEntriesTest::DeleteRemovesTheSelectedRows() {
   m_pFixture->OpenReady();
   for (const char* bandwidth : {"10 kHz", "20 kHz", "30 kHz", "40 kHz"}) Add(7'100'000, bandwidth);
-  m_pFixture->List().topLevelItem(0)->setSelected(true);
-  m_pFixture->List().topLevelItem(2)->setSelected(true);
+  m_pFixture->List().SelectRows({0, 2});
   m_pFixture->Click(1025);
   QCOMPARE(m_pFixture->List().RowCount(), 2);
   QCOMPARE(m_pFixture->Row(0)[1], QString("20 kHz"));
@@ -363,9 +350,10 @@ void DialogEntriesTest::TheDeleteKeyDoesWhatTheButtonDoes() {
   m_pFixture->OpenReady();
   Add(7'100'000, "10 kHz");
   Add(7'100'000, "20 kHz");
-  QTest::keyClick(&m_pFixture->List(), Qt::Key_Delete);  // nothing is selected
+  m_pFixture->List().clearSelection();
+  QTest::keyClick(&m_pFixture->List(), Qt::Key_Delete);
   QCOMPARE(m_pFixture->List().RowCount(), 2);
-  m_pFixture->List().topLevelItem(1)->setSelected(true);
+  m_pFixture->List().SelectRows({1});
   QTest::keyClick(&m_pFixture->List(), Qt::Key_Delete);
   QCOMPARE(m_pFixture->List().RowCount(), 1);
   QCOMPARE(m_pFixture->Row(0)[1], QString("10 kHz"));
@@ -425,8 +413,7 @@ void DialogEntriesTest::ASequenceAddsFrequenciesOutsideTheBandToo() {
 void DialogEntriesTest::ARefusedSequenceAsksOncePerFrequency() {
   m_pFixture->OpenReady();
   m_pFixture->Choose(1011, "10 kHz");
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(23, 58, 59));
+  StartAt(Utc(23, 58, 59));
   for (int i = 0; i < 3; ++i) m_pFixture->Answers().Give(QMessageBox::No);
   Sequence(900'000, 920'000, "10 kHz", kOk);
   QCOMPARE(m_pFixture->Answers().Shown().size(), std::size_t{3});
@@ -436,8 +423,7 @@ void DialogEntriesTest::ARefusedSequenceAsksOncePerFrequency() {
 void DialogEntriesTest::ATimePutBackCountsForTheRestOfASequence() {
   m_pFixture->OpenReady();
   m_pFixture->Choose(1011, "10 kHz");
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(23, 58, 59));
+  StartAt(Utc(23, 58, 59));
   m_pFixture->Answers().Give(QMessageBox::Yes);
   Sequence(900'000, 920'000, "10 kHz", kOk);
   QCOMPARE(m_pFixture->Answers().Shown().size(), std::size_t{1});
@@ -478,10 +464,8 @@ void DialogEntriesTest::NoBandwidthIsAddedWithAHint() {
 
 void DialogEntriesTest::AnEndBeforeTheStartIsAddedWithAHint() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1086);
-  m_pFixture->Pick(1105, 1103, Utc(0, 30, 0, 2));
-  m_pFixture->Click(1087);
-  m_pFixture->Pick(1106, 1104, Utc(0, 10, 0, 2));
+  StartAt(Utc(0, 30, 0, 2));
+  FinishAt(Utc(0, 10, 0, 2));
   Add(7'100'000, "10 kHz");
   QCOMPARE(m_pFixture->List().RowCount(), 1);
   QCOMPARE(Hint(), QString("The end time is before the start time."));
@@ -489,8 +473,7 @@ void DialogEntriesTest::AnEndBeforeTheStartIsAddedWithAHint() {
 
 void DialogEntriesTest::AnEndAtTheStartIsAddedWithAHintThatItRunsOn() {
   m_pFixture->OpenReady();
-  m_pFixture->Click(1087);
-  m_pFixture->Pick(1106, 1104, Utc(23, 59, 0));
+  FinishAt(Utc(23, 59, 0));
   Add(7'100'000, "10 kHz");
   QCOMPARE(m_pFixture->List().RowCount(), 1);
   QCOMPARE(Hint(), QString("The end time is the start time: it runs to the end."));
@@ -547,6 +530,7 @@ void DialogEntriesTest::TheHintGoesWithANewInput() {
 void DialogEntriesTest::AHintMovesNothingAndCanBeReadAloud() {
   m_pFixture->OpenReady();
   Add(7'100'000, "10 kHz");
+  QApplication::processEvents();
   const QRect before = m_pFixture->List().geometry();
   Add(9'000'000, "10 kHz");
   QApplication::processEvents();

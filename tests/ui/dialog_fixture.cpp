@@ -11,6 +11,15 @@
 
 namespace carvello::test {
 
+CSpectrumWindow::SourceMaker CBeepingDlg::SpectrumSource() const {
+  return [pState = m_pSpectrum](const CRecordingSet& /*recording*/, bool keep, std::function<void()> changed) {
+    ++pState->nOpened;
+    pState->bKeeps = keep;
+    pState->changed = std::move(changed);
+    return std::make_unique<CFakeSpectrum>(pState);
+  };
+}
+
 CDialogFixture::CDialogFixture() {
   ForgetSettings();
   std::filesystem::create_directory(PathOf(OutputFolder()));
@@ -19,9 +28,18 @@ CDialogFixture::CDialogFixture() {
 
 CDialogFixture::~CDialogFixture() = default;
 
-CBeepingDlg& CDialogFixture::Open(const std::string& input) {
+void CDialogFixture::SetPatience(std::chrono::milliseconds patience) {
+  m_patience = patience;
+}
+
+CBeepingDlg& CDialogFixture::Make(const std::string& input) {
   m_pDialog.reset();
-  m_pDialog = std::make_unique<CBeepingDlg>(m_dsp, input, 2U);
+  m_pDialog = std::make_unique<CBeepingDlg>(m_dsp, input, 2U, m_patience);
+  return *m_pDialog;
+}
+
+CBeepingDlg& CDialogFixture::Open(const std::string& input) {
+  Make(input);
   m_pDialog->show();
   m_pDialog->activateWindow();
   if (!QTest::qWaitForWindowActive(m_pDialog.get())) qFatal("the dialog does not come up");
@@ -79,9 +97,8 @@ CMySettingsStore CDialogFixture::Settings() const {
 }
 
 QStringList CDialogFixture::Row(int row) {
-  const QTreeWidgetItem* item = List().topLevelItem(row);
   QStringList texts;
-  for (int column = 0; column < List().columnCount(); ++column) texts << item->text(column);
+  for (int column = 0; column < List().ColumnCount(); ++column) texts << List().Cell(row, column);
   return texts;
 }
 

@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QWidget>
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -14,6 +15,7 @@
 #include "support/temp_folder.h"
 #include "ui/answers.h"
 #include "ui/carvello_dlg.h"
+#include "ui/fake_spectrum.h"
 #include "ui/my_edit_browse_ctrl.h"
 #include "ui/my_list_ctrl.h"
 #include "ui/my_masked_edit.h"
@@ -21,14 +23,16 @@
 
 namespace carvello::test {
 
-// The dialog as it is, but for the beep, which is counted.
+// The dialog as it is, but for the beep, which is counted, and for what the spectrum window shows.
 class CBeepingDlg : public CCarvelloDlg {
  public:
   using CCarvelloDlg::CCarvelloDlg;
   int m_nBeeps = 0;
+  std::shared_ptr<SFakeState> m_pSpectrum = std::make_shared<SFakeState>();
 
  protected:
   void Beep() override { ++m_nBeeps; }
+  CSpectrumWindow::SourceMaker SpectrumSource() const override;
 };
 
 class CDialogFixture {
@@ -38,8 +42,13 @@ class CDialogFixture {
   CDialogFixture(const CDialogFixture&) = delete;
   CDialogFixture& operator=(const CDialogFixture&) = delete;
 
+  // How long the dialogs that are opened from here on stand still for a disk. At first it is longer than any machine
+  // takes for a file of a test, so that what is selected is there at once.
+  void SetPatience(std::chrono::milliseconds patience);
   // Opens the dialog, closing one that was open.
   CBeepingDlg& Open(const std::string& input = {});
+  // The dialog as it is before it is shown and any time has passed for it.
+  CBeepingDlg& Make(const std::string& input = {});
   // Opens the dialog with a recording and an output folder selected.
   void OpenReady(const SRecordingSpec& spec = {});
   CBeepingDlg& Dialog() { return *m_pDialog; }
@@ -72,6 +81,7 @@ class CDialogFixture {
  private:
   CTempFolder m_folder;
   DspBinding m_dsp;
+  std::chrono::milliseconds m_patience = std::chrono::minutes(10);
   CAnswers m_answers;
   std::unique_ptr<CBeepingDlg> m_pDialog;
 };

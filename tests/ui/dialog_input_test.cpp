@@ -6,6 +6,7 @@
 
 #include "ui/dialog_fixture.h"
 #include "ui/ui_test.h"
+#include "ui/ways_out.h"
 
 namespace carvello {
 
@@ -201,7 +202,7 @@ void DialogInputTest::TogglingUtcShowsTheTimesAnew() {
 
 void DialogInputTest::TheFirstFileSizeIsSelectedAtStartUp() {
   m_pFixture->Open();
-  QCOMPARE(m_pFixture->Choices(1014), (QStringList{"100 MB", "1 GB", "One file (RF64)"}));
+  QCOMPARE(m_pFixture->Choices(1014), (QStringList{"100 MB", "1 GB", "One file (RF64)", "SigMF"}));
   QCOMPARE(m_pFixture->Control<QComboBox>(1014).currentText(), QString("100 MB"));
 }
 
@@ -234,7 +235,7 @@ void DialogInputTest::AGivenInputThatCannotBeReadSaysWhy() {
 }
 
 void DialogInputTest::DropsTheHighlightOfTheInputPathAfterStartUp() {
-  m_pFixture->Open(m_pFixture->WriteInput());
+  m_pFixture->Make(m_pFixture->WriteInput());  // no time passes for it before the first wait
   auto& path = m_pFixture->Control<QLineEdit>(1000);
   path.selectAll();
   QVERIFY(path.hasSelectedText());
@@ -278,8 +279,9 @@ void DialogInputTest::AnOutputFolderThatIsGoneIsTold() {
   m_pFixture->Answers().Give(QMessageBox::Ok);
   m_pFixture->Click(1033);
   QVERIFY(m_pFixture->Answers().AllUsed());
-  QCOMPARE(m_pFixture->Answers().Shown().back().text,
-           "Error processing \"/nowhere at all\" -\n \n" + test::MissingReason());
+  QCOMPARE(m_pFixture->Answers().Shown().back().text, "Error processing \"/nowhere at all\" -\n \n" +
+                                                          test::MissingReason() + "\n\n" +
+                                                          QString::fromStdString(WayOutOfOpening(2)));
 }
 
 }  // namespace carvello

@@ -1,9 +1,12 @@
+#include <QAction>
+#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QProgressBar>
 #include <thread>
 
 #include "recording/layout.h"
 #include "ui/dialog_fixture.h"
+#include "ui/job_menu.h"
 #include "ui/longest_turn.h"
 #include "ui/ui_test.h"
 
@@ -21,7 +24,12 @@ class DialogJobTest : public QObject {
   void cleanup();
 
   void AJobWritesItsFilesAndEndsByItself();
+  void AfterARunTheKeyboardIsWhereItWas();
+  void AfterARunTheKeyboardStaysWhereTheUserWent();
+  void Rf64OutputsCountFramesWhereThatIsChosen();
   void TenEntriesOnTwoProcessorsRunInTwoBatches();
+  void InOnePassTenEntriesRunWithoutAQuestion();
+  void OnePassCountsFromTheNextStartOn();
   void AnsweringNoToTooManyEntriesStartsNothing();
   void AnsweringNoToContinueKeepsAllEntries();
   void NineEntriesLeaveOneForTheSecondBatch();
@@ -123,6 +131,45 @@ void DialogJobTest::AJobWritesItsFilesAndEndsByItself() {
   QTRY_VERIFY(m_pFixture->Log().contains("Reader> Closed"));
 }
 
+void DialogJobTest::AfterARunTheKeyboardIsWhereItWas() {
+  m_pFixture->OpenReady({.nSeconds = 20});
+  AddEntries(2);
+  for (const int id : {1010, 1011, 1008, 1018}) {
+    m_pFixture->Control(id).setFocus();
+    if (id != 1010) m_pFixture->Answers().Give(QMessageBox::Yes);  // what the first run made is overwritten
+    m_pFixture->Control<QAbstractButton>(1018).click();
+    QVERIFY(IsRunning());
+    QVERIFY(m_pFixture->Dialog().focusWidget() != &m_pFixture->Control(id));
+    WaitForEnd();
+    QCOMPARE(m_pFixture->Dialog().focusWidget(), &m_pFixture->Control(id));
+  }
+}
+
+void DialogJobTest::AfterARunTheKeyboardStaysWhereTheUserWent() {
+  m_pFixture->OpenReady({.nSeconds = 20});
+  AddEntries(2);
+  m_pFixture->Control(1010).setFocus();
+  m_pFixture->Control<QAbstractButton>(1018).click();
+  QVERIFY(IsRunning());
+  m_pFixture->Control(1024).setFocus();
+  WaitForEnd();
+  QCOMPARE(m_pFixture->Dialog().focusWidget(), &m_pFixture->Control(1024));
+}
+
+void DialogJobTest::Rf64OutputsCountFramesWhereThatIsChosen() {
+  m_pFixture->OpenReady({.nSeconds = 20});
+  m_pFixture->Choose(1014, "One file (RF64)");
+  AddEntries(1);
+  for (QAction* pAction : m_pFixture->Dialog().findChild<CJobMenu*>()->actions()) {
+    if (pAction->text().remove('&') == "Count Frames in RF64 Files") pAction->trigger();
+  }
+  m_pFixture->Click(1018);
+  WaitForEnd();
+  const std::string bytes = test::ReadWholeFile(m_pFixture->OutputFolder() + "/" + OutputNames().front().toStdString());
+  QCOMPARE(test::U64At(bytes, 28), std::uint64_t{200'000 * 4});
+  QCOMPARE(test::U64At(bytes, 36), std::uint64_t{200'000});
+}
+
 void DialogJobTest::TenEntriesOnTwoProcessorsRunInTwoBatches() {
   m_pFixture->OpenReady({.nSeconds = 20});
   AddEntries(10);
@@ -142,6 +189,40 @@ void DialogJobTest::TenEntriesOnTwoProcessorsRunInTwoBatches() {
   QCOMPARE(OutputNames().size(), 10);
   for (const QString& name : OutputNames()) QCOMPARE(CheckOutput(name, 10'000), 20.0);
   QCOMPARE(m_pFixture->List().RowCount(), 2);
+}
+
+void DialogJobTest::InOnePassTenEntriesRunWithoutAQuestion() {
+  m_pFixture->OpenReady({.nSeconds = 20});
+  AddEntries(10);
+  auto* pOnePass = m_pFixture->Dialog().findChild<QCheckBox*>("checkOnePass");
+  pOnePass->click();
+  QCOMPARE(m_pFixture->Text(1027), QString("Maximum entries: 1000, current: 10"));
+  m_pFixture->Click(1018);
+  WaitForEnd();
+  QTest::qWait(300);  // time enough for a question about the next batch
+  QVERIFY(m_pFixture->Answers().Shown().empty());
+  QCOMPARE(OutputNames().size(), 10);
+  for (const QString& name : OutputNames()) QCOMPARE(CheckOutput(name, 10'000), 20.0);
+  pOnePass->click();
+  QCOMPARE(m_pFixture->Text(1027), QString("Maximum entries: 8, current: 10"));
+}
+
+void DialogJobTest::OnePassCountsFromTheNextStartOn() {
+  m_pFixture->OpenReady({.nSeconds = 20});
+  AddEntries(10);
+  m_pFixture->Answers().Give(QMessageBox::Yes);  // too many
+  m_pFixture->Click(1018);
+  auto* pOnePass = m_pFixture->Dialog().findChild<QCheckBox*>("checkOnePass");
+  QVERIFY(IsRunning() && !pOnePass->isEnabled());
+  QTRY_VERIFY_WITH_TIMEOUT(pOnePass->isEnabled(), 300'000);
+  pOnePass->click();  // before the question about the next batch, which counted by the old maximum
+  QTest::qWait(300);
+  QCOMPARE(m_pFixture->Answers().Shown().size(), std::size_t{1});
+  QCOMPARE(m_pFixture->List().RowCount(), 10);
+  m_pFixture->Answers().Give(QMessageBox::No);  // leave what exists
+  m_pFixture->Click(1018);
+  WaitForEnd();
+  QCOMPARE(OutputNames().size(), 10);
 }
 
 void DialogJobTest::AnsweringNoToTooManyEntriesStartsNothing() {
@@ -260,7 +341,9 @@ void DialogJobTest::AMissingOutputFolderIsTold() {
   AddEntries(1);
   m_pFixture->Answers().Give(QMessageBox::Ok);
   m_pFixture->Click(1018);
-  CompareBox(Box(0), "Start", QString::fromStdString(m_pFixture->Folder() / "none") + ": " + test::MissingReason(),
+  CompareBox(Box(0), "Start",
+             QString::fromStdString(m_pFixture->Folder() / "none") + ": " + test::MissingReason() +
+                 "\n\nCreate the folder or connect its disk, or choose another folder for the entries.",
              QMessageBox::Critical, QMessageBox::Ok);
   QVERIFY(!IsRunning());
 }

@@ -22,12 +22,15 @@ class DialogOutcomeTest : public QObject {
 
   void AGoodJobSaysSo();
   void AFailedOutputIsNamedInTheBoxTheListAndTheLine();
+  void AFailedReadOfALaterFileIsTheReasonOfWhatStillNeededIt_data();
+  void AFailedReadOfALaterFileIsTheReasonOfWhatStillNeededIt();
   void WhenNothingIsWrittenThatIsSaid();
   void AStoppedJobTellsHowManyAreComplete();
   void AStoppedJobNamesWhatHadFailed();
   void ExistingOutputsThatAreLeftOutAreCounted();
   void AllExistingOutputsAreCounted();
   void WhatFailedStaysWhenTheUserContinues();
+  void WhatTheUserDoesNotContinueWithIsCounted();
   void AnotherStartRunsWhatFailedInEarlierBatches();
   void StatesStayWithTheirRowsUntilTheInputChanges();
   void TheOutcomeHasItsPlaceFromTheBeginning();
@@ -117,14 +120,56 @@ void DialogOutcomeTest::AFailedOutputIsNamedInTheBoxTheListAndTheLine() {
   CheckFailureBox(Box(1));
   QVERIFY2(Box(1).text.startsWith("1 of 3 outputs failed:\n\n" + m_pFixture->Row(1)[4] + ": "),
            qPrintable(Box(1).text));
-  const QString reason = Box(1).text.section(".wav: ", 1);
+  const QString reason = Box(1).text.section(".wav: ", 1).section("\n\n", 0, 0);
+  QVERIFY(Box(1).text.endsWith("\n\nWhat failed stays on the list: put the cause right, and press Start again."));
   QVERIFY(!reason.isEmpty());
   QCOMPARE(State(0), QString("done"));
   QCOMPARE(State(1), "failed: " + reason);
   QCOMPARE(State(2), QString("done"));
-  const QTreeWidgetItem* item = m_pFixture->List().topLevelItem(1);
-  QCOMPARE(item->toolTip(5), "failed: " + reason);
-  QCOMPARE(item->data(5, Qt::AccessibleTextRole).toString(), "failed: " + reason);
+  const QModelIndex cell = m_pFixture->List().model()->index(1, 5);
+  QCOMPARE(cell.data(Qt::ToolTipRole).toString(), "failed: " + reason);
+  QCOMPARE(cell.data(Qt::AccessibleTextRole).toString(), "failed: " + reason);
+}
+
+void DialogOutcomeTest::AFailedReadOfALaterFileIsTheReasonOfWhatStillNeededIt_data() {
+  QTest::addColumn<bool>("gone");
+  QTest::newRow("gone") << true;
+  QTest::newRow("shorter than it was") << false;
+}
+
+void DialogOutcomeTest::AFailedReadOfALaterFileIsTheReasonOfWhatStillNeededIt() {
+  QFETCH(bool, gone);
+  m_pFixture->Open();
+  const std::string first = m_pFixture->WriteInput({.nSeconds = 20}, "set 000.wav");
+  const std::string second = m_pFixture->WriteInput(
+      {.tStart = test::kRecordingStart + 20, .nSeconds = 20, .strFirstFile = "set 000.wav"}, "set 001.wav");
+  m_pFixture->SetPath(1000, first);
+  m_pFixture->SetPath(1009, m_pFixture->OutputFolder());
+  QCOMPARE(m_pFixture->Text(1004), QString("2 "));
+  m_pFixture->Choose(1014, "One file (RF64)");
+  AddEntries(1);
+  // Another one that ends within the first file.
+  m_pFixture->SetFrequency(7'110'000);
+  m_pFixture->Click(1087);
+  m_pFixture->Pick(1106, 1104, QDateTime::fromSecsSinceEpoch(test::kRecordingStart + 10, Qt::UTC));
+  m_pFixture->Click(1015);
+  QCOMPARE(m_pFixture->List().RowCount(), 2);
+
+  if (gone) {
+    std::filesystem::remove(test::PathOf(second));
+  } else {
+    std::filesystem::resize_file(test::PathOf(second), 1'000'000);
+  }
+  m_pFixture->Answers().Give(QMessageBox::Ok);
+  Run();
+  QCOMPARE(Line().text(), QString("1 of 2 outputs written, 1 failed"));
+  CheckFailureBox(Box(0));
+  QVERIFY2(Box(0).text.startsWith("1 of 2 outputs failed:\n\n" + m_pFixture->Row(0)[4] + ": ") &&
+               Box(0).text.contains("set 001.wav"),
+           qPrintable(Box(0).text));
+  QVERIFY2(State(0).startsWith("failed: ") && State(0).contains("set 001.wav"), qPrintable(State(0)));
+  QCOMPARE(State(1), QString("done"));
+  QVERIFY(m_pFixture->Log().filter("[ERROR]").join('\n').contains("set 001.wav"));
 }
 
 void DialogOutcomeTest::WhenNothingIsWrittenThatIsSaid() {
@@ -219,6 +264,20 @@ void DialogOutcomeTest::WhatFailedStaysWhenTheUserContinues() {
   QCOMPARE(log.count("Ready"), 1);
 }
 
+void DialogOutcomeTest::WhatTheUserDoesNotContinueWithIsCounted() {
+  OpenReady();
+  AddEntries(21);
+  for (const auto answer : {QMessageBox::Yes, QMessageBox::Yes, QMessageBox::Yes, QMessageBox::No}) {
+    m_pFixture->Answers().Give(answer);  // too many, continue, still too many, enough
+  }
+  m_pFixture->Click(1018);
+  QTRY_COMPARE_WITH_TIMEOUT(m_pFixture->Answers().Shown().size(), std::size_t{4}, 300'000);
+  QTRY_COMPARE(Line().text(), QString("16 of 21 outputs written, 5 not begun"));
+  QCOMPARE(m_pFixture->List().RowCount(), 13);
+  QCOMPARE(State(7), QString("done"));
+  QCOMPARE(State(8), QString());
+}
+
 void DialogOutcomeTest::AnotherStartRunsWhatFailedInEarlierBatches() {
   OpenReady();
   AddEntries(9);
@@ -253,7 +312,7 @@ void DialogOutcomeTest::StatesStayWithTheirRowsUntilTheInputChanges() {
   QCOMPARE(State(1), QString("done"));
   QCOMPARE(State(2), failed);
   // What is removed and added again has not been run.
-  m_pFixture->List().topLevelItem(1)->setSelected(true);
+  m_pFixture->List().SelectRows({1});
   m_pFixture->Click(1025);
   m_pFixture->SetFrequency(7'100'000);
   m_pFixture->Click(1015);
@@ -318,7 +377,7 @@ void DialogOutcomeTest::SpeedAndTimeLeftAreShownDuringARunOnly() {
   QCOMPARE(Rate().text(), QString());  // not known yet
   const QRegularExpression pattern("^\\d+\\.\\d MB/s, (\\d+:)?\\d+:\\d\\d left$");
   QTRY_VERIFY_WITH_TIMEOUT(pattern.match(Rate().text()).hasMatch(), 120'000);
-  QVERIFY(Rate().isVisible() && Rate().width() >= Rate().sizeHint().width());
+  QTRY_VERIFY(Rate().isVisible() && Rate().width() >= Rate().sizeHint().width());  // once the layout has settled
   m_pFixture->Click(1019);
   QCOMPARE(Rate().text(), QString());
   QTest::qWait(400);
@@ -334,10 +393,12 @@ void DialogOutcomeTest::TheListCanBeReadAndScrolledDuringARun() {
   const QPalette before = QApplication::palette();
   QApplication::setPalette(palette);
   OpenForALongRun(60);
+  CMyMFCListCtrl& list = m_pFixture->List();
+  list.clearSelection();
+  list.scrollToTop();
   m_pFixture->Answers().Give(QMessageBox::Yes);
   m_pFixture->Click(1018);
   QVERIFY(IsRunning());
-  CMyMFCListCtrl& list = m_pFixture->List();
   QScrollBar* pBar = list.verticalScrollBar();
   QVERIFY(pBar->maximum() > 0);
   list.horizontalScrollBar()->setValue(0);

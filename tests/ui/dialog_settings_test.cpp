@@ -1,6 +1,9 @@
+#include <QAction>
+#include <QCheckBox>
 #include <ctime>
 
 #include "ui/dialog_fixture.h"
+#include "ui/job_menu.h"
 #include "ui/ui_test.h"
 
 namespace carvello {
@@ -15,6 +18,8 @@ class DialogSettingsTest : public QObject {
   void cleanup() { m_pFixture.reset(); }
 
   void UtcIsOnByDefaultAndSavedWhenClicked();
+  void OnePassIsOffByDefaultSavedWhenClickedAndReadAtStartUp();
+  void CountingFramesIsOffByDefaultSavedWhenChosenAndReadAtStartUp();
   void UtcIsReadAtStartUp();
   void InputFileIsSavedAfterASuccessfulSelectionOnly();
   void InputFileIsSelectedAtStartUp();
@@ -53,6 +58,43 @@ void DialogSettingsTest::UtcIsOnByDefaultAndSavedWhenClicked() {
   QCOMPARE(Read("UTC", 7), 0);
   m_pFixture->Click(1034);
   QCOMPARE(Read("UTC", 7), 1);
+}
+
+void DialogSettingsTest::OnePassIsOffByDefaultSavedWhenClickedAndReadAtStartUp() {
+  const auto box = [this] { return m_pFixture->Dialog().findChild<QCheckBox*>("checkOnePass"); };
+  m_pFixture->OpenReady();
+  QVERIFY(box() != nullptr && !box()->isChecked());
+  QVERIFY(!IsSaved("OnePass"));
+  box()->click();
+  QCOMPARE(Read("OnePass", 7), 1);
+  m_pFixture->Open();
+  QVERIFY(box()->isChecked());
+  QVERIFY(m_pFixture->Text(1027).startsWith("Maximum entries: 1000, current: 0"));
+  QVERIFY(m_pFixture->Log().contains("Processors: 2, max entries: 1000"));
+  box()->click();
+  QCOMPARE(Read("OnePass", 7), 0);
+  m_pFixture->Open();
+  QVERIFY(!box()->isChecked());
+}
+
+void DialogSettingsTest::CountingFramesIsOffByDefaultSavedWhenChosenAndReadAtStartUp() {
+  const auto choice = [this]() -> QAction* {
+    for (QAction* pAction : m_pFixture->Dialog().findChild<CJobMenu*>()->actions()) {
+      if (pAction->text().remove('&') == "Count Frames in RF64 Files") return pAction;
+    }
+    return nullptr;
+  };
+  m_pFixture->OpenReady();
+  QVERIFY(choice() != nullptr && choice()->isCheckable() && !choice()->isChecked());
+  QVERIFY(!IsSaved("Ds64Frames"));
+  choice()->trigger();
+  QCOMPARE(Read("Ds64Frames", 7), 1);
+  m_pFixture->Open();
+  QVERIFY(choice()->isChecked());
+  choice()->trigger();
+  QCOMPARE(Read("Ds64Frames", 7), 0);
+  m_pFixture->Open();
+  QVERIFY(!choice()->isChecked());
 }
 
 void DialogSettingsTest::UtcIsReadAtStartUp() {
@@ -124,6 +166,7 @@ void DialogSettingsTest::ChoicesAreSavedOnAddOnly() {
   QCOMPARE(Read("Format", -1), 0);
   QCOMPARE(Read("SampleSize", -1), 1);
   QCOMPARE(Read("CentreFreq", std::int64_t{-1}), std::int64_t{7'123'456});
+  QVERIFY(!IsSaved("BandwidthTyped"));
   m_pFixture->Choose(1014, "1 GB");
   m_pFixture->Click(1012);
   m_pFixture->Click(1015);

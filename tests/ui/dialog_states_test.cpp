@@ -37,6 +37,7 @@ void DialogStatesTest::CompareAll(const SDialogState& state) {
     QVERIFY2(control->isEnabled() == IsControlEnabled(id, state), qPrintable(control->objectName()));
     ++compared;
   }
+  QCOMPARE(m_pFixture->Dialog().findChild<QWidget*>("checkOnePass")->isEnabled(), IsControlEnabled(1027, state));
   QCOMPARE(compared, 45);  // the table, and two browse buttons
 }
 
@@ -52,9 +53,13 @@ void DialogStatesTest::FollowsTheUserFromStartToARowSelected() {
   CompareAll(state);
   m_pFixture->Click(1015);
   state.bHasRows = true;
+  state.bRowSelected = true;  // the one that was added
+  CompareAll(state);
+  m_pFixture->List().clearSelection();
+  state.bRowSelected = false;
   CompareAll(state);
   QTest::mouseClick(m_pFixture->List().viewport(), Qt::LeftButton, {},
-                    m_pFixture->List().visualItemRect(m_pFixture->List().topLevelItem(0)).center());
+                    m_pFixture->List().visualRect(m_pFixture->List().model()->index(0, 0)).center());
   state.bRowSelected = true;
   CompareAll(state);
   m_pFixture->Click(1025);

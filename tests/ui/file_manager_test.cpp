@@ -6,6 +6,7 @@
 
 #include "ui/dialog_fixture.h"
 #include "ui/ui_test.h"
+#include "ui/ways_out.h"
 
 namespace carvello {
 
@@ -130,8 +131,10 @@ void FileManagerTest::AFolderThatNoProgramOpensIsTold() {
   QVERIFY(m_pFixture->Answers().AllUsed());
   const test::SShownBox& box = m_pFixture->Answers().Shown().front();
   QCOMPARE(box.caption, QString("Open Folder"));
-  QCOMPARE(box.text, QString("Error processing \"%1\" -\n \n%2")
-                         .arg(QString::fromStdString(m_pFixture->OutputFolder()), test::CNoOpener::Reasons().first()));
+  QCOMPARE(box.text, QString("Error processing \"%1\" -\n \n%2\n\n%3")
+                         .arg(QString::fromStdString(m_pFixture->OutputFolder()), test::CNoOpener::Reasons().first(),
+                              QString::fromStdString(WayOutOfOpening(0))));
+  QVERIFY(box.text.contains("xdg-utils"));
   QCOMPARE(box.icon, QMessageBox::Critical);
   QCOMPARE(box.buttons, QMessageBox::Ok);
 }

@@ -18,6 +18,7 @@
 #include "support/temp_folder.h"
 #include "ui/answers.h"
 #include "ui/file_manager.h"
+#include "ui/patient_work.h"
 #include "ui/ui_test.h"
 
 // What the program calls the shell through.
@@ -99,6 +100,7 @@ class FileManagerTest : public QObject {
  private:
   const test::CTempFolder m_folder;
   QWidget m_parent;
+  CPatientWork m_work{std::chrono::minutes(10)};
   qsizetype m_nOpenedBefore = 0;
 };
 
@@ -112,7 +114,7 @@ void FileManagerTest::AFileIsSelectedInItsFolder() {
   const CReplacedImport select(__imp_SHOpenFolderAndSelectItems, &NoteSelection);
   const std::string path = m_folder / "a 50 % \xE6\x97\xA5 recording #1.wav";
   test::WriteWholeFile(path, "abc");
-  ShowFileInFolder(&m_parent, path);
+  ShowFileInFolder(&m_parent, path, m_work);
   QCOMPARE(g_selections.size(), std::size_t{1});
   QVERIFY(IsSameFile(g_selections[0].path, path));
   QCOMPARE(g_selections[0].nItems, 0U);  // the item itself, and none in it
@@ -127,7 +129,7 @@ void FileManagerTest::AFileNamedFromTheCurrentFolderIsSelectedToo() {
   test::WriteWholeFile(path, "abc");
   const QString before = QDir::currentPath();
   QVERIFY(QDir::setCurrent(QString::fromStdString(m_folder.Path())));
-  ShowFileInFolder(&m_parent, "rec.wav");
+  ShowFileInFolder(&m_parent, "rec.wav", m_work);
   QVERIFY(QDir::setCurrent(before));
   QCOMPARE(g_selections.size(), std::size_t{1});
   QVERIFY(IsSameFile(g_selections[0].path, path));
@@ -137,7 +139,7 @@ void FileManagerTest::AFileBeyond260CharactersIsSelectedByItsShortName() {
   const std::string folder = m_folder / std::string(100, 'd');
   test::WriteWholeFile(m_folder / "item", "");
   std::filesystem::create_directory(test::PathOf(folder));
-  const std::string path = platform::JoinPath(folder, std::string(200, 'n') + ".wav");
+  const std::string path = platform::JoinPath(folder, std::string(200, 'n').append(".wav"));
   CFile file;
   QVERIFY(file.Open(path, platform::EOpenMode::Replace));
   QVERIFY(file.Close());
@@ -146,7 +148,7 @@ void FileManagerTest::AFileBeyond260CharactersIsSelectedByItsShortName() {
   {
     const CReplacedImport name(__imp_ILCreateFromPathW, &NameShortPaths);
     const CReplacedImport select(__imp_SHOpenFolderAndSelectItems, &NoteSelection);
-    ShowFileInFolder(&m_parent, path);
+    ShowFileInFolder(&m_parent, path, m_work);
   }
   ILFree(g_item);
   if (GetShortPathNameW(platform::WidePath(path).c_str(), nullptr, 0) < MAX_PATH) {
@@ -166,7 +168,7 @@ void FileManagerTest::WithoutASelectionTheFolderIsOpened() {
   g_selectResult = E_FAIL;
   const std::string path = m_folder / "rec.wav";
   test::WriteWholeFile(path, "abc");
-  ShowFileInFolder(&m_parent, path);
+  ShowFileInFolder(&m_parent, path, m_work);
   QTRY_COMPARE(test::OpenedPaths().size(), m_nOpenedBefore + 1);
   QCOMPARE(test::OpenedPaths().last(), QString::fromStdString(m_folder.Path()));
   QCOMPARE(g_selections.size(), std::size_t{1});
@@ -174,7 +176,7 @@ void FileManagerTest::WithoutASelectionTheFolderIsOpened() {
 
 void FileManagerTest::TheFolderOfAFileThatIsGoneIsOpened() {
   const CReplacedImport select(__imp_SHOpenFolderAndSelectItems, &NoteSelection);
-  ShowFileInFolder(&m_parent, m_folder / "gone.wav");
+  ShowFileInFolder(&m_parent, m_folder / "gone.wav", m_work);
   QTRY_COMPARE(test::OpenedPaths().size(), m_nOpenedBefore + 1);
   QCOMPARE(test::OpenedPaths().last(), QString::fromStdString(m_folder.Path()));
   QCOMPARE(g_selections.size(), std::size_t{0});
@@ -183,7 +185,7 @@ void FileManagerTest::TheFolderOfAFileThatIsGoneIsOpened() {
 void FileManagerTest::AFileWhoseFolderIsGoneIsTold() {
   test::CAnswers answers;
   answers.Give(QMessageBox::Ok);
-  ShowFileInFolder(&m_parent, m_folder / "gone\\rec.wav");
+  ShowFileInFolder(&m_parent, m_folder / "gone\\rec.wav", m_work);
   QVERIFY(answers.AllUsed());
   QCOMPARE(answers.Shown()[0].caption, QString("Open Folder"));
   const std::string begin = ShellOpenErrorText(m_folder / "gone", "");

@@ -133,7 +133,7 @@ void FrequencyTextTest::ParsesWhatPeopleWrite_data() {
 void FrequencyTextTest::ParsesWhatPeopleWrite() {
   QFETCH(QString, text);
   QFETCH(qint64, frequency);
-  const auto parsed = ParseFrequency(text.toStdString());
+  const auto parsed = ReadFrequency(text.toStdString());
   QVERIFY(parsed.has_value());
   QCOMPARE(qint64{*parsed}, frequency);
 }
@@ -170,7 +170,7 @@ void FrequencyTextTest::RefusesWhatIsNoFrequency_data() {
 
 void FrequencyTextTest::RefusesWhatIsNoFrequency() {
   QFETCH(QString, text);
-  QVERIFY(!ParseFrequency(text.toStdString()).has_value());
+  QVERIFY(!ReadFrequency(text.toStdString()).has_value());
 }
 
 }  // namespace carvello

@@ -1,6 +1,8 @@
 #include "ui/message_boxes.h"
 
 #include <QApplication>
+#include <QLabel>
+#include <QScreen>
 
 #include "ui/answers.h"
 #include "ui/ui_test.h"
@@ -21,6 +23,7 @@ class MessageBoxesTest : public QObject {
   void EscapeIsTheMostHarmlessAnswer();
   void ShowsMarkupInATextAsItStands();
   void EscapesWhatWouldBeObeyed();
+  void IsNoWiderThanTheScreenWhateverItNames();
 };
 
 void MessageBoxesTest::ShowsCaptionTextIconAndButtons_data() {
@@ -103,6 +106,27 @@ void MessageBoxesTest::EscapesWhatWouldBeObeyed() {
   answers.Give(QMessageBox::Ok);
   ShowMessageBox(nullptr, {"Start", "a\u202Egpj.exe\n\x1B", EButtons::Ok, EIcon::Stop});
   QCOMPARE(answers.Shown()[0].text, QString("a\\u202Egpj.exe\n\\x1B"));
+}
+
+void MessageBoxesTest::IsNoWiderThanTheScreenWhateverItNames() {
+  const std::string path = "/" + std::string(1500, 'x') + "/a.wav";
+  CAnswers answers;
+  answers.Give(QMessageBox::Ok);
+  QRect box, screen, text;
+  int needed = 0;
+  QTimer::singleShot(0, this, [&] {
+    const QWidget* pBox = QApplication::activeModalWidget();
+    const auto* pLabel = pBox->findChild<QLabel*>("qt_msgbox_label");
+    box = pBox->geometry();
+    screen = pBox->screen()->availableGeometry();
+    text = pLabel->geometry();
+    needed =
+        pLabel->fontMetrics().boundingRect(QRect(0, 0, text.width(), 0), Qt::TextWrapAnywhere, pLabel->text()).height();
+  });
+  ShowMessageBox(nullptr, {"Carvello", "1 of 1 outputs failed:\n\n" + path, EButtons::Ok, EIcon::Stop});
+  QVERIFY(!text.isEmpty());
+  QVERIFY2(box.width() <= screen.width(), qPrintable(QString::number(box.width())));
+  QVERIFY2(text.height() >= needed && text.right() < box.width(), qPrintable(QString::number(text.height())));
 }
 
 void MessageBoxesTest::ShowsMarkupInATextAsItStands() {

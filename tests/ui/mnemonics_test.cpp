@@ -1,9 +1,12 @@
 #include "ui/mnemonics.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QVBoxLayout>
 
 #include "ui/my_masked_edit.h"
@@ -20,6 +23,7 @@ class MnemonicsTest : public QObject {
   void ADisabledButtonDoesNothing();
   void ACheckBoxChangesAndTakesTheFocus();
   void AFieldBeginsAnewAlsoWhenItHasTheFocus();
+  void NoFieldTakesTheLetterOfADisabledButton();
 
  private:
   std::unique_ptr<QDialog> m_pDialog;
@@ -75,6 +79,26 @@ void MnemonicsTest::AFieldBeginsAnewAlsoWhenItHasTheFocus() {
   QVERIFY(!m_pField->hasSelectedText());
   QTest::keyClick(m_pDialog.get(), Qt::Key_C, Qt::AltModifier);
   QCOMPARE(m_pField->selectedText(), m_pField->text());
+}
+
+void MnemonicsTest::NoFieldTakesTheLetterOfADisabledButton() {
+  m_pButton->setEnabled(false);
+  QLineEdit path(m_pDialog.get());
+  QComboBox bandwidth(m_pDialog.get());
+  bandwidth.setEditable(true);
+  QSpinBox number(m_pDialog.get());
+  QDialog& dialog = *m_pDialog;
+  MakeMnemonicsImmediate(dialog);
+  for (QWidget* pField : std::initializer_list<QWidget*>{&path, &bandwidth, &number}) {
+    pField->show();
+    pField->setFocus();
+    QTest::keyClick(pField, Qt::Key_7, Qt::AltModifier, 0);
+    QTest::keyClick(pField, Qt::Key_A, Qt::AltModifier, 0);
+    QTest::keyClick(pField, Qt::Key_1);
+  }
+  QCOMPARE(path.text(), QString("1"));
+  QCOMPARE(bandwidth.currentText(), QString("1"));
+  QCOMPARE(number.text(), QString("10"));  // before the 0 that it held
 }
 
 }  // namespace carvello

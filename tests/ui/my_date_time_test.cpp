@@ -24,6 +24,10 @@ class MyDateTimeTest : public QObject {
   void ReadsTheStartBackExactlyWhenClocksChangeWithinHours();
   void TakesTheOffsetAtTheRecordingsStart();
   void ReadsWhatIsTyped();
+  void TypingOverASelectionBeginsAnew_data();
+  void TypingOverASelectionBeginsAnew();
+  void ADateTypedOverASelectionMayLieInAnotherMonth_data();
+  void ADateTypedOverASelectionMayLieInAnotherMonth();
   void ReadsTheArrows();
   void OffersTheDatesOfTheRecording();
   void ShowsFourDigitsOfTheYear();
@@ -153,6 +157,61 @@ void MyDateTimeTest::ReadsWhatIsTyped() {
   QTest::keyClicks(m_pTime.get(), "081530");
   QCOMPARE(m_pTime->time(), QTime(8, 15, 30));
   QCOMPARE(m_pPickers->Get(true, kWinter), kWinter - 23 * kHour - 59 * 60 + 8 * kHour + 15 * 60 + 30);
+}
+
+void MyDateTimeTest::TypingOverASelectionBeginsAnew_data() {
+  QTest::addColumn<int>("from");
+  QTest::addColumn<int>("length");
+  QTest::addColumn<QString>("typed");
+  QTest::addColumn<QTime>("time");
+  QTest::newRow("all, digits") << 0 << 8 << "235901" << QTime(23, 59, 1);
+  QTest::newRow("all, with colons") << 0 << 8 << "23:59:01" << QTime(23, 59, 1);
+  QTest::newRow("all, a short hour") << 0 << 8 << "7:05:09" << QTime(7, 5, 9);
+  QTest::newRow("all, the hour alone") << 0 << 8 << "9" << QTime(9, 34, 56);
+  QTest::newRow("hours and minutes") << 0 << 5 << "1820" << QTime(18, 20, 56);
+  QTest::newRow("minutes and seconds in part") << 4 << 3 << "1807" << QTime(12, 18, 7);
+}
+
+void MyDateTimeTest::TypingOverASelectionBeginsAnew() {
+  QFETCH(int, from);
+  QFETCH(int, length);
+  QFETCH(QString, typed);
+  QFETCH(QTime, time);
+  m_pTime->setTime(QTime(12, 34, 56));
+  m_pTime->findChild<QLineEdit*>()->setSelection(from, length);
+  QTest::keyClicks(m_pTime.get(), typed);
+  QCOMPARE(m_pTime->time(), time);
+}
+
+void MyDateTimeTest::ADateTypedOverASelectionMayLieInAnotherMonth_data() {
+  QTest::addColumn<QString>("format");
+  QTest::addColumn<QString>("typed");
+  QTest::addColumn<QDate>("date");
+  QTest::newRow("points") << "dd.MM.yyyy"
+                          << "31.10.2020" << QDate(2020, 10, 31);
+  QTest::newRow("short") << "dd.MM.yyyy"
+                         << "2.11.2020" << QDate(2020, 11, 2);
+  QTest::newRow("digits") << "dd.MM.yyyy"
+                          << "31102020" << QDate(2020, 10, 31);
+  QTest::newRow("the month first") << "MM/dd/yyyy"
+                                   << "10/31/2020" << QDate(2020, 10, 31);
+  QTest::newRow("a name") << "d MMM yyyy"
+                          << "31 Oct 2020" << QDate(2020, 10, 31);
+  QTest::newRow("the year first") << "dd.MM.yyyy"
+                                  << "2020-10-31" << QDate(2020, 10, 31);
+}
+
+void MyDateTimeTest::ADateTypedOverASelectionMayLieInAnotherMonth() {
+  QFETCH(QString, format);
+  QFETCH(QString, typed);
+  QFETCH(QDate, date);
+  m_pDate->setLocale(QLocale::c());
+  m_pDate->setDisplayFormat(format);
+  m_pDate->setDateRange(QDate(2020, 10, 30), QDate(2020, 11, 3));
+  m_pDate->setDate(QDate(2020, 11, 1));
+  QTest::keySequence(m_pDate.get(), QKeySequence::SelectAll);
+  QTest::keyClicks(m_pDate.get(), typed);
+  QCOMPARE(m_pDate->date(), date);
 }
 
 void MyDateTimeTest::ReadsTheArrows() {

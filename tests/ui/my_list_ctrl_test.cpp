@@ -1,9 +1,14 @@
 #include "ui/my_list_ctrl.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLineEdit>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include "ui/readable_colours.h"
@@ -32,12 +37,19 @@ class MyListCtrlTest : public QObject {
   void SelectsAllByKey();
   void TellsOfTheDeleteKey();
   void NewRowsAreNotSelected();
+  void TheKeyboardGoesOnBetweenRowsWithoutSelectingAny();
+  void AsksToEditTheRowOfADoubleClickEnterOrF2();
+  void CopiesSelectedRowsAsLinesWithTabs();
   void SizesEveryColumnToContentsAndHeader();
   void SizesColumnsAnewForAnotherFont();
   void TellsTheWholeTextOfANarrowColumn();
+  void ToolTipsShowTextsAsTheyStandAndStayOnTheScreen_data();
+  void ToolTipsShowTextsAsTheyStandAndStayOnTheScreen();
+  void WhatTheListHasNoRoomForIsLeftOutInItsMiddle();
   void CannotBeEdited();
   void TakesThousandsOfRows();
   void TheLastCellTellsInAColourAndInFull();
+  void TheLastCellTellsInBriefWhatItHasNoRoomFor();
   void TheLastColumnGrowsToALimitAndStaysInView();
   void IsReadableInEveryThemeAlsoWhileItIsDisabled_data();
   void IsReadableInEveryThemeAlsoWhileItIsDisabled();
@@ -45,8 +57,12 @@ class MyListCtrlTest : public QObject {
   void SelectsAndDeletesNothingWhileItIsDisabled();
 
  private:
+  QString Data(int row, int column, int role) const {
+    return m_pList->model()->index(row, column).data(role).toString();
+  }
+
   void Click(int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    const QRect cell = m_pList->visualItemRect(m_pList->topLevelItem(row));
+    const QRect cell = m_pList->visualRect(m_pList->model()->index(row, 0));
     QTest::mouseClick(m_pList->viewport(), Qt::LeftButton, modifiers, {cell.left() + 10, cell.center().y()});
   }
 
@@ -62,20 +78,20 @@ void MyListCtrlTest::init() {
 }
 
 void MyListCtrlTest::ShowsRowsInTheirOrder() {
-  QCOMPARE(m_pList->columnCount(), 6);
+  QCOMPARE(m_pList->ColumnCount(), 6);
   QCOMPARE(m_pList->RowCount(), 4);
-  QCOMPARE(m_pList->headerItem()->text(4), "Filename");
-  QCOMPARE(m_pList->topLevelItem(0)->text(0), "3.500.000");
-  QCOMPARE(m_pList->topLevelItem(3)->text(0), "28.400.000");
-  QCOMPARE(m_pList->topLevelItem(3)->text(5), "");
+  QCOMPARE(m_pList->Title(4), "Filename");
+  QCOMPARE(m_pList->Cell(0, 0), "3.500.000");
+  QCOMPARE(m_pList->Cell(3, 0), "28.400.000");
+  QCOMPARE(m_pList->Cell(3, 5), "");
 }
 
 void MyListCtrlTest::SelectsWholeRowsAndSeveral() {
   QVERIFY(!m_pList->HasSelection());
-  const QSignalSpy changes(m_pList.get(), &QTreeWidget::itemSelectionChanged);
+  const QSignalSpy changes(m_pList.get(), &CMyMFCListCtrl::itemSelectionChanged);
   Click(2);
   QCOMPARE(m_pList->SelectedRows(), std::vector<std::size_t>{2});
-  QVERIFY(m_pList->topLevelItem(2)->isSelected());
+  QVERIFY(m_pList->selectionModel()->isRowSelected(2, {}));
   Click(0, Qt::ControlModifier);
   QCOMPARE(m_pList->SelectedRows(), (std::vector<std::size_t>{0, 2}));
   Click(3, Qt::ShiftModifier);
@@ -104,6 +120,55 @@ void MyListCtrlTest::NewRowsAreNotSelected() {
   QVERIFY(!m_pList->HasSelection());
   QVERIFY(m_pList->SelectedRows().empty());
   QVERIFY(m_pList->updatesEnabled());
+}
+
+void MyListCtrlTest::TheKeyboardGoesOnBetweenRowsWithoutSelectingAny() {
+  m_pList->GoBefore(2);
+  QVERIFY(!m_pList->HasSelection());
+  QTest::keyClick(m_pList.get(), Qt::Key_Down);
+  QCOMPARE(m_pList->SelectedRows(), std::vector<std::size_t>{2});
+  m_pList->GoBefore(2);
+  QTest::keyClick(m_pList.get(), Qt::Key_Up);
+  QCOMPARE(m_pList->SelectedRows(), std::vector<std::size_t>{1});
+  m_pList->GoBefore(0);
+  m_pList->clearSelection();
+  m_pList->GoBefore(0);
+  QTest::keyClick(m_pList.get(), Qt::Key_Down);
+  QCOMPARE(m_pList->SelectedRows(), std::vector<std::size_t>{0});
+  m_pList->GoBefore(4);  // behind the last
+  QTest::keyClick(m_pList.get(), Qt::Key_Up);
+  QCOMPARE(m_pList->SelectedRows(), std::vector<std::size_t>{2});
+}
+
+void MyListCtrlTest::AsksToEditTheRowOfADoubleClickEnterOrF2() {
+  const QSignalSpy spy(m_pList.get(), &CMyMFCListCtrl::EditPressed);
+  QTest::keyClick(m_pList.get(), Qt::Key_F2);  // no row is selected
+  QCOMPARE(spy.count(), 0);
+  Click(1);
+  QTest::keyClick(m_pList.get(), Qt::Key_F2);
+  QTest::keyClick(m_pList.get(), Qt::Key_Return);
+  const QPoint spot = m_pList->visualRect(m_pList->model()->index(3, 0)).center();
+  QTest::mouseDClick(m_pList->viewport(), Qt::LeftButton, {}, spot);
+  QTest::mouseDClick(m_pList->viewport(), Qt::LeftButton, {}, {spot.x(), m_pList->viewport()->height() - 5});
+  QCOMPARE(spy.count(), 3);
+  QCOMPARE(spy[0][0].toInt(), 1);
+  QCOMPARE(spy[1][0].toInt(), 1);
+  QCOMPARE(spy[2][0].toInt(), 3);
+}
+
+void MyListCtrlTest::CopiesSelectedRowsAsLinesWithTabs() {
+  QStringList odd = Row("9.000.000");
+  odd[4] = "a\tb\nc";
+  m_pList->SetRows({Row("1.000.000"), odd, Row("2.000.000")});
+  m_pList->SelectRows({0, 1});
+  const QString line = "10 kHz\t2020-11-01 23:59:00z\t2020-11-02 00:59:00z\t";
+  const QString first = "1.000.000\t" + line + "2020-11-01 2359z, f=7.100 MHz.wav";
+  const QString second = "9.000.000\t" + line + "a b c";
+  QCOMPARE(m_pList->SelectedText(), first + "\n" + second + "\n");
+  m_pList->SetLastCell(1, {"done", ETone::Good});
+  QCOMPARE(m_pList->SelectedText(), first + "\t\n" + second + "\tdone\n");
+  QTest::keySequence(m_pList.get(), QKeySequence::Copy);
+  QCOMPARE(QApplication::clipboard()->text(), m_pList->SelectedText());
 }
 
 void MyListCtrlTest::SizesEveryColumnToContentsAndHeader() {
@@ -135,8 +200,58 @@ void MyListCtrlTest::SizesColumnsAnewForAnotherFont() {
 }
 
 void MyListCtrlTest::TellsTheWholeTextOfANarrowColumn() {
-  QCOMPARE(m_pList->topLevelItem(0)->toolTip(4), Row("")[4]);
+  QCOMPARE(Data(0, 4, Qt::ToolTipRole), Row("")[4]);
   QCOMPARE(m_pList->textElideMode(), Qt::ElideMiddle);
+}
+
+void MyListCtrlTest::ToolTipsShowTextsAsTheyStandAndStayOnTheScreen_data() {
+  QTest::addColumn<QString>("text");
+  QTest::newRow("plain") << "2020-11-01 2359z, f=7.100 MHz.wav";
+  QTest::newRow("markup") << "<b>x</b> &amp;  two blanks.wav";
+  QTest::newRow("without blanks") << "/" + QString(2000, 'x') + "/a.wav";
+  QTest::newRow("of large characters") << QString::fromUtf8("😀").repeated(500);
+}
+
+void MyListCtrlTest::ToolTipsShowTextsAsTheyStandAndStayOnTheScreen() {
+  QFETCH(QString, text);
+  QStringList row = Row("7.100.000");
+  row[4] = text;
+  m_pList->SetRows({row});
+  const QPoint spot = m_pList->visualRect(m_pList->model()->index(0, 4)).topLeft() + QPoint(5, 5);
+  QHelpEvent event(QEvent::ToolTip, spot, m_pList->viewport()->mapToGlobal(spot));
+  QApplication::sendEvent(m_pList->viewport(), &event);
+  const QWidget* pTip = test::ToolTipShown();
+  QVERIFY(pTip != nullptr);
+  QCOMPARE(test::ToolTipText(), text);
+  QVERIFY2(pTip->width() <= pTip->screen()->availableSize().width(), qPrintable(QString::number(pTip->width())));
+  QToolTip::hideText();
+}
+
+// The end of a name can be seen wherever the list ends.
+void MyListCtrlTest::WhatTheListHasNoRoomForIsLeftOutInItsMiddle() {
+  const QStringList row = Row("3.500.000");
+  const QRect whole = m_pList->visualRect(m_pList->model()->index(0, 4));
+  // The row with such a name, as it looks.
+  const auto picture = [&](const QString& name) {
+    QStringList other = row;
+    other[4] = name;
+    const int scrolled = m_pList->horizontalScrollBar()->value();
+    m_pList->SetRows({other});
+    m_pList->setColumnWidth(4, whole.width());
+    QCoreApplication::processEvents();
+    m_pList->horizontalScrollBar()->setValue(scrolled);
+    const QRect cell = m_pList->visualRect(m_pList->model()->index(0, 4));
+    return m_pList->viewport()->grab(QRect(0, cell.top(), m_pList->viewport()->width(), cell.height())).toImage();
+  };
+  const auto changed = [&](qsizetype at) { return QString(row[4]).replace(at, 2, "XX"); };
+  m_pList->resize(whole.left() + whole.width() / 2, 300);
+  const QImage shown = picture(row[4]);
+  QVERIFY(picture(changed(row[4].size() - 6)) != shown);  // what is near the end of the name is in view
+  QVERIFY(picture(changed(row[4].size() / 2)) == shown);  // and what is in its middle is not
+  // Scrolled to its end, the name begins where the list does.
+  m_pList->horizontalScrollBar()->setValue(whole.left() + whole.width() / 4);
+  const QImage scrolled = picture(row[4]);
+  QVERIFY(picture(changed(0)) != scrolled);
 }
 
 void MyListCtrlTest::CannotBeEdited() {
@@ -153,14 +268,38 @@ void MyListCtrlTest::TakesThousandsOfRows() {
 void MyListCtrlTest::TheLastCellTellsInAColourAndInFull() {
   const QSignalSpy changes(m_pList->model(), &QAbstractItemModel::dataChanged);
   m_pList->SetLastCell(1, {"failed: No space left on device", ETone::Bad});
-  QCOMPARE(m_pList->topLevelItem(1)->text(5), "failed: No space left on device");
-  QCOMPARE(m_pList->topLevelItem(1)->toolTip(5), "failed: No space left on device");
-  QCOMPARE(m_pList->topLevelItem(1)->data(5, Qt::AccessibleTextRole).toString(), "failed: No space left on device");
+  QCOMPARE(m_pList->Cell(1, 5), "failed: No space left on device");
+  QCOMPARE(Data(1, 5, Qt::ToolTipRole), "failed: No space left on device");
+  QCOMPARE(Data(1, 5, Qt::AccessibleTextRole), "failed: No space left on device");
   const auto told = changes.count();
   QVERIFY(told > 0);
   m_pList->SetLastCell(1, {"failed: No space left on device", ETone::Bad});
   m_pList->SetLastCell(0, {});
   QCOMPARE(changes.count(), told);  // what is there already costs nothing
+}
+
+void MyListCtrlTest::TheLastCellTellsInBriefWhatItHasNoRoomFor() {
+  const std::string whole = "failed: Error writing 4194304 bytes - No space left on device";
+  const std::string brief = "failed: No space left on device";
+  // Whether the cell looks as one that can tell nothing but this text.
+  const auto shows = [&](const std::string& text, int width) {
+    const auto picture = [&](const SToneText& cell) {
+      m_pList->SetLastCell(1, cell);
+      m_pList->setColumnWidth(5, width);
+      QCoreApplication::processEvents();
+      return m_pList->viewport()->grab(m_pList->visualRect(m_pList->model()->index(1, 5))).toImage();
+    };
+    return picture({text, ETone::Bad, ""}) == picture({whole, ETone::Bad, brief});
+  };
+  m_pList->resize(1600, 300);
+  m_pList->header()->setStretchLastSection(false);
+  const int room = m_pList->fontMetrics().horizontalAdvance(QString::fromStdString(whole)) + 20;
+  QVERIFY(shows(whole, room));
+  QVERIFY(!shows(brief, room));
+  QVERIFY(shows(brief, room - 40));
+  QVERIFY(!shows(whole, room - 40));
+  QCOMPARE(m_pList->Cell(1, 5).toStdString(), whole);
+  QCOMPARE(Data(1, 5, Qt::ToolTipRole).toStdString(), whole);
 }
 
 void MyListCtrlTest::TheLastColumnGrowsToALimitAndStaysInView() {

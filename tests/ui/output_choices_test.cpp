@@ -116,7 +116,8 @@ void OutputChoicesTest::OffersNothingWithoutARecording() {
 }
 
 void OutputChoicesTest::OffersThreeFileSizes() {
-  QCOMPARE(FileSizeChoices(), (std::vector<SChoice>{{"100 MB", 100}, {"1 GB", 1000}, {"One file (RF64)", 0}}));
+  QCOMPARE(FileSizeChoices(),
+           (std::vector<SChoice>{{"100 MB", 100}, {"1 GB", 1000}, {"One file (RF64)", 0}, {"SigMF", kSigMfChoice}}));
 }
 
 void OutputChoicesTest::OffersHoursAndMinutesWithinTheRecording_data() {

@@ -26,8 +26,8 @@ void WriteRecording(const std::string& path, const SRecordingSpec& spec) {
       "<?xml version=\"1.0\"?><SDR-XML-Root><Definition XMLLevel=\"XMLLevel003\" FirstFile=\"%s\" Filename=\"%s\" "
       "RadioModel=\"Test Radio\" RadioSerial=\"SN-0042\" ADFrequency=\"122880000\" BitsPerSample=\"%u\" "
       "BytesPerSecond=\"%u\" RadioCenterFreq=\"%lld\" SampleRate=\"%u\" UTCSeconds=\"%lld\" /></SDR-XML-Root>",
-      name.c_str(), name.c_str(), spec.nBitsPerSample, bytesPerSecond, static_cast<long long>(spec.nCentre),
-      spec.nSampleRate, static_cast<long long>(spec.tStart));
+      (spec.strFirstFile.empty() ? name : spec.strFirstFile).c_str(), name.c_str(), spec.nBitsPerSample, bytesPerSecond,
+      static_cast<long long>(spec.nCentre), spec.nSampleRate, static_cast<long long>(spec.tStart));
   const std::string chunks = Chunk("fmt ", Le16(1) + Le16(2) + Le32(spec.nSampleRate) + Le32(bytesPerSecond) +
                                                Le16(frameBytes) + Le16(spec.nBitsPerSample)) +
                              Chunk("auxi", Utf16Bytes(xml) + std::string(2, '\0')) + "data" + Le32(dataBytes);

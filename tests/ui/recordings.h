@@ -14,6 +14,7 @@ struct SRecordingSpec {
   std::int64_t tStart = kRecordingStart;
   std::int64_t nSeconds = 3600;
   std::uint32_t nBitsPerSample = 16;
+  std::string strFirstFile{};  // of the set that it is a later file of; empty for a first one
 };
 
 // A WAV file with XML metadata and zeros for samples, which takes hardly any disk.

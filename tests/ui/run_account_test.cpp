@@ -31,9 +31,12 @@ class RunAccountTest : public QObject {
   void NothingToDoTellsWhy();
   void WhatEndsUnfinishedHasFailed();
   void TheOutcomeIsThatOfAllBatches();
+  void WhatHasNotBegunIsTold();
   void ManyFailuresStayOnTheScreen();
   void AReasonIsOneLineWhateverItNames();
-  void EntriesThatAreGoneAreForgotten();
+  void InBriefAReasonIsItsCause();
+  void InBriefAReasonLeavesItsPathOut();
+  void OnlyEntriesOnTheListHaveNotBegun();
 
  private:
   std::vector<const OutputEntry*> Pointers(std::size_t first, std::size_t count) const {
@@ -47,7 +50,7 @@ class RunAccountTest : public QObject {
   // A batch of entries that all end in the given states.
   void Run(std::size_t first, const std::vector<SEntryState>& states, bool stopped = false) {
     m_account.BeginBatch(Pointers(first, states.size()));
-    m_account.EndBatch(states, stopped);
+    m_account.EndBatch(states, stopped, Pointers(first, states.size()));
   }
   std::string Text() const { return m_account.Outcome().strText; }
 
@@ -119,14 +122,14 @@ void RunAccountTest::StopOfWhatHadEndedIsNoStop() {
 
 void RunAccountTest::ExistingOnesCountAsSuch() {
   m_account.BeginBatch(Pointers(0, 3));
-  m_account.EndBatch({State(0, EOutputState::Done), State(2, EOutputState::Done)}, false);
+  m_account.EndBatch({State(0, EOutputState::Done), State(2, EOutputState::Done)}, false, Pointers(0, 3));
   QCOMPARE(m_account.Outcome(), (SToneText{"2 of 3 outputs written, 1 existed", ETone::Good}));
   QCOMPARE(m_account.StateOf(&m_entries[1]).strText, std::string("exists"));
 }
 
 void RunAccountTest::NothingToDoTellsWhy() {
   m_account.BeginBatch(Pointers(0, 3));
-  m_account.EndBatchOfExisting();
+  m_account.EndBatchOfExisting(Pointers(0, 3));
   QCOMPARE(m_account.Outcome(), (SToneText{"0 of 3 outputs written, 3 existed", ETone::Plain}));
 }
 
@@ -137,13 +140,12 @@ void RunAccountTest::WhatEndsUnfinishedHasFailed() {
   // Nor does an end of which nothing is told count as one that went well.
   m_account.Reset();
   m_account.BeginBatch(Pointers(0, 2));
-  m_account.EndBatch({}, false);
+  m_account.EndBatch({}, false, Pointers(0, 2));
   QCOMPARE(Text(), std::string("0 of 2 outputs written, 2 failed"));
 }
 
 void RunAccountTest::TheOutcomeIsThatOfAllBatches() {
   Run(0, {State(0, EOutputState::Done), State(1, EOutputState::Failed, "disk full")});
-  m_account.Retain(Pointers(1, 3));
   Run(2, {State(2, EOutputState::Done), State(3, EOutputState::Done)});
   QCOMPARE(m_account.Outcome(), (SToneText{"3 of 4 outputs written, 1 failed", ETone::Bad}));
   QCOMPARE(m_account.StateOf(&m_entries[1]).strText, std::string("failed: disk full"));
@@ -156,10 +158,47 @@ void RunAccountTest::AReasonIsOneLineWhateverItNames() {
   QVERIFY(m_account.Failures().ends_with("f=0.wav: a\\n\\x1B\\u202E: gone"));
 }
 
+// What led to it stands in front of it, with paths and numbers that can be long.
+void RunAccountTest::InBriefAReasonIsItsCause() {
+  Run(0, {State(0, EOutputState::Failed, "/rec - 2/in.wav: reading stopped at byte 5 - Input/output\nerror"),
+          State(1, EOutputState::Failed, "in.wav: another file - "), State(2, EOutputState::Failed, "in.wav: a hole")});
+  QCOMPARE(m_account.StateOf(&m_entries[0]),
+           (SToneText{"failed: /rec - 2/in.wav: reading stopped at byte 5 - Input/output\\nerror", ETone::Bad,
+                      "failed: Input/output\\nerror"}));
+  QCOMPARE(m_account.StateOf(&m_entries[1]).strBrief, std::string());
+  QCOMPARE(m_account.StateOf(&m_entries[2]).strBrief, std::string());
+}
+
+void RunAccountTest::InBriefAReasonLeavesItsPathOut() {
+  Run(0, {State(0, EOutputState::Failed, "/media/a: b/cuts: No such file or directory"),
+          State(1, EOutputState::Failed, "D:\\cuts: in use"), State(2, EOutputState::Failed, "/media/cuts: ")});
+  QCOMPARE(m_account.StateOf(&m_entries[0]).strBrief, std::string("failed: No such file or directory"));
+  QCOMPARE(m_account.StateOf(&m_entries[1]).strBrief, std::string("failed: in use"));
+  QCOMPARE(m_account.StateOf(&m_entries[2]).strBrief, std::string());
+}
+
+// Batches that the user did not let follow.
+void RunAccountTest::WhatHasNotBegunIsTold() {
+  m_account.BeginBatch(Pointers(0, 2));
+  m_account.EndBatch({State(0, EOutputState::Done), State(1, EOutputState::Failed, "x")}, false, Pointers(0, 5));
+  QCOMPARE(m_account.Outcome(), (SToneText{"1 of 5 outputs written, 1 failed, 3 not begun", ETone::Bad}));
+  m_account.BeginBatch(Pointers(2, 2));
+  m_account.EndBatch({State(2, EOutputState::Done), State(3, EOutputState::Stopped)}, true, Pointers(1, 4));
+  QCOMPARE(m_account.Outcome(), (SToneText{"Stopped: 2 of 5 outputs complete, 1 failed, 1 not begun", ETone::Bad}));
+  m_account.Reset();
+  m_account.BeginBatch(Pointers(0, 2));
+  m_account.EndBatch({State(0, EOutputState::Done), State(1, EOutputState::Done)}, false, Pointers(0, 3));
+  QCOMPARE(m_account.Outcome(), (SToneText{"2 of 3 outputs written, 1 not begun", ETone::Caution}));
+  m_account.Reset();
+  m_account.BeginBatch(Pointers(0, 2));
+  m_account.EndBatchOfExisting(Pointers(0, 3));
+  QCOMPARE(Text(), std::string("0 of 3 outputs written, 2 existed, 1 not begun"));
+}
+
 void RunAccountTest::ManyFailuresStayOnTheScreen() {
   std::vector<SEntryState> states;
   for (std::size_t i = 0; i < 40; ++i) states.push_back(State(i, EOutputState::Failed, std::string(2000, 'x')));
-  states[0].strReason = std::string(249, 'y') + "äöü";
+  states[0].strReason = std::string(249, 'y').append("äöü");
   Run(0, states);
   const std::string text = m_account.Failures();
   QVERIFY(text.starts_with("40 of 40 outputs failed:\n\nf=0.wav: "));
@@ -171,12 +210,11 @@ void RunAccountTest::ManyFailuresStayOnTheScreen() {
   QCOMPARE(m_account.StateOf(&m_entries[39]).strText.size(), std::size_t{2008});
 }
 
-void RunAccountTest::EntriesThatAreGoneAreForgotten() {
-  Run(0, {State(0, EOutputState::Done), State(1, EOutputState::Done)});
-  m_account.Retain(Pointers(1, 1));
-  QCOMPARE(m_account.StateOf(&m_entries[0]), SToneText());  // another entry may come to stand in its place
-  QCOMPARE(m_account.StateOf(&m_entries[1]).strText, std::string("done"));
+void RunAccountTest::OnlyEntriesOnTheListHaveNotBegun() {
+  m_account.BeginBatch(Pointers(0, 2));
+  m_account.EndBatch({State(0, EOutputState::Done), State(1, EOutputState::Done)}, false, Pointers(1, 1));
   QCOMPARE(Text(), std::string("2 of 2 outputs written"));
+  QCOMPARE(m_account.StateOf(&m_entries[0]).strText, std::string("done"));  // should it come back
 }
 
 }  // namespace carvello

@@ -26,7 +26,7 @@ class TaskbarLauncherTest : public QObject {
   void TakesTheBarAwayAtTheEnd();
   void StaysQuietWhenTheBusGoesAway();
   void ThereIsNoTaskbarWithoutASessionBus();
-  void ABusThatCannotBeReachedIsNoTaskbar();
+  void ABusThatHasGoneIsNoTaskbar();
   void cleanupTestCase();
 
  private:
@@ -93,11 +93,10 @@ void TaskbarLauncherTest::ThereIsNoTaskbarWithoutASessionBus() {
   qputenv("DBUS_SESSION_BUS_ADDRESS", address);
 }
 
-void TaskbarLauncherTest::ABusThatCannotBeReachedIsNoTaskbar() {
-  const QByteArray address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-  qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/no/such/bus");
-  QVERIFY(CreateTaskbarProgress(nullptr) == nullptr);
-  qputenv("DBUS_SESSION_BUS_ADDRESS", address);
+// The bus library hears of it on a thread of its own.
+void TaskbarLauncherTest::ABusThatHasGoneIsNoTaskbar() {
+  QCOMPARE(m_daemon.state(), QProcess::NotRunning);
+  QTRY_VERIFY(CreateTaskbarProgress(nullptr) == nullptr);
 }
 
 void TaskbarLauncherTest::cleanupTestCase() {

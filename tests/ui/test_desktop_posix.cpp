@@ -36,6 +36,7 @@ CTestDesktop::CTestDesktop(const QString& home) {
   qputenv("LC_ALL", "C.UTF-8");
   // Nothing of the desktop that a test happens to run on may be reached.
   qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+  qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/no/such/bus");
 }
 
 CTestDesktop::~CTestDesktop() = default;

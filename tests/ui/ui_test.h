@@ -15,6 +15,10 @@ namespace carvello::test {
 // The path of a file in the folder for temporary ones.
 std::string TempFile(const QString& name);
 
+// The tool tip on the screen, and its text without markup and places to break it; null and empty when there is none.
+QWidget* ToolTipShown();
+QString ToolTipText();
+
 using AppMaker = std::function<std::unique_ptr<QApplication>(int& argc, char** argv)>;
 
 // `makeApp`: the toolkit's application object unless given.

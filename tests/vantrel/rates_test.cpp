@@ -77,7 +77,9 @@ TEST(ManySamples, CountOfOutputsDoesNotDriftAndAConstantStaysWhatItIs) {
     EXPECT_LE(static_cast<double>(nOutputs), std::ceil(fWhole));
     EXPECT_GE(static_cast<double>(nOutputs), fWhole - 64.0);
     const double fAfterHalf = static_cast<double>((kBlocks - kBlocks / 2) * kBlock) / rates.Ratio();
-    EXPECT_NEAR(static_cast<double>(nOutputs - nOutputsAtHalf), fAfterHalf, 1.0);
+    // An output comes with the last stage's input that it needs, and those samples come one for many of the chain's
+    // own: both counts may be an output late, and parts of one more.
+    EXPECT_NEAR(static_cast<double>(nOutputs - nOutputsAtHalf), fAfterHalf, 2.0);
     EXPECT_LT(fWorst, 0.0001);
   }
 }

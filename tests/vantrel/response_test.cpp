@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <random>
 
 #include "rate_pair.h"
@@ -41,6 +42,40 @@ TEST_P(Response, TonesInThePassbandComeOutAsTheyWentInAndAlone) {
     for (std::size_t m = kSettled; m < output.size(); ++m) {
       ASSERT_LT(Decibel(std::abs(Value(output[m]) - gain * Value(expected[m]))), -110.0) << fOut << " " << m;
     }
+  }
+}
+
+// The channel filter by its formula: a sinc of 0.5 output rates under a Kaiser window of 118 dB and a transition of
+// 0.1.
+double ChannelFilter(double outputSamples) {
+  const double fHalfLength = (118.0 - 7.95) / 14.36 / 0.1 / 2.0;
+  const double fBeta = 0.1102 * (118.0 - 8.7);
+  const double fRelative = outputSamples / fHalfLength;
+  if (std::abs(fRelative) >= 1.0) return 0.0;
+  const double x = std::numbers::pi * outputSamples;
+  return (std::abs(x) < 1e-9 ? 1.0 : std::sin(x) / x) *
+         std::cyl_bessel_i(0.0, fBeta * std::sqrt(1.0 - fRelative * fRelative)) / std::cyl_bessel_i(0.0, fBeta);
+}
+
+// A tone that begins with the input and ends with it, on which silence follows: every output is the channel filter's
+// sum over the input, in the same way for all chains of stages, also where the tone begins and ends.
+TEST_P(Response, OutputsAreTheChannelFiltersSumsFromTheFirstToTheLast) {
+  constexpr double kFrequency = 0.31;  // of the output rate
+  const double fRatio = GetParam().Ratio();
+  const auto nTone = static_cast<std::size_t>(90.0 * fRatio);
+  Samples input = Tone(kFrequency / fRatio, nTone);
+  input.resize(nTone + InputFor(0));
+  const Samples output = NewInstance().Run(input);
+  for (const std::size_t m : {0u, 1u, 2u, 3u, 7u, 20u, 37u, 38u, 45u, 60u, 85u, 88u, 89u, 90u, 92u, 110u, 127u}) {
+    ASSERT_LT(m, output.size());
+    const double fMiddle = static_cast<double>(m) * fRatio;
+    const auto nFrom = static_cast<std::size_t>(std::max(0.0, fMiddle - 38.0 * fRatio));
+    const auto nTo = std::min(nTone, static_cast<std::size_t>(fMiddle + 38.0 * fRatio));
+    std::complex<double> sum;
+    for (std::size_t n = nFrom; n < nTo; ++n) {
+      sum += Value(input[n]) * ChannelFilter((static_cast<double>(n) - fMiddle) / fRatio);
+    }
+    EXPECT_LT(Decibel(std::abs(Value(output[m]) - sum / fRatio)), -110.0) << m;
   }
 }
 

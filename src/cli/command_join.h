@@ -1,0 +1,45 @@
+// "carvello-cli join": the outputs of a plan, of the parts that its tasks have written.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "cli/command.h"
+#include "cli/cut_report.h"
+#include "cluster/part_source.h"
+#include "cluster/planned_recording.h"
+#include "cluster/work_plan.h"
+
+namespace carvello {
+
+class CJoinCommand : public CCommand {
+ public:
+  const char* Name() const override { return "join"; }
+  const char* Summary() const override { return "Make the outputs of a plan whose tasks are done"; }
+  void AddOptions(CLI::App& app) override;
+  EExit Run() override;
+
+ private:
+  // The parts of each entry of a recording, in order.
+  using Parts = std::vector<std::vector<SReadyPart>>;
+
+  bool FindParts(const SWorkPlan& plan, std::size_t number, const COpenRecording& recording, Parts& parts,
+                 std::vector<std::size_t>& missing) const;
+  std::string GapIn(const COpenRecording& recording, const Parts& parts) const;
+  EExit TellMissing(const std::vector<std::size_t>& missing) const;
+  EExit Settle(const COpenRecording& recording, SCutReport& report, std::vector<std::size_t>& entries) const;
+  void Join(const SWorkPlan& plan, const COpenRecording& recording, Parts parts,
+            const std::vector<std::size_t>& entries, SCutReport& report) const;
+  EExit PrintReport(const SCutReport& report) const;
+  void RemoveParts(const SWorkPlan& plan) const;
+
+  std::string m_strPlan;
+  bool m_bOverwrite = false;
+  bool m_bSkipExisting = false;
+  bool m_bRemoveParts = false;
+  bool m_bJson = false;
+  bool m_bQuiet = false;
+};
+
+}  // namespace carvello

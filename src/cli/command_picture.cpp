@@ -1,0 +1,116 @@
+#include "cli/command_picture.h"
+
+#include <CLI/CLI.hpp>
+
+#include "cli/console.h"
+#include "cli/help_texts.h"
+#include "cli/picture_drawing.h"
+#include "cli/png_file.h"
+#include "cli/progress_display.h"
+#include "cli/recording_opening.h"
+#include "cli/span_progress.h"
+#include "cli/stop_requests.h"
+#include "dsp/primitives.h"
+#include "engine/recording_stream.h"
+#include "support/platform.h"
+#include "support/text.h"
+#include "support/whole_file.h"
+
+namespace carvello {
+namespace {
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  carvello-cli picture \"rec 000.wav\" rec.png\n"
+    "  carvello-cli picture rec.wav part.png --from 7M --to 7.3M --start +60 --duration 10 --peak\n"
+    "  carvello-cli picture rec.wav grey.png --plain --palette grey --levels -120:-20 --size 1024x512\n\n";
+
+constexpr const char* kMeaning =
+    "The picture shows every sample of its span, unless --fast: each row the time from its top on, each column the\n"
+    "strongest of its frequencies, low ones left. Without --plain, axes, a scale and a title stand around the W x H\n"
+    "pixels.\n\n";
+
+}  // namespace
+
+void CPictureCommand::AddOptions(CLI::App& app) {
+  SPictureOptions& o = m_options;
+  app.add_option("INPUT", o.strInput, "Any file of the recording")->type_name("")->required();
+  app.add_option("OUT", o.strOutput, "The PNG file to make")->type_name("")->required();
+  app.add_option("--from", o.strFrom, "Lowest frequency in Hz; suffixes k, M and G")->type_name("HZ");
+  app.add_option("--to", o.strTo, "Highest frequency")->type_name("HZ");
+  o.time.AddTo(app);
+  app.add_option("--size", o.strSize, "Pixels of the waterfall")->type_name("WxH")->capture_default_str();
+  app.add_option("--levels", o.strLevels, "dBFS of the weakest and the strongest colour; by the noise otherwise")
+      ->type_name("LOW:HIGH");
+  app.add_option("--palette", o.strPalette, "viridis, turbo or grey")->type_name("NAME")->capture_default_str();
+  app.add_flag("--plain", o.bPlain, "The waterfall alone");
+  app.add_flag("--peak", o.bPeak, "The largest level of a row's time: nothing short is lost");
+  app.add_flag("--mean", o.bMean, "The mean level of a row's time (default): weak carriers stand out");
+  app.add_flag("--fast", o.bFast, "Look at some of the samples only");
+  app.add_flag("--overwrite", o.bOverwrite, "Replace OUT if it exists");
+  app.add_flag("--quiet", o.bQuiet, "No progress");
+  m_given.AddTo(app);
+  app.footer(std::string(kMeaning) + kTimeSpanHelp + kExamples + kExitCodesHelp);
+}
+
+EExit CPictureCommand::Run() {
+  EndOnStopRequests();
+  SPictureLook look;
+  std::string error;
+  if (!ReadPictureLook(m_options, look, error)) {
+    PrintMessage(error);
+    return EExit::Usage;
+  }
+  SRecordingInput input;
+  const EExit opened = OpenRecording(m_options.strInput, m_given, input);
+  if (opened != EExit::Ok) return opened;
+  const CRecordingSet& recording = input.recording;
+  SPictureRequest request;
+  if (!MakePictureRequest(m_options, look, recording, request, error)) {
+    PrintMessageLines(error);
+    return EExit::Usage;
+  }
+  const std::string& strOutput = m_options.strOutput;
+  if (IsInputFile(strOutput, recording)) {
+    PrintMessage(strOutput + ": is a file of the input. Accepted: another name");
+    return EExit::Usage;
+  }
+  if (!m_options.bOverwrite && platform::GetNameStatus(strOutput)) {
+    PrintMessage(strOutput + ": exists already. Accepted: --overwrite or another name");
+    return EExit::OutputsExist;
+  }
+  if (!CanWriteWholeFile(strOutput, error)) {
+    PrintMessage(error);
+    return EExit::OutputFailed;
+  }
+
+  InitPrimitives();
+  CatchStopRequests();
+  CRecordingStream stream(recording);
+  CSpanProgress progress(m_options.bQuiet, request.span.nFrames * stream.InputFrames().BytesPerFrame());
+  SLevelPicture picture;
+  const bool bMade =
+      MakeRecordingPicture(stream, request, platform::ProcessorCount(), progress.GoesOn(), picture, error);
+  progress.End(bMade);
+  if (!bMade && error.empty()) return EExit::Stopped;
+  if (!bMade) {
+    PrintMessage(error);
+    return EExit::InputUnreadable;
+  }
+  const SLevelRange levels = look.levels.value_or(LevelsOf(picture));
+  const std::vector<std::uint8_t> png =
+      m_options.bPlain
+          ? PlainPng(picture, levels, look.palette, error)
+          : PngOfImage(DrawPicture(picture, levels, look.palette, AxesOf(request, picture, recording)), error);
+  if (png.empty()) {
+    PrintMessage(strOutput + ": " + error);
+    return EExit::OutputFailed;
+  }
+  if (!WriteWholeFile(strOutput, png.data(), png.size(), m_options.bOverwrite, error)) {
+    PrintMessage(error);
+    return EExit::OutputFailed;
+  }
+  return EExit::Ok;
+}
+
+}  // namespace carvello

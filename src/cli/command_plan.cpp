@@ -1,0 +1,299 @@
+#include "cli/command_plan.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "cli/console.h"
+#include "cli/cut_options.h"
+#include "cli/cut_plan.h"
+#include "cli/help_texts.h"
+#include "cli/output_checks.h"
+#include "cli/stop_requests.h"
+#include "cluster/shell_word.h"
+#include "cluster/slurm_script.h"
+#include "cluster/task_parts.h"
+#include "dsp/start_dsp.h"
+#include "engine/engine_costs.h"
+#include "jobs/quantities.h"
+#include "support/formatting.h"
+#include "support/platform.h"
+#include "support/text.h"
+#include "support/version.h"
+#include "support/whole_file.h"
+
+namespace carvello {
+namespace {
+
+constexpr const char* kMeaning =
+    "Each task is a stretch of whole seconds of one recording with all its entries. \"run\" does one, on any machine\n"
+    "that sees the same paths; \"join\" makes the outputs, which are what one \"cut\" for each recording would "
+    "write.\n\n";
+
+constexpr const char* kExamples =
+    "Examples:\n"
+    "  carvello-cli plan /data/night --output cuts --entry f=7.1M,bw=10k --shard 0:10:00 --plan night.json\n"
+    "  carvello-cli run night.json --task 0\n"
+    "  carvello-cli join night.json\n"
+    "  carvello-cli plan /data/night --jobs channels.json --entries-absolute --output cuts --shard 0:10:00 \\\n"
+    "    --plan night.json --sbatch > night.sh && bash night.sh\n\n";
+
+// Entries one by one, as a plan's job lists them.
+std::vector<SEntrySpec> Single(const std::vector<SEntrySpec>& specs) {
+  std::vector<SEntrySpec> single;
+  for (const SEntrySpec& spec : specs) {
+    if (!spec.range) {
+      single.push_back(spec);
+      continue;
+    }
+    const SFrequencyRange range = *spec.range;
+    const std::int64_t low = std::min(range.nFrom, range.nTo);
+    for (std::int64_t i = 0; i < range.Count(); ++i) {
+      SEntrySpec each = spec;
+      each.range.reset();
+      each.frequency = low + i * range.nStep;
+      single.push_back(std::move(each));
+    }
+  }
+  return single;
+}
+
+}  // namespace
+
+void CPlanCommand::AddOptions(CLI::App& app) {
+  app.add_option("INPUT", m_inputs, "Recordings: a file of each, or folders to look into")->type_name("");
+  app.add_option("--list", m_strList, "File that names more of them, a line each")->type_name("FILE");
+  app.add_option("--plan", m_strPlan, "The plan file to write")->type_name("PLAN")->required();
+  app.add_option("--shard", m_strShard, "Length of a task's stretch: seconds, H:MM or H:MM:SS")
+      ->type_name("D")
+      ->required();
+  app.add_option("--parts", m_strParts, "Folder for what tasks write; beside the outputs otherwise")->type_name("DIR");
+  app.add_flag("--entries-absolute", m_bAbsolute, "Each recording gets those entries whose band and time it holds");
+  app.add_flag("--sbatch", m_bSbatch, "Print a script that runs the plan on Slurm");
+  AddEntryOptions(app, m_options);
+  app.add_flag("--overwrite", m_options.bOverwrite, "Replace the plan file; outputs may exist");
+  app.add_flag("--skip-existing", m_options.bSkipExisting, "Outputs may exist, join will leave them");
+  m_given.AddTo(app);
+  app.footer(std::string(kMeaning) + kEntryHelp + kJobFileHelp + kExamples + kExitCodesHelp);
+}
+
+bool CPlanCommand::ReadOptions(SWorkPlan& plan, std::vector<std::string>& inputs, std::string& error) {
+  inputs = m_inputs;
+  if (!m_strList.empty() && !ReadNameList(m_strList, inputs, error)) {
+    error.insert(0, "--list ");
+    return false;
+  }
+  const std::optional<std::uint32_t> shard = ParseDuration(m_strShard);
+  if (!shard || *shard == 0) {
+    error = Format("--shard \"%s\" cannot be read. Accepted: %s", Printable(m_strShard).c_str(), kDurationForms);
+    return false;
+  }
+  m_nShard = *shard;
+  SCutRequest request;
+  m_options.strInput = inputs.empty() ? "" : inputs.front();
+  if (!MakeCutRequest(m_options, request, error)) return false;
+  if (inputs.empty()) inputs = {request.strInput};
+  if (!ReadGivenFacts(m_given, request.given, error)) return false;
+
+  const std::string stem = platform::NameOf(m_strPlan);
+  const std::string parts = m_strParts.empty()
+                                ? platform::JoinPath(request.strOutput, stem.substr(0, stem.rfind('.')) + ".parts")
+                                : m_strParts;
+  plan.strVersion = VersionValue("ProductVersion");
+  plan.job.strOutput = platform::AbsolutePath(request.strOutput);
+  plan.job.bLocalTime = request.bLocalTime;
+  plan.job.given = request.given;
+  plan.job.entries = Single(request.entries);
+  for (SEntrySpec& spec : plan.job.entries) {
+    if (!spec.strOutput.empty()) spec.strOutput = platform::AbsolutePath(spec.strOutput);
+    plan.bSigMfMeta = plan.bSigMfMeta || spec.format == EOutputFormat::WaveAndMeta;
+  }
+  plan.bAbsolute = m_bAbsolute;
+  plan.engine = request.engine;
+  plan.bSync = !m_options.bNoSync;
+  plan.bCountFrames = m_options.bDs64Frames;
+  plan.strParts = platform::AbsolutePath(parts);
+  return true;
+}
+
+// What is there before any recording is looked at.
+EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) const {
+  // Either road begins within an entry by it.
+  if (dsp.DownconvertResume == nullptr) {
+    PrintMessage("The downconverter library cannot begin within an entry, so that tasks have nothing to run with: " +
+                 DspLibraryPath());
+    return EExit::InputUnreadable;
+  }
+  SCutRequest places;
+  places.strOutput = plan.job.strOutput;
+  places.entries = plan.job.entries;
+  std::string problem;
+  if (const std::string folder = UnwritableFolder(places, problem); !folder.empty()) {
+    PrintMessage((folder == plan.job.strOutput ? "--output " : "") + folder + ": " + problem);
+    return EExit::OutputFailed;
+  }
+  if (!m_options.bOverwrite && platform::GetNameStatus(m_strPlan)) {
+    PrintMessage("--plan " + m_strPlan + ": this file exists already. Accepted: --overwrite or another name");
+    return EExit::OutputsExist;
+  }
+  return EExit::Ok;
+}
+
+EExit CPlanCommand::Run() {
+  EndOnStopRequests();
+  SWorkPlan plan;
+  std::vector<std::string> inputs;
+  std::vector<SFoundFile> files;
+  std::string error;
+  if (!ReadOptions(plan, inputs, error)) {
+    PrintMessageLines(error);
+    return EExit::Usage;
+  }
+  DspBinding dsp;
+  if (!StartDsp(dsp)) {
+    PrintMessage(MissingLibraryText());
+    return EExit::InputUnreadable;
+  }
+  if (const EExit checked = CheckMeans(plan, dsp); checked != EExit::Ok) return checked;
+  std::vector<std::string> leftOut = {plan.job.strOutput, plan.strParts};
+  for (const SEntrySpec& spec : plan.job.entries) {
+    if (!spec.strOutput.empty()) leftOut.push_back(spec.strOutput);
+  }
+  if (!FindFiles(inputs, leftOut, files, error)) {
+    PrintMessage(error);
+    return EExit::InputUnreadable;
+  }
+  SSums sums;
+  const EExit added = AddRecordings(files, plan, sums);
+  if (added != EExit::Ok) return added;
+  if (plan.tasks.empty()) {
+    PrintMessage(plan.recordings.empty() ? "no recordings found. Accepted: their files, or folders that hold them"
+                                         : "no recording holds any of the entries");
+    return EExit::Usage;
+  }
+  for (std::size_t i = 0; i < sums.held.size(); ++i) {
+    if (!sums.held[i]) PrintMessage("warning: no recording holds " + plan.job.entries[i].strLabel);
+  }
+  const std::string text = WorkPlanText(plan);
+  if (!WriteWholeFile(m_strPlan, text.data(), text.size(), m_options.bOverwrite, error)) {
+    PrintMessage(error);
+    return EExit::OutputFailed;
+  }
+  PrintResult(plan, sums);
+  return EExit::Ok;
+}
+
+EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPlan& plan, SSums& sums) const {
+  // Files have many names: by links, and by the folders that they are named from.
+  std::set<std::pair<std::uint64_t, std::uint64_t>> seen;
+  const auto key = [](const std::string& path) {
+    const auto status = platform::GetFileStatus(path);
+    return status ? std::pair(status->nVolume, status->nFileNumber) : std::pair<std::uint64_t, std::uint64_t>();
+  };
+  sums.held.assign(plan.job.entries.size(), false);
+  for (const SFoundFile& file : files) {
+    if (seen.contains(key(file.strPath))) continue;
+    std::uint32_t parts = 1;
+    for (std::uint32_t part = 1; part <= parts; ++part) {
+      COpenRecording recording;
+      std::string error;
+      const std::uint32_t told = parts > 1 ? part : 0;
+      const COpenRecording::EResult opened = recording.Open(plan, file.strPath, told, error);
+      if (opened == COpenRecording::EResult::NoRecording && !file.bNamed) {
+        ++sums.nSkipped;
+        break;
+      }
+      if (opened != COpenRecording::EResult::Ok) {
+        PrintMessageLines(error);
+        return opened == COpenRecording::EResult::Refused ? EExit::Usage : EExit::InputUnreadable;
+      }
+      for (const std::string& member : recording.Recording().AllFiles()) seen.insert(key(member));
+      if (plan.job.given.nPart == 0 && part == 1) {
+        parts = std::max<std::uint32_t>(1, static_cast<std::uint32_t>(recording.Recording().parts.size()));
+      }
+      for (const std::string& warning : recording.Input().warnings) PrintMessage(warning);
+      const EExit added = AddRecording(recording, file.strPath, parts > 1 ? part : 0, plan, sums);
+      if (added != EExit::Ok) return added;
+    }
+  }
+  return EExit::Ok;
+}
+
+EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::string& input, std::uint32_t part,
+                                 SWorkPlan& plan, SSums& sums) const {
+  COutputFolders folders;
+  if (const std::string error = ReplacedInput(recording.Entries(), recording.Recording(), folders); !error.empty()) {
+    PrintMessage(error);
+    return EExit::Usage;
+  }
+  for (const OutputEntry* entry : recording.Entries().Pointers()) {
+    if (sums.outputs.insert(platform::FileNameKey(entry->strFileName)).second) continue;
+    PrintMessage(
+        Format("%s: an output of two recordings, the second is %s. Accepted: plans of their own, with another "
+               "--output",
+               entry->strFileName.c_str(), input.c_str()));
+    return EExit::Usage;
+  }
+  if (!m_options.bOverwrite && !m_options.bSkipExisting) {
+    std::vector<std::string> existing;
+    for (const OutputEntry* entry : recording.Entries().Pointers()) {
+      const std::vector<std::string> found = folders.ExistingOutputFiles(*entry);
+      existing.insert(existing.end(), found.begin(), found.end());
+    }
+    if (!existing.empty()) {
+      PrintMessage("these outputs exist already. Accepted: --overwrite or --skip-existing");
+      PrintList(existing);
+      return EExit::OutputsExist;
+    }
+  }
+  SPlannedRecording planned = recording.Planned(input, part);
+  for (const SPlannedFile& file : planned.files) {
+    if (IsUtf8(file.strPath)) continue;
+    PrintMessage(file.strPath + ": a name that is no UTF-8 cannot stand in a plan. Accepted: another name");
+    return EExit::Usage;
+  }
+  SPlanNotes notes;
+  TakeNotes(recording.Entries(), recording.Recording(), notes);
+  PrintMessages(notes.outsideBand, "warning: outside the recorded band: ");
+  PrintMessages(notes.surprises, "warning: ");
+  for (std::size_t i = 0; i < sums.held.size(); ++i) sums.held[i] = sums.held[i] || recording.Holds()[i];
+  if (recording.Entries().Size() == 0) return EExit::Ok;
+
+  double nanoseconds = 0.0;
+  bool shares = false;
+  for (std::size_t i = 0; i < recording.Entries().Size(); ++i) {
+    const OutputEntry& entry = recording.Entries()[i];
+    const SEntryCosts costs = EntryCosts(entry.nInputSampleRate, entry.nOutputSampleRate);
+    const bool spectrum = recording.Engine(i) == EEngine::Spectrum;
+    nanoseconds += spectrum ? costs.fSpectrum : costs.fLibrary;
+    shares = shares || spectrum;
+  }
+  sums.dNanoseconds = std::max(sums.dNanoseconds, nanoseconds + (shares ? SharedSpectrumCost() : 0.0));
+  sums.nBytesPerFrame = std::max(sums.nBytesPerFrame, recording.Frames().BytesPerFrame());
+  sums.nOutputs += recording.Entries().Size();
+
+  const std::vector<SPlannedTask> tasks = TasksOf(recording, plan.recordings.size(), m_nShard);
+  plan.tasks.insert(plan.tasks.end(), tasks.begin(), tasks.end());
+  plan.recordings.push_back(std::move(planned));
+  return EExit::Ok;
+}
+
+void CPlanCommand::PrintResult(const SWorkPlan& plan, const SSums& sums) const {
+  const std::string path = platform::AbsolutePath(m_strPlan);
+  const std::string told = Format("%zu recordings, %zu outputs, %zu tasks in %s", plan.recordings.size(), sums.nOutputs,
+                                  plan.tasks.size(), path.c_str());
+  const std::string skipped = Format("%zu other files are no recordings", sums.nSkipped);
+  if (m_bSbatch) {
+    PrintErrLine(told);
+    if (sums.nSkipped > 0) PrintErrLine(skipped);
+    PrintOut(SlurmScript(plan, path, NeedsOf(plan, sums.nBytesPerFrame, sums.dNanoseconds), platform::ProgramPath()));
+    return;
+  }
+  const std::string name = ShellWord(m_strPlan);
+  PrintOutLine(told);
+  if (sums.nSkipped > 0) PrintOutLine(skipped);
+  PrintOutLine(
+      Format("Each task:  %s run %s --task K    (K from 0 to %zu)", kProgramName, name.c_str(), plan.tasks.size() - 1));
+  PrintOutLine(Format("Then:       %s join %s", kProgramName, name.c_str()));
+}
+
+}  // namespace carvello

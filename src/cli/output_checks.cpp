@@ -1,0 +1,105 @@
+#include "cli/output_checks.h"
+
+#include <set>
+
+#include "cli/console.h"
+#include "engine/existing_output.h"
+#include "support/formatting.h"
+#include "support/platform.h"
+#include "support/text.h"
+
+namespace carvello {
+namespace {
+
+constexpr std::size_t kLinesListed = 20;
+
+}  // namespace
+
+// The input file that an entry would replace, as a message; empty when there is none.
+std::string ReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders) {
+  const std::vector<std::string> inputFiles = recording.AllFiles();
+  for (const OutputEntry* entry : entries.Pointers()) {
+    const std::vector<std::string> replaced = folders.InputFilesReplaced(*entry, inputFiles);
+    if (replaced.empty()) continue;
+    return Format("--output: %s would replace the input file %s. Accepted: another folder", entry->strFileName.c_str(),
+                  replaced.front().c_str());
+  }
+  return {};
+}
+
+// The first folder of the entries that nothing can be created in, and why; empty when there is none.
+std::string UnwritableFolder(const SCutRequest& request, std::string& problem) {
+  std::set<std::string> seen;
+  for (const SEntrySpec& spec : request.entries) {
+    const std::string& folder = spec.strOutput.empty() ? request.strOutput : spec.strOutput;
+    if (!seen.insert(folder).second || platform::IsWritableFolder(folder)) continue;
+    problem = SystemErrorText();
+    return folder;
+  }
+  return {};
+}
+
+void PrintList(const std::vector<std::string>& lines) {
+  for (std::size_t i = 0; i < lines.size() && i < kLinesListed; ++i) PrintErrLine("  " + lines[i]);
+  if (lines.size() > kLinesListed) PrintErrLine(Format("  ... and %zu more", lines.size() - kLinesListed));
+}
+
+void PrintMessages(const std::vector<std::string>& messages, const std::string& kind) {
+  for (std::size_t i = 0; i < messages.size() && i < kLinesListed; ++i) PrintMessage(kind + messages[i]);
+  if (messages.size() > kLinesListed) {
+    PrintMessage(kind + Format("... and %zu more", messages.size() - kLinesListed));
+  }
+}
+
+// Every entry of the list with `error` until something better is known.
+SCutReport PlannedReport(const CEntryList& entries, const std::string& error) {
+  SCutReport report;
+  for (const OutputEntry* entry : entries.Pointers()) {
+    SOutputResult result;
+    result.strFileName = entry->strFileName;
+    result.nOutputFrequency = entry->nOutputFrequency;
+    result.nBandwidth = entry->nOutputSampleRate;
+    result.nBitsPerSample = entry->nBitsPerSample;
+    result.strError = error;
+    report.outputs.push_back({.result = result});
+  }
+  return report;
+}
+
+bool SettleExisting(const SExistingRule& rule, const CRecordingSet& recording, COutputFolders& folders,
+                    CEntryList& entries, SCutReport& report) {
+  if (rule.bOverwrite) return true;
+  std::vector<std::string> existing;
+  std::vector<std::string> unfinished;
+  std::vector<std::size_t> skipped;
+  const CExistingOutputs outputs(entries.Pointers(), recording, folders);
+  for (std::size_t i = 0; i < entries.Size(); ++i) {
+    if (!rule.bSkip) {
+      const std::vector<std::string> files = folders.ExistingOutputFiles(entries[i]);
+      existing.insert(existing.end(), files.begin(), files.end());
+      continue;
+    }
+    const SExistingOutput found = outputs.Find(entries[i]);
+    if (found.kind == EExistingOutput::Incomplete) unfinished.push_back(found.strReason);
+    if (found.kind == EExistingOutput::None || found.kind == EExistingOutput::Incomplete) continue;
+    skipped.push_back(i);
+    report.outputs[i].bSkipped = true;
+    SOutputResult& result = report.outputs[i].result;
+    result.files = found.files;
+    result.bOk = found.kind == EExistingOutput::Whole;
+    result.state = result.bOk ? EOutputState::Done : EOutputState::Failed;
+    result.strError = found.strReason;
+    if (!result.bOk) result.strError += ". Accepted: --overwrite or another folder";
+  }
+  if (!existing.empty()) {
+    PrintMessage("these outputs exist already. Accepted: --overwrite or --skip-existing");
+    PrintList(existing);
+    return false;
+  }
+  if (!unfinished.empty()) PrintMessage("done again, for an earlier job has not finished them:");
+  PrintList(unfinished);
+  entries.Remove(skipped);
+  return true;
+}
+
+}  // namespace carvello

@@ -1,0 +1,40 @@
+// What a task has to write: the parts of outputs that stand in its stretch of the recording.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "cluster/planned_recording.h"
+#include "cluster/work_plan.h"
+
+namespace carvello {
+
+struct STaskPart {
+  std::size_t nEntry = 0;  // of the recording's list
+  SOutputRange range;
+  std::string strPath;      // a WAV file
+  std::string strManifest;  // what tells that it is complete
+};
+
+// The tasks of a recording, one for every `shard` seconds in which any of the entries has samples.
+std::vector<SPlannedTask> TasksOf(const COpenRecording& recording, std::size_t number, std::int64_t shard);
+
+// In the order of the entries; those that have nothing in the stretch have no part.
+std::vector<STaskPart> PartsOf(const SWorkPlan& plan, std::size_t task, const COpenRecording& recording);
+
+// Whether a file of that name in such a folder was written by a task, be it one that was killed.
+bool IsPartName(const std::string& name);
+
+// The folder for what a task has in the making, in that of its recording's parts. What is left of ones that were killed
+// stands there, and nothing else.
+std::string MakingFolder(const SWorkPlan& plan, std::size_t task);
+bool IsMakingFolderName(const std::string& name);
+// With all that is in it.
+void RemoveMakingFolder(const std::string& folder);
+
+// The folder of a recording's parts.
+std::string PartsFolder(const SWorkPlan& plan, std::size_t recording);
+
+}  // namespace carvello

@@ -1,0 +1,72 @@
+#include "cluster/recording_search.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "support/temp_folder.h"
+
+namespace carvello::test {
+namespace {
+
+using testing::ElementsAre;
+
+class RecordingSearch : public testing::Test {
+ protected:
+  void Make(const std::string& name, const std::string& bytes = "x") {
+    std::filesystem::create_directories(PathOf(m_folder / name).parent_path());
+    WriteWholeFile(m_folder / name, bytes);
+  }
+  std::vector<std::string> Find(const std::vector<std::string>& named, const std::vector<std::string>& leftOut = {}) {
+    std::vector<SFoundFile> found;
+    std::string error;
+    EXPECT_TRUE(FindFiles(named, leftOut, found, error)) << error;
+    std::vector<std::string> names;
+    for (const SFoundFile& file : found) {
+      std::string name = Utf8Of(std::filesystem::relative(PathOf(file.strPath), PathOf(m_folder / ".")));
+      std::replace(name.begin(), name.end(), '\\', '/');  // as Windows has them between folders
+      names.push_back(std::move(name));
+      m_named.push_back(file.bNamed);
+    }
+    return names;
+  }
+
+  CTempFolder m_folder;
+  std::vector<bool> m_named;
+};
+
+TEST_F(RecordingSearch, FilesComeAsNamedAndThoseOfFoldersByName) {
+  for (const char* const name : {"b.wav", "a.wav", "below/c.wav", "below/deeper/d.wav"}) Make(name);
+  Make("empty.wav", "");
+  EXPECT_THAT(Find({m_folder / "b.wav", m_folder / "."}),
+              ElementsAre("b.wav", "a.wav", "b.wav", "below/c.wav", "below/deeper/d.wav"));
+  EXPECT_THAT(m_named, ElementsAre(true, false, false, false, false));
+}
+
+TEST_F(RecordingSearch, FoldersLeftOutAreNotLookedIntoWhateverTheyAreCalled) {
+  for (const char* const name : {"a.wav", "out/b.wav", "out/below/c.wav"}) Make(name);
+  for (const std::string leftOut : {"out", "out/", "./out/../out", "out/below/.."}) {
+    EXPECT_THAT(Find({m_folder / "."}, {m_folder / leftOut}), ElementsAre("a.wav")) << leftOut;
+  }
+}
+
+TEST_F(RecordingSearch, WhatIsNamedAndNotThereIsAnError) {
+  std::vector<SFoundFile> found;
+  std::string error;
+  EXPECT_FALSE(FindFiles({m_folder / "none.wav"}, {}, found, error));
+  EXPECT_THAT(error, testing::HasSubstr("none.wav"));
+}
+
+TEST_F(RecordingSearch, AListHasANameALine) {
+  std::vector<std::string> names = {"first"};
+  std::string error;
+  Make("list", "a b.wav\r\n\n-\nlast");
+  EXPECT_TRUE(ReadNameList(m_folder / "list", names, error));
+  EXPECT_THAT(names, ElementsAre("first", "a b.wav", "-", "last"));
+  EXPECT_FALSE(ReadNameList(m_folder / "none", names, error));
+  EXPECT_THAT(error, testing::HasSubstr("none"));
+}
+
+}  // namespace
+}  // namespace carvello::test

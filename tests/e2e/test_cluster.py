@@ -1,0 +1,264 @@
+"""Work that is spread over tasks: what `plan`, `run` and `join` make must be what one `cut` makes, and no task that is
+killed, repeated, run twice or left out may change that."""
+import json
+import os
+import subprocess
+
+from program import WINDOWS, EndToEndTest, run, run_ok, start
+from same_output import assert_same_outputs
+
+RATE = 250_000
+CENTRE = 7_100_000
+TRY_AGAIN = 75
+
+
+class ClusterTest(EndToEndTest):
+    def setUp(self):
+        super().setUp()
+        self.recordings = self.folder / "recordings"
+        self.one, self.out = self.folder / "one", self.folder / "out"
+        for folder in (self.recordings, self.one, self.out):
+            folder.mkdir()
+        self.plan = self.folder / "night.json"
+
+    def record(self, name, seconds, hour=0, files=1):
+        """Gives the path of the first file."""
+        return synth(self.recordings / name, seconds, hour, files)
+
+    def make_plan(self, *arguments, shard=5, inputs=None):
+        return run_ok("plan", *(inputs or [self.recordings]), "--output", self.out, "--shard", shard, "--plan", self.plan,
+                      *arguments)
+
+    def tasks(self):
+        return int(run_ok("run", self.plan, "--task-count").out)
+
+    def run_all(self, *arguments):
+        for task in reversed(range(self.tasks())):  # in any order
+            run_ok("run", self.plan, "--task", task, "--quiet", *arguments)
+
+    def parts(self):
+        return sorted(path for path in (self.out / "night.parts").rglob("*") if path.is_file())
+
+    def check_same(self):
+        names = sorted(path.name for path in self.one.iterdir())
+        self.assertEqual(names, sorted(path.name for path in self.out.iterdir()))
+        for name in names:
+            if name.endswith(".sigmf-data"):
+                self.assertEqual((self.one / name).read_bytes(), (self.out / name).read_bytes(), name)
+            elif name.endswith(".sigmf-meta"):
+                one, other = (json.loads((folder / name).read_text()) for folder in (self.one, self.out))
+                self.assertEqual(one, other)
+        for folder in (self.one, self.out):
+            for file in folder.glob("*.sigmf-*"):
+                file.unlink()
+        if list(self.one.iterdir()):
+            assert_same_outputs(self, self.one, self.out)
+
+    def check_joined(self, *arguments):
+        run_ok("join", self.plan, "--remove-parts", *arguments)
+        self.assertFalse((self.out / "night.parts").exists())
+        assert_same_outputs(self, self.one, self.out)
+
+
+def synth(path, seconds, hour, files):
+    arguments = ["--files", files] if files > 1 else []
+    run_ok("synth", path, "--rate", RATE, "--centre", CENTRE, "--seconds", seconds, "--start",
+           f"2026-03-01T{hour:02}:00:00Z", "--station", f"{CENTRE + 12_345}:-20:am", "--station",
+           f"{CENTRE - 50_500}:-40", *arguments)
+    return path if files == 1 else path.with_name(path.stem + " 000.wav")
+
+
+ENTRIES = ["f=7.1M,bw=12k", "f=7112345,bw=44100,bits=32", "f=7049500,bw=2500,start=+3,size=RF64",
+           "f=7.1M,bw=250k,start=+2,duration=9", "f=7.05M,bw=8k,start=+7,end=+11", "f=7.2M,bw=10k,format=sigmf"]
+
+
+def entry_options(entries=ENTRIES):
+    return [option for entry in entries for option in ("--entry", entry)]
+
+
+class TestTasks(ClusterTest):
+    def test_joined_outputs_are_those_of_one_cut_for_either_road_and_any_length_of_a_task(self):
+        first = self.record("a.wav", 17, files=3)
+        second = self.record("b.wav", 20.5, hour=1)
+        for engine in ("library", "spectrum", "auto"):
+            for shard in (1, 7, 3600):
+                for folder in (self.one, self.out):
+                    for file in folder.iterdir():
+                        file.unlink()
+                for recording in (first, second):
+                    run_ok("cut", recording, "--output", self.one, "--engine", engine, *entry_options())
+                self.make_plan(*entry_options(), "--engine", engine, "--overwrite", shard=shard)
+                self.run_all()
+                run_ok("join", self.plan, "--remove-parts")
+                with self.subTest(engine=engine, shard=shard):
+                    self.check_same()
+
+    def test_parts_of_a_split_output_end_where_those_of_a_cut_do(self):
+        """3 minutes at the input's rate with 100 MB a part."""
+        recording = self.record("a.wav", 230, files=2)
+        entries = entry_options(["f=7.1M,bw=250k,bits=16", "f=7.1M,bw=200k,start=+1,bits=16"])
+        run_ok("cut", recording, "--output", self.one, *entries)
+        self.assertGreater(len(list(self.one.iterdir())), 3)
+        self.make_plan(*entries, shard=61)
+        self.run_all()
+        self.check_joined()
+
+    def test_a_task_that_is_done_is_not_done_again(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options())
+        first = json.loads(run_ok("run", self.plan, "--task", 1, "--json", "--quiet").out)
+        self.assertGreater(first["parts_made"], 3)
+        before = {path: path.stat().st_mtime_ns for path in self.parts()}
+        again = json.loads(run_ok("run", self.plan, "--task", 1, "--json", "--quiet").out)
+        self.assertEqual((again["parts_made"], again["parts_kept"]), (0, first["parts_made"]))
+        self.assertEqual(before, {path: path.stat().st_mtime_ns for path in self.parts()})
+
+    def test_a_part_without_its_manifest_or_of_another_size_is_made_again(self):
+        recording = self.record("a.wav", 12)
+        run_ok("cut", recording, "--output", self.one, *entry_options(ENTRIES[:3]))
+        self.make_plan(*entry_options(ENTRIES[:3]))
+        self.run_all()
+        manifests = [path for path in self.parts() if path.suffix == ".json"]
+        manifests[0].unlink()
+        with open(manifests[1].with_suffix(".wav"), "r+b") as file:
+            file.truncate(200)
+        missing = run("join", self.plan)
+        self.assertEqual(missing.code, TRY_AGAIN)
+        self.assertRegex(missing.err, r"1 tasks are not complete.*\n.*run .*night.json'? --task 0")
+        self.run_all()
+        self.check_joined()
+
+    def test_join_names_the_tasks_that_are_missing_and_writes_nothing(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options())
+        run_ok("run", self.plan, "--task", 0, "--quiet")
+        done = run("join", self.plan)
+        self.assertEqual(done.code, TRY_AGAIN)
+        self.assertRegex(done.err, r"2 tasks are not complete")
+        for task in (1, 2):
+            self.assertIn(f"--task {task}\n", done.err)
+        self.assertEqual([path.name for path in self.out.iterdir()], ["night.parts"])
+
+    def test_changed_samples_of_a_part_are_found_by_the_join(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:1]))
+        self.run_all()
+        part = next(path for path in self.parts() if path.suffix == ".wav")
+        with open(part, "r+b") as file:
+            file.seek(-3000, os.SEEK_END)
+            byte = file.read(1)
+            file.seek(-1, os.SEEK_CUR)
+            file.write(bytes([byte[0] ^ 1]))
+        done = run("join", self.plan)
+        self.assertEqual(done.code, 1)
+        self.assertIn("not those that were written", done.err)
+
+    def test_two_runs_of_a_task_at_once_leave_one_result(self):
+        recording = self.record("a.wav", 20)
+        run_ok("cut", recording, "--output", self.one, *entry_options(ENTRIES[:4]))
+        self.make_plan(*entry_options(ENTRIES[:4]), shard=10)
+        for task in range(self.tasks()):
+            both = [start("run", self.plan, "--task", task, "--quiet", stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                    for _ in range(2)]
+            for each in both:
+                out, err = each.communicate(timeout=300)
+                self.assertEqual(each.returncode, 0, err)
+        self.check_joined()
+
+    def test_the_task_is_told_by_the_environment_where_no_option_does(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:1]))
+        for variable in ("SLURM_ARRAY_TASK_ID", "AWS_BATCH_JOB_ARRAY_INDEX"):
+            told = json.loads(run_ok("run", self.plan, "--json", env={variable: "2"}).out)
+            self.assertEqual(told["task"], 2)
+        told = json.loads(run_ok("run", self.plan, "--json", "--task", 1, env={"SLURM_ARRAY_TASK_ID": "2"}).out)
+        self.assertEqual(told["task"], 1)
+        for number in ("3", "-1", "x"):
+            refused = run("run", self.plan, env={"SLURM_ARRAY_TASK_ID": number})
+            self.assertEqual(refused.code, 2)
+            self.assertIn("SLURM_ARRAY_TASK_ID: there is no such task. Accepted: 0 to 2", refused.err)
+
+    def test_an_input_that_is_gone_is_worth_another_try_and_one_that_changed_is_not(self):
+        recording = self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:1]))
+        away = recording.with_name("away")
+        recording.rename(away)
+        gone = run("run", self.plan, "--task", 0)
+        self.assertEqual(gone.code, TRY_AGAIN)
+        self.assertIn("a.wav", gone.err)
+        away.rename(recording)
+        with open(recording, "r+b") as file:
+            file.seek(5000)
+            file.write(b"x")
+        for arguments in (["run", self.plan, "--task", 0], ["join", self.plan]):
+            changed = run(*arguments)
+            self.assertEqual(changed.code, 3)
+            self.assertIn("changed since the plan was made", changed.err)
+
+    def test_a_plan_that_is_none_is_refused_and_one_that_cannot_be_read_is_worth_another_try(self):
+        for text in ("", "{}", "[]", '{"carvello_plan": 2}', "\0", '{"carvello_plan": 1, "version": 5}'):
+            self.plan.write_text(text)
+            refused = run("run", self.plan, "--task", 0)
+            self.assertEqual(refused.code, 2, text)
+            self.assertIn("no plan", refused.err)
+        self.plan.unlink()
+        self.assertEqual(run("run", self.plan, "--task", 0).code, TRY_AGAIN)
+
+
+class TestPlans(ClusterTest):
+    def test_recordings_are_found_in_folders_and_lists_once_each(self):
+        self.record("a.wav", 6, files=2)
+        below = self.recordings / "below"
+        below.mkdir()
+        second = synth(below / "b.wav", 6, 3, 1)
+        (self.recordings / "notes.txt").write_text("nothing")
+        names = self.folder / "names.txt"
+        names.write_text(f"{second}\n\n{self.recordings / 'a 001.wav'}\n")
+        for inputs in ([self.recordings], ["--list", names], [self.recordings, "--list", names, second]):
+            told = self.make_plan(*entry_options(ENTRIES[:1]), "--overwrite", inputs=inputs)
+            self.assertIn("2 recordings, 2 outputs, 4 tasks", told.out)
+
+    def test_entries_by_frequency_go_to_the_recordings_that_hold_them(self):
+        self.record("a.wav", 6)
+        run_ok("synth", self.recordings / "b.wav", "--rate", RATE, "--centre", "14M", "--seconds", 6, "--start",
+               "2026-03-01T05:00:00Z")
+        entries = entry_options(["f=7.1M,bw=12k", "f=14.01M,bw=12k", "f=21M,bw=12k"])
+        told = self.make_plan(*entries, "--entries-absolute")
+        self.assertIn("2 recordings, 2 outputs, 4 tasks", told.out)
+        self.assertIn("no recording holds", told.err)
+        self.run_all()
+        run_ok("join", self.plan, "--remove-parts")
+        self.assertEqual(len(list(self.out.iterdir())), 2)
+
+    def test_what_a_cut_refuses_is_refused_and_leaves_nothing(self):
+        self.record("a.wav", 6)
+        for arguments, told in ((["--entry", "f=7.1M,bw=12k,start=+50"], "start"), (["--entry", "f=7.1M,bw=1M"], "Bandwidth"),
+                                (["--entry", "f=7.1M"], "bw is missing"), ([], "no entries")):
+            refused = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.plan, *arguments)
+            self.assertEqual(refused.code, 2, refused.err)
+            self.assertIn(told.lower(), refused.err.lower())
+        for shard in ("0", "x", "-1"):
+            self.assertEqual(run("plan", self.recordings, "--output", self.out, f"--shard={shard}", "--plan", self.plan,
+                                 "--entry", "f=7.1M,bw=12k").code, 2)
+        self.assertEqual((self.plan.exists(), list(self.out.iterdir())), (False, []))
+
+    def test_outputs_of_one_name_and_outputs_that_exist_are_refused(self):
+        self.record("a.wav", 6)
+        other = self.recordings / "other"
+        other.mkdir()
+        synth(other / "c.wav", 6, 0, 1)
+        arguments = ["--output", self.out, "--shard", 5, "--plan", self.plan, "--entry", "f=7.1M,bw=12k"]
+        twice = run("plan", self.recordings, *arguments)
+        self.assertEqual(twice.code, 2)
+        self.assertIn("an output of two recordings", twice.err)
+        run_ok("cut", self.recordings / "a.wav", "--output", self.out, "--entry", "f=7.1M,bw=12k")
+        self.assertEqual(run("plan", self.recordings / "a.wav", *arguments).code, 4)
+
+    def test_the_script_for_slurm_is_one_that_bash_takes(self):
+        self.record("a.wav", 12)
+        script = self.make_plan(*entry_options(), "--sbatch").out
+        self.assertIn("#SBATCH --array=0-2\n", script)
+        for name in ("cpus-per-task", "mem", "time"):
+            self.assertRegex(script, rf"#SBATCH --{name}=\d+")
+        if not WINDOWS:
+            subprocess.run(["bash", "-n"], input=script, text=True, check=True)

@@ -1,0 +1,293 @@
+"""Tasks and joins that are killed, stopped, starved or refused: what is made in the end is what one `cut` makes, nothing
+wrong is ever called done, and nothing that is left over is in the way."""
+import json
+import os
+import resource
+import shutil
+import signal as signals
+import subprocess
+import time
+
+from program import CLI, as_plain_user, environment, run, run_ok, start
+from same_output import assert_same_outputs
+from test_cluster import ENTRIES, TRY_AGAIN, ClusterTest, entry_options
+from wavtools import WaveFile
+
+WAVES = ENTRIES[:5]
+LONG = ["f=7.1M,bw=250k,bits=32", "f=7.1M,bw=100k,bits=32", "f=7112345,bw=44100"]
+
+
+class InterruptedTest(ClusterTest):
+    def leftovers(self):
+        return [path for path in (self.out / "night.parts").rglob("*") if ".tmp" in path.name or ".part" in path.suffix]
+
+    def wait_for(self, condition, process):
+        """False when the process ends before."""
+        while process.poll() is None:
+            if condition():
+                return True
+            time.sleep(0.002)
+        return False
+
+
+class TestKilledTasks(InterruptedTest):
+    def test_tasks_killed_at_any_moment_are_repeated_and_leave_nothing_behind(self):
+        recording = self.record("a.wav", 60)
+        run_ok("cut", recording, "--output", self.one, *entry_options(LONG))
+        self.make_plan(*entry_options(LONG), shard=60)
+        seen = set()
+        for moment in range(12):
+            process = start("run", self.plan, "--task", 0, "--quiet", stderr=subprocess.DEVNULL)
+            # Ever later: in front of the first file, in its samples, between a part and what tells of it.
+            self.wait_for(lambda: len(self.parts()) > moment // 2, process)
+            time.sleep(0.01 * (moment % 2))
+            process.kill()
+            process.wait()
+            seen.add(len(self.leftovers()))
+            if process.returncode == 0:
+                break
+        self.assertGreater(max(seen), 0, "no kill came while files were being made")
+        self.run_all()
+        self.assertEqual(self.leftovers(), [])
+        self.check_joined()
+
+    def test_a_task_that_is_stopped_says_so_and_leaves_nothing(self):
+        self.record("a.wav", 120)
+        for signal in (signals.SIGINT, signals.SIGTERM):
+            self.make_plan(*entry_options(LONG), "--overwrite", shard=120)
+            process = start("run", self.plan, "--task", 0, "--quiet", stderr=subprocess.DEVNULL)
+            self.assertTrue(self.wait_for(self.parts, process))
+            process.send_signal(signal)
+            self.assertEqual(process.wait(timeout=300), 130)
+            self.assertEqual(self.parts(), [])
+            self.assertEqual(self.leftovers(), [])
+
+    def test_a_join_killed_at_any_moment_is_finished_by_another(self):
+        recording = self.record("a.wav", 60)
+        run_ok("cut", recording, "--output", self.one, *entry_options(LONG))
+        self.make_plan(*entry_options(LONG), shard=20)
+        self.run_all()
+        kills = 0
+        for moment in range(6):
+            process = start("join", self.plan, "--quiet", "--skip-existing", stderr=subprocess.DEVNULL)
+            if self.wait_for(lambda: len(list(self.out.glob("*.wav"))) > min(moment, 2), process):
+                time.sleep(0.01 * moment)
+            process.kill()
+            kills += process.wait() != 0
+        self.assertGreater(kills, 0)
+        self.check_joined("--skip-existing")
+
+    def test_a_join_that_is_stopped_leaves_valid_files_and_is_finished_by_another(self):
+        recording = self.record("a.wav", 200)
+        entries = [f"f=7.1M,bw={rate}k,bits=32" for rate in (250, 240, 230, 220)]
+        run_ok("cut", recording, "--output", self.one, *entry_options(entries))
+        self.make_plan(*entry_options(entries), shard=100)
+        self.run_all()
+        process = start("join", self.plan, "--json", stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.assertTrue(self.wait_for(lambda: list(self.out.glob("*.wav")), process))
+        process.send_signal(signals.SIGTERM)
+        out, err = process.communicate(timeout=300)
+        self.assertEqual(process.returncode, 130, err)
+        for output in json.loads(out)["outputs"]:
+            self.assertEqual(output["ok"], output["error"] == "")
+            for file in output["files"]:
+                WaveFile(file).check_complete()
+                self.assertEqual(WaveFile(file).data_bytes, output["bytes"])  # 0 where it had just begun
+        self.assertIn("join again", err.decode())
+        self.assertTrue(self.parts())
+        self.check_joined("--skip-existing")
+
+
+class TestFaultyDisks(InterruptedTest):
+    def limited(self, *arguments, size):
+        def limit():
+            signals.signal(signals.SIGXFSZ, signals.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))
+
+        return run(*arguments, preexec_fn=limit)
+
+    def test_a_task_without_room_is_worth_another_try_and_leaves_nothing(self):
+        recording = self.record("a.wav", 20)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES))
+        self.make_plan(*entry_options(WAVES), shard=20)
+        for size in (0, 100, 100_000, 2_000_000):
+            done = self.limited("run", self.plan, "--task", 0, "--quiet", size=size)
+            self.assertEqual(done.code, TRY_AGAIN, done.err)
+            self.assertIn(os.strerror(27), done.err)
+            self.assertEqual(self.leftovers(), [], size)
+        self.run_all()
+        self.check_joined()
+
+    def test_a_join_without_room_fails_and_another_makes_the_outputs(self):
+        recording = self.record("a.wav", 20)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES))
+        self.make_plan(*entry_options(WAVES), shard=7)
+        self.run_all()
+        done = self.limited("join", self.plan, "--remove-parts", size=500_000)
+        self.assertEqual(done.code, 1, done.err)
+        self.assertIn(os.strerror(27), done.err)
+        self.assertTrue(self.parts(), "parts are kept until every output is made")
+        self.check_joined("--skip-existing")
+
+    def test_a_folder_that_nothing_may_be_written_to_is_told(self):
+        self.record("a.wav", 6)
+        self.make_plan(*entry_options(WAVES[:1]))
+        program, user = as_plain_user(self.folder)
+        for folder in (self.out, self.recordings):
+            folder.chmod(0o755)
+        for arguments, code in ((["run", self.plan, "--task", 0], TRY_AGAIN),
+                                (["plan", self.recordings, "--output", self.out, "--shard", 5, "--plan",
+                                  self.folder / "other.json", *entry_options(WAVES[:1])], 1)):
+            if not user:
+                self.out.chmod(0o555)
+            refused = run(*arguments, program=program, **user)
+            self.assertEqual(refused.code, code, refused.err)
+            self.assertIn(os.strerror(13), refused.err)
+        self.out.chmod(0o755)
+
+    def test_parts_that_vanish_are_named_as_tasks_to_repeat(self):
+        recording = self.record("a.wav", 12)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES))
+        self.make_plan(*entry_options(WAVES))
+        self.run_all()
+        for part in self.parts():
+            part.unlink()
+        (self.out / "night.parts" / "r000000").rmdir()
+        missing = run("join", self.plan, "--json")
+        self.assertEqual(missing.code, TRY_AGAIN)
+        self.assertEqual(missing.json(), {"ok": False, "missing_tasks": [0, 1, 2]})
+        self.run_all()
+        self.check_joined()
+
+    def test_an_output_of_parts_that_changed_is_not_taken_for_a_finished_one_and_the_task_mends_them(self):
+        recording = self.record("a.wav", 12)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES[:2]))
+        self.make_plan(*entry_options(WAVES[:2]))
+        self.run_all()
+        waves = [path for path in self.parts() if path.suffix == ".wav"]
+        for part in (waves[0], waves[-1]):  # the first of one output, the last of the other
+            with open(part, "r+b") as file:
+                file.seek(-3000, os.SEEK_END)
+                byte = file.read(1)
+                file.seek(-1, os.SEEK_CUR)
+                file.write(bytes([byte[0] ^ 1]))
+        for _ in range(2):
+            done = run("join", self.plan, "--skip-existing", "--remove-parts")
+            self.assertEqual(done.code, 1)
+            self.assertIn("not those that were written", done.err)
+        self.run_all()
+        self.check_joined("--skip-existing")
+
+    def test_closed_streams_change_nothing(self):
+        recording = self.record("a.wav", 12)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES[:3]))
+        self.make_plan(*entry_options(WAVES[:3]))
+
+        def close():
+            os.close(1)
+            os.close(2)
+
+        for task in range(self.tasks()):
+            run("run", self.plan, "--task", task, preexec_fn=close)
+        run("join", self.plan, preexec_fn=close)
+        run_ok("join", self.plan, "--remove-parts", "--skip-existing")
+        assert_same_outputs(self, self.one, self.out)
+
+
+class TestNamesAndFolders(ClusterTest):
+    def test_paths_with_blanks_quotes_and_other_scripts_go_through_all_three(self):
+        strange = self.folder / "it's \"a\" $night; Ünï 夜"
+        strange.mkdir()
+        self.recordings = strange / "recs"
+        self.out = strange / "out"
+        self.recordings.mkdir()
+        self.out.mkdir()
+        recording = self.record("b ' c.wav", 12)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES[:3]))
+        self.plan = strange / "night.json"
+        script = self.make_plan(*entry_options(WAVES[:3]), "--sbatch").out
+        # With stand-ins for Slurm that run what they are given, as it does.
+        tools = self.folder / "tools"
+        tools.mkdir()
+        (tools / "sbatch").write_text('''#!/bin/bash
+for argument; do
+  case "$argument" in
+    --wrap=*) exec env -u SLURM_ARRAY_TASK_ID sh -c "${argument#--wrap=}";;
+  esac
+done
+for task in 0 1 2; do SLURM_ARRAY_TASK_ID=$task bash "${@: -1}" >&2 || exit 1; done
+echo 77
+''')
+        (tools / "sbatch").chmod(0o755)
+        (strange / "night.sh").write_text(script)
+        for variables in ({}, {"LC_ALL": "C"}):
+            for file in self.out.glob("*.wav"):
+                file.unlink()
+            subprocess.run(["bash", strange / "night.sh"], check=True, capture_output=True, timeout=300,
+                           env={**os.environ, "TZ": "UTC", "PATH": f"{tools}:{os.environ['PATH']}", **variables})
+        run_ok("join", self.plan, "--skip-existing", "--remove-parts")
+        assert_same_outputs(self, self.one, self.out)
+
+    def test_the_command_that_repeats_a_task_can_be_pasted_into_a_shell(self):
+        self.record("a.wav", 6)
+        self.plan = self.folder / "a night's plan.json"
+        self.make_plan(*entry_options(WAVES[:1]))
+        missing = run("join", self.plan)
+        line = next(line for line in missing.err.splitlines() if line.endswith("--task 0")).strip()
+        words = subprocess.run(["sh", "-c", f'printf "%s\\n" {line}'], capture_output=True, text=True, check=True)
+        self.assertEqual(words.stdout.splitlines()[1:], ["run", str(self.plan), "--task", "0"])
+
+    def test_a_plan_made_by_relative_paths_is_used_from_anywhere(self):
+        recording = self.record("a.wav", 12)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES[:3]))
+        run_ok("plan", "recordings", "--output", "out", "--shard", 5, "--plan", "night.json", *entry_options(WAVES[:3]),
+               cwd=self.folder)
+        for task in range(3):
+            run_ok("run", "../night.json", "--task", task, cwd=self.one)
+        run_ok("join", self.plan, "--remove-parts", cwd="/")
+        assert_same_outputs(self, self.one, self.out)
+
+    def test_outputs_in_the_folder_of_the_recordings_are_no_recordings(self):
+        self.record("a.wav", 6)
+        cuts, more = self.recordings / "cuts", self.recordings / "more"
+        for folder in (cuts, more):
+            folder.mkdir()
+            run_ok("cut", self.recordings / "a.wav", "--output", folder, "--entry", WAVES[0])
+        jobs = self.folder / "jobs.json"
+        jobs.write_text(json.dumps({
+            "output": f"{self.recordings}/../recordings/cuts/",
+            "entries": [{"frequency": 7_100_000, "bandwidth": 8000},
+                        {"frequency": 7_100_000, "bandwidth": 9000, "output": str(more)}]}))
+        told = run_ok("plan", self.recordings, "--shard", 5, "--plan", self.plan, "--jobs", jobs)
+        self.assertIn("1 recordings, 2 outputs, 2 tasks", told.out)
+
+    def test_local_time_names_of_another_zone_are_refused(self):
+        self.record("a.wav", 6)
+        self.make_plan(*entry_options(WAVES[:1]), "--local-time")
+        run_ok("run", self.plan, "--task", 0)
+        for arguments in (["run", self.plan, "--task", 1], ["join", self.plan]):
+            refused = run(*arguments, env=environment(TZ="Asia/Tokyo"))
+            self.assertEqual(refused.code, 3, refused.err)
+            self.assertIn("time zone", refused.err)
+
+    def test_a_library_that_cannot_begin_within_an_entry_is_told_when_planning(self):
+        self.record("a.wav", 6)
+        programs = self.folder / "programs"
+        programs.mkdir()
+        shutil.copy(CLI, programs)
+        library = next(CLI.parent.glob("*Vantrel.so"))
+        name = b"DownconvertResume"
+        self.assertIn(name, library.read_bytes())
+        (programs / library.name).write_bytes(library.read_bytes().replace(name, name[:-1] + b"X"))
+        refused = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.plan,
+                      *entry_options(WAVES[:1]), program=programs / CLI.name)
+        self.assertEqual(refused.code, 3, refused.err)
+        self.assertIn("cannot begin within an entry", refused.err)
+        self.assertFalse(self.plan.exists())
+        self.make_plan(*entry_options(WAVES[:1]))
+        refused = run("run", self.plan, "--task", 1, program=programs / CLI.name)
+        self.assertEqual(refused.code, 3, refused.err)
+        self.assertEqual(self.leftovers(), [])
+
+    def leftovers(self):
+        return list((self.out / "night.parts").rglob("*.tmp"))

@@ -1,0 +1,129 @@
+"""Lets calls of a task, and of the join behind it, fail one after the other.
+
+    cluster.py [STEP]     every STEP-th place of every kind (default 1), once and for good; beyond 100 once only
+
+A task passes when it ends with 0, 75 or 3 (or with 1 where memory fails before it has begun, or for good), with a message unless it is 0, and a task and a join that nothing fails make
+the undisturbed outputs from what it left. So does a join, which ends with 0, 1, 3, 4 or 75: with 0 its outputs are the
+undisturbed ones, and otherwise another join makes them so.
+"""
+import shutil
+import subprocess
+import sys
+
+import job
+
+ERRORS = {
+    "open": ("EACCES", "EIO", "ENOSPC", "EMFILE"),
+    "read": ("EIO", "short", "end"),
+    "write": ("EIO", "ENOSPC", "short", "full", "kill"),
+    "seek": ("EIO", "kill"),
+    "truncate": ("EIO", "kill"),
+    "sync": ("EIO", "kill"),
+    "close": ("EIO", "kill"),
+    "rename": ("EIO", "ENOSPC", "EACCES", "kill"),
+    "remove": ("EIO", "EACCES"),
+    "stat": ("EIO", "EACCES"),
+    "folder": ("EIO", "EACCES"),
+    "memory": ("ENOMEM",),
+    "thread": ("EAGAIN",),
+}
+# Of these a step is so many times as long: there are thousands.
+RARER = {"memory": 40, "stat": 4}
+ENTRIES = ("f=7.1M,bw=10k", "f=7.15M,bw=20k,bits=32", "f=7.2M,bw=12345,format=sigmf")
+RATE = 750_000
+
+
+class Night:
+    def __init__(self, folder):
+        self.folder = folder
+        self.output, self.kept, self.plan = folder / "out", folder / "kept", folder / "night.json"
+        self.output.mkdir()
+        options = [word for entry in ENTRIES for word in ("--entry", entry)]
+        source = job.make_input(folder, RATE, (1, 1, 1))
+        self.program("plan", source, "--output", self.output, "--shard", 2, "--plan", self.plan, "--sigmf-meta", *options)
+        for task in (0, 1):
+            self.program("run", self.plan, "--task", task)
+        shutil.copytree(self.output, self.kept)
+        self.program("join", self.plan)
+        self.wanted = self.samples()
+
+    def program(self, *arguments, fault=None):
+        environment = {"LC_ALL": "C.UTF-8", "TZ": "UTC", "LD_PRELOAD": job.FAULTS, "FAULT_CLOCK": str(job.CLOCK)}
+        counts = self.folder / "counts"
+        if fault:
+            counts.write_bytes(bytes(4096))
+            environment |= {**fault.environment(), "FAULT_COUNTS": str(counts)}
+        done = subprocess.run([job.CLI, *map(str, arguments)], env=environment, capture_output=True, timeout=120,
+                              stdin=subprocess.DEVNULL)
+        if fault is None and done.returncode != 0:
+            raise AssertionError(f"{arguments[0]} ended with {done.returncode}: {done.stderr.decode()}")
+        failed = int.from_bytes(counts.read_bytes()[8 * len(job.KINDS):8 * len(job.KINDS) + 8], "little") if fault else 0
+        return done.returncode, done.stderr.decode(errors="replace"), failed
+
+    def samples(self):
+        return {path.name: path.read_bytes() for path in self.output.iterdir() if path.is_file()}
+
+    def restore(self, parts):
+        shutil.rmtree(self.output)
+        if parts:
+            shutil.copytree(self.kept, self.output, copy_function=shutil.copy2)
+        else:
+            self.output.mkdir()
+
+    def try_task(self, fault):
+        """Whether anything failed; raises AssertionError for what must not be."""
+        self.restore(parts=False)
+        code, err, failed = self.program("run", self.plan, "--task", 0, fault=fault)
+        killed = fault.error == "kill" and code == -9
+        # Without memory before it is a task, or for the exception that tells of it, the program ends as all commands do.
+        early = fault.kind == "memory" and code == 1 and (fault.times == 0 or not (self.output / "night.parts").exists())
+        assert killed or early or code in (0, 75, 3), f"ended with {code}: {err}"
+        assert killed or code == 0 or err.strip(), "no message"
+        if code != 0:
+            self.program("run", self.plan, "--task", 0)
+        self.program("run", self.plan, "--task", 1)
+        self.program("join", self.plan, "--remove-parts")
+        assert self.samples() == self.wanted, "other outputs"
+        if fault.kind not in ("remove", "stat", "folder", "memory"):
+            assert {path.name for path in self.output.iterdir()} == set(self.wanted), "something is left over"
+        return failed > 0
+
+    def try_join(self, fault):
+        self.restore(parts=True)
+        code, err, failed = self.program("join", self.plan, fault=fault)
+        killed = fault.error == "kill" and code == -9
+        assert killed or code in (0, 1, 3, 4, 75), f"ended with {code}: {err}"
+        assert killed or code == 0 or err.strip(), "no message"
+        if code != 0:
+            self.program("join", self.plan, "--skip-existing")
+        assert self.samples() == self.wanted, "other outputs"
+        return failed > 0
+
+
+def main():
+    step = int(sys.argv[1]) if len(sys.argv) > 1 else 1
+    folder = job.work_folder()
+    wrong = places = 0
+    try:
+        night = Night(folder)
+        for attempt in (night.try_task, night.try_join):
+            for kind, errors in ERRORS.items():
+                for error in errors:
+                    for times in (0,) if error == "full" else (1,) if error == "kill" or step > 100 else (1, 0):
+                        at, behind = 1, 0
+                        while behind < 1:
+                            try:
+                                behind += not attempt(job.Fault(kind, error, at, times))
+                            except (AssertionError, subprocess.TimeoutExpired) as problem:
+                                wrong += 1
+                                print(f"{attempt.__name__} {kind} {error} {times} --at {at}: {problem}", flush=True)
+                            places += 1
+                            at += step * RARER.get(kind, 1)
+    finally:
+        shutil.rmtree(folder)
+    print(f"{places} places, {wrong} wrong")
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
