@@ -20,8 +20,9 @@ SetCompressor ${COMPRESSOR} ; each file on its own: nothing is unpacked twice on
 !include MUI2.nsh
 !include "${FILES}"
 
-; What it is known by. The key is below Software, that of all users or that of one.
-!define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Carvello"
+; The list of programs, and what it is known by there. The keys are those of all users or of one.
+!define PROGRAMS_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall"
+!define UNINSTALL_KEY "${PROGRAMS_KEY}\Carvello"
 !define STAGING ".carvello-setup" ; in the folder, while files are unpacked
 
 ; Exit codes besides 0, and 1 for what its user cancels.

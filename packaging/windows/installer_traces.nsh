@@ -99,6 +99,7 @@ Function ${UN}RemoveTraces
   ReadRegDWORD $0 SHCTX "${UNINSTALL_KEY}" Associations
   ${If} $0 = 1
     DeleteRegValue SHCTX Software\RegisteredApplications Carvello
+    DeleteRegKey /ifempty SHCTX Software\RegisteredApplications
     DeleteRegKey SHCTX "${CAPABILITIES}"
     DeleteRegKey /ifempty SHCTX Software\Carvello
     !insertmacro EachEnding TakeBackEnding
@@ -114,6 +115,7 @@ Function ${UN}RemoveTraces
     Call ${UN}ChangePath
   ${EndIf}
   DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+  DeleteRegKey /ifempty SHCTX "${PROGRAMS_KEY}"
 FunctionEnd
 !macroend
 !insertmacro RemoveTracesFunction ""

@@ -12,7 +12,9 @@ from program import TIMEOUT, EndToEndTest, command, contents, environment, nativ
 PROJECT = Path(__file__).resolve().parents[2]
 BUILD = Path(os.environ["CARVELLO_BUILD"])
 DISK = PROJECT / "build/wine/drive_c"
-UNINSTALL = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\Carvello"
+PROGRAMS = "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall"
+UNINSTALL = PROGRAMS + "\\Carvello"
+REGISTERED = "HKCU\\Software\\RegisteredApplications"
 SETTINGS = "HKCU\\Software\\Halvarn (V3)\\Carvello"
 ENDINGS = {".wav", ".rf64", ".sigmf-meta", ".sigmf-collection", ".sigmf", ".json"}
 
@@ -47,7 +49,7 @@ def users_registry():
 def machines_registry():
     """What setup might touch of what belongs to the whole machine."""
     return [registry(f"HKLM\\{key}") for key in (
-        "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall", "Software\\Classes\\.wav", "Software\\Classes\\.json",
+        PROGRAMS, "Software\\Classes\\.wav", "Software\\Classes\\.json",
         "Software\\Classes\\Applications", "Software\\Classes\\Carvello.Recording", "Software\\Carvello",
         "Software\\RegisteredApplications", "SYSTEM\\CurrentControlSet\\Control\\Session Manager\\Environment")]
 
@@ -213,6 +215,9 @@ class TestInstaller(EndToEndTest):
         self.addCleanup(reg, "delete", wav, "/f")
         reg("add", wav, "/ve", "/d", "Other.Player", "/f")
         reg("add", wav + "\\OpenWithProgids", "/v", "Other.Player", "/d", "", "/f")
+        # No other program is there for this user alone, or has told what it opens: keys are missing that are usually there.
+        reg("delete", f"HKCU\\{PROGRAMS}", "/f")
+        reg("delete", REGISTERED, "/f")
         before = users_registry()
 
         self.assertEqual(self.setup(program=self.old_program), DONE)
@@ -234,7 +239,7 @@ class TestInstaller(EndToEndTest):
             found = registry(f"HKCU\\Software\\Classes\\{ending}")
             self.assertEqual([key.rsplit("\\", 1)[1] for key, values in found.items() if values], ["OpenWithProgids"])
         self.assertIn(("REG_SZ", "Software\\Carvello\\Capabilities"),
-                      registry("HKCU\\Software\\RegisteredApplications").popitem()[1].values())
+                      registry(REGISTERED).popitem()[1].values())
 
         # An upgrade keeps what was chosen, and an option takes it back.
         self.assertEqual(self.setup(program=self.old_program), DONE)
@@ -245,6 +250,16 @@ class TestInstaller(EndToEndTest):
         self.assertEqual(users_registry(), before)
         for ending in ENDINGS - {".wav"}:
             self.assertEqual(registry(f"HKCU\\Software\\Classes\\{ending}"), {})
+
+    def test_what_other_programs_have_told_that_they_open_stays(self):
+        self.addCleanup(reg, "delete", REGISTERED, "/f")
+        reg("delete", REGISTERED, "/f")
+        reg("add", REGISTERED, "/v", "Other", "/d", "Software\\Other\\Capabilities", "/f")
+        before = users_registry()
+        self.assertEqual(self.setup("/Associations", program=self.old_program), DONE)
+        self.assertEqual(registry(REGISTERED).popitem()[1].keys(), {"Other", "Carvello"})
+        self.assertEqual(self.remove(self.own_folder), DONE)
+        self.assertEqual(users_registry(), before)
 
     def test_path_of_any_length_is_what_it_was_when_it_is_gone_again(self):
         self.addCleanup(reg, "delete", "HKCU\\Environment", "/v", "Path", "/f")
