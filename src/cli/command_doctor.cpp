@@ -1,6 +1,7 @@
 #include "cli/command_doctor.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "cli/console.h"
 #include "cli/help_texts.h"
@@ -29,6 +30,10 @@ void CDoctorCommand::AddOptions(CLI::App& app) {
 }
 
 EExit CDoctorCommand::Run() {
+  if (std::find(m_folders.begin(), m_folders.end(), "") != m_folders.end()) {
+    PrintMessage("FOLDER: a name is empty. Accepted: the path of a folder");
+    return EExit::Usage;
+  }
   SDoctorRequest request;
   request.folders = m_folders.empty() ? std::vector<std::string>{"."} : m_folders;
   request.bMeasure = !m_bNoSpeed;

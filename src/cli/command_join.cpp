@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <limits>
 #include <utility>
@@ -84,6 +85,7 @@ EExit CJoinCommand::Run() {
       if (settled != EExit::Ok) return settled;
       if (joins) Join(plan, recording, std::move(parts), entries, planned);
       report.outputs.insert(report.outputs.end(), planned.outputs.begin(), planned.outputs.end());
+      report.nInputBytes += planned.nInputBytes;
     }
     if (!missing.empty()) return TellMissing(missing);
   }
@@ -137,7 +139,8 @@ std::string CJoinCommand::GapIn(const COpenRecording& recording, const Parts& pa
 }
 
 EExit CJoinCommand::TellMissing(const std::vector<std::size_t>& missing) const {
-  PrintMessage(Format("%zu tasks are not complete. Do them again, then join:", missing.size()));
+  PrintMessage(missing.size() == 1 ? "1 task is not complete. Do it again, then join:"
+                                   : Format("%zu tasks are not complete. Do them again, then join:", missing.size()));
   std::vector<std::string> lines;
   for (const std::size_t task : missing) {
     lines.push_back(Format("%s run %s --task %zu", kProgramName, ShellWord(m_strPlan).c_str(), task));
@@ -182,6 +185,7 @@ void CJoinCommand::Join(const SWorkPlan& plan, const COpenRecording& recording, 
   const auto isStopped = [] { return StopRequests() > 0; };
   const SWritePolicy policy{
       .bReplace = m_bOverwrite || m_bSkipExisting, .bSync = plan.bSync, .bCountFrames = plan.bCountFrames};
+  std::atomic<std::int64_t> bytes = 0;
   SideBySide(entries.size(), platform::ProcessorCount(), [&](std::size_t i) noexcept {
     const std::size_t entry = entries[i];
     SCutOutput& output = report.outputs[entry];
@@ -194,12 +198,14 @@ void CJoinCommand::Join(const SWorkPlan& plan, const COpenRecording& recording, 
       output.result =
           JoinEntry(recording.Entries()[entry], recording.Recording(), recording.Job(entry), policy, source, isStopped);
       output.result.engine = recording.Engine(entry);
+      bytes += source.BytesRead();
     } catch (const std::exception& problem) {
       output.result.state = EOutputState::Failed;
       output.result.strError = problem.what();
     }
     output.bProcessed = true;
   });
+  report.nInputBytes = bytes;
 }
 
 EExit CJoinCommand::PrintReport(const SCutReport& report) const {

@@ -37,6 +37,13 @@ constexpr const char* kExamples =
     "  carvello-cli plan /data/night --jobs channels.json --entries-absolute --output cuts --shard 0:10:00 \\\n"
     "    --plan night.json --sbatch > night.sh && bash night.sh\n\n";
 
+// Of a name, as most systems take it for the same: ".wav".
+std::string EndingOf(const std::string& path) {
+  const std::string name = platform::NameOf(path);
+  const std::size_t dot = name.rfind('.');
+  return dot == std::string::npos ? std::string() : ToLowerAscii(name.substr(dot));
+}
+
 // Entries one by one, as a plan's job lists them.
 std::vector<SEntrySpec> Single(const std::vector<SEntrySpec>& specs) {
   std::vector<SEntrySpec> single;
@@ -165,6 +172,7 @@ EExit CPlanCommand::Run() {
   SSums sums;
   const EExit added = AddRecordings(files, plan, sums);
   if (added != EExit::Ok) return added;
+  PrintLeftOut(plan, sums);
   if (plan.tasks.empty()) {
     PrintMessage(plan.recordings.empty() ? "no recordings found. Accepted: their files, or folders that hold them"
                                          : "no recording holds any of the entries");
@@ -199,7 +207,7 @@ EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPla
       const std::uint32_t told = parts > 1 ? part : 0;
       const COpenRecording::EResult opened = recording.Open(plan, file.strPath, told, error);
       if (opened == COpenRecording::EResult::NoRecording && !file.bNamed) {
-        ++sums.nSkipped;
+        sums.leftOut.push_back({file.strPath, error});
         break;
       }
       if (opened != COpenRecording::EResult::Ok) {
@@ -277,20 +285,30 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
   return EExit::Ok;
 }
 
+// First those that are named like the recordings: a broken one must not drown in notes and pictures.
+void CPlanCommand::PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const {
+  std::set<std::string> endings;
+  for (const SPlannedRecording& recording : plan.recordings) endings.insert(EndingOf(recording.strInput));
+  std::vector<std::string> messages;
+  for (const bool likely : {true, false}) {
+    for (const SLeftOut& file : sums.leftOut) {
+      if (endings.contains(EndingOf(file.strPath)) == likely) messages.push_back(file.strReason);
+    }
+  }
+  PrintMessages(messages, "left out: ");
+}
+
 void CPlanCommand::PrintResult(const SWorkPlan& plan, const SSums& sums) const {
   const std::string path = platform::AbsolutePath(m_strPlan);
-  const std::string told = Format("%zu recordings, %zu outputs, %zu tasks in %s", plan.recordings.size(), sums.nOutputs,
-                                  plan.tasks.size(), path.c_str());
-  const std::string skipped = Format("%zu other files are no recordings", sums.nSkipped);
+  const std::string told = CountOf(plan.recordings.size(), "recording") + ", " + CountOf(sums.nOutputs, "output") +
+                           ", " + CountOf(plan.tasks.size(), "task") + " in " + path;
   if (m_bSbatch) {
     PrintErrLine(told);
-    if (sums.nSkipped > 0) PrintErrLine(skipped);
     PrintOut(SlurmScript(plan, path, NeedsOf(plan, sums.nBytesPerFrame, sums.dNanoseconds), platform::ProgramPath()));
     return;
   }
   const std::string name = ShellWord(m_strPlan);
   PrintOutLine(told);
-  if (sums.nSkipped > 0) PrintOutLine(skipped);
   PrintOutLine(
       Format("Each task:  %s run %s --task K    (K from 0 to %zu)", kProgramName, name.c_str(), plan.tasks.size() - 1));
   PrintOutLine(Format("Then:       %s join %s", kProgramName, name.c_str()));

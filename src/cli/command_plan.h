@@ -25,6 +25,12 @@ class CPlanCommand : public CCommand {
   EExit Run() override;
 
  private:
+  // A file in a folder that is no recording.
+  struct SLeftOut {
+    std::string strPath;
+    std::string strReason;
+  };
+
   // What all recordings together come to.
   struct SSums {
     std::set<std::string> outputs;  // by the keys of their names
@@ -32,7 +38,7 @@ class CPlanCommand : public CCommand {
     double dNanoseconds = 0.0;      // of processor time for each frame, of the dearest recording
     std::uint32_t nBytesPerFrame = 0;
     std::size_t nOutputs = 0;
-    std::size_t nSkipped = 0;  // files of folders that are no recordings
+    std::vector<SLeftOut> leftOut;
   };
 
   bool ReadOptions(SWorkPlan& plan, std::vector<std::string>& inputs, std::string& error);
@@ -40,6 +46,7 @@ class CPlanCommand : public CCommand {
   EExit AddRecordings(const std::vector<SFoundFile>& files, SWorkPlan& plan, SSums& sums) const;
   EExit AddRecording(const COpenRecording& recording, const std::string& input, std::uint32_t part, SWorkPlan& plan,
                      SSums& sums) const;
+  void PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const;
   void PrintResult(const SWorkPlan& plan, const SSums& sums) const;
 
   SCutOptions m_options;

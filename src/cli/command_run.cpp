@@ -239,7 +239,7 @@ void CRunCommand::PrintResult(std::size_t task, std::size_t made, std::size_t ke
     json.EndObject();
     PrintOut(json.Document());
   } else if (!m_bQuiet) {
-    PrintOutLine(Format("Task %zu: %zu parts made, %zu were there", task, made, kept));
+    PrintOutLine(Format("Task %zu: %s made, %zu were there", task, CountOf(made, "part").c_str(), kept));
   }
 }
 

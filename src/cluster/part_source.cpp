@@ -56,6 +56,7 @@ void CPartSource::Read(SComplex* destination, std::size_t count) {
       throw std::runtime_error(m_parts[m_nPart].strPath + ": cannot be read: " +
                                (m_file.ReadError() == 0 ? "the file ends early" : SystemErrorText(m_file.ReadError())));
     }
+    m_nBytesRead += static_cast<std::int64_t>(m_bytes.size());
     m_hash.Add(m_bytes.data(), m_bytes.size());
     if (m_nBits == 32) {
       std::memcpy(destination, m_bytes.data(), m_bytes.size());

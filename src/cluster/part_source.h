@@ -27,6 +27,7 @@ class CPartSource final : public ISampleSource {
 
   void Read(SComplex* destination, std::size_t count) override;
   std::int64_t GivenBy(std::int64_t frame) const override;
+  std::int64_t BytesRead() const { return m_nBytesRead; }  // of samples
 
  private:
   void Open();
@@ -39,6 +40,7 @@ class CPartSource final : public ISampleSource {
   CSha256 m_hash;
   std::uint32_t m_nBits = 0;
   std::int64_t m_nLeft = 0;  // frames of the open part
+  std::int64_t m_nBytesRead = 0;
   std::vector<std::uint8_t> m_bytes;
 };
 

@@ -48,6 +48,9 @@ void AddProcessor(SReportSection& section) {
   } else {
     section.None("processorQuota", "limit of their time");
   }
+  if (limits.nGranted > 0) {
+    section.Number("processorsGranted", "granted by the batch system", std::int64_t{limits.nGranted});
+  }
   std::string sets;
   for (const EInstructionSet set : InstructionSets()) sets += (sets.empty() ? "" : ", ") + std::string(NameOf(set));
   section.Text("instructionSets", "instruction sets", sets);

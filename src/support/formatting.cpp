@@ -65,6 +65,10 @@ std::string GroupDigits(std::int64_t value) {
   return text;
 }
 
+std::string CountOf(std::size_t count, const char* thing) {
+  return Format(count == 1 ? "%zu %s" : "%zu %ss", count, thing);
+}
+
 std::string FormatDuration(double seconds) {
   const long long whole = std::llround(std::clamp(seconds, 0.0, 1e15));
   if (whole < 3600) return Format("%lld:%02lld", whole / 60, whole % 60);

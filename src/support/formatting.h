@@ -1,6 +1,7 @@
 // Numbers, times and errors as the texts that the dialog, the log and the recordings show.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -13,6 +14,8 @@ std::string FormatFrequency(std::uint32_t frequency);
 std::string FormatFrequency64(std::int64_t frequency);
 // Digits in groups of three with dots: 14200000 gives "14.200.000".
 std::string GroupDigits(std::int64_t value);
+// "1 part", "2 parts".
+std::string CountOf(std::size_t count, const char* thing);
 
 // Seconds to "H:MM:SS", "M:SS" below an hour.
 std::string FormatDuration(double seconds);

@@ -27,8 +27,11 @@ struct ProcessorLimits {
   unsigned nAllowed = 0;  // those that this process may run on; 0 where the system does not tell
   // Of so many processors' time, by the limits that containers and job schedulers set; nothing where there is none.
   std::optional<double> quota;
+  unsigned nGranted = 0;  // by the batch system whose job this is, bound to them or not; 0 where none tells
 };
 ProcessorLimits GetProcessorLimits();
+// What a batch system's variable tells, null where there is none: 0 for what is no number of processors.
+unsigned GrantedProcessors(const char* told);
 // Those that the process can keep busy: what of a processor's time is left over counts as one from a half on.
 unsigned UsableProcessors(const ProcessorLimits& limits);
 

@@ -206,6 +206,7 @@ ProcessorLimits GetProcessorLimits() {
     }
   }
   limits.quota = ProcessorQuota();
+  limits.nGranted = GrantedProcessors(std::getenv("SLURM_CPUS_PER_TASK"));
   return limits;
 }
 

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "cluster/shell_word.h"
-
 namespace carvello::test {
 namespace {
 
@@ -21,15 +19,6 @@ SWorkPlan Plan(std::size_t tasks, std::int64_t frames = 600'000'000) {
     plan.tasks.push_back({0, from, from + 600});
   }
   return plan;
-}
-
-TEST(ShellWord, IsQuotedWhereAShellWouldTakeItForMore) {
-  EXPECT_EQ(ShellWord("/a/b-1_2.json"), "/a/b-1_2.json");
-  EXPECT_EQ(ShellWord(""), "''");
-  EXPECT_EQ(ShellWord("a b"), "'a b'");
-  EXPECT_EQ(ShellWord("it's"), "'it'\\''s'");
-  EXPECT_EQ(ShellWord("$x"), "'$x'");
-  EXPECT_EQ(QuotedWord("a"), "'a'");
 }
 
 TEST(SlurmScript, HasAJobForEveryTaskUpToWhatAnArrayTakes) {

@@ -103,6 +103,14 @@ class TestTasks(ClusterTest):
         self.run_all()
         self.check_joined()
 
+    def test_join_tells_what_it_has_read(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:3]))
+        self.run_all()
+        told = json.loads(run_ok("join", self.plan, "--json").out)
+        frames = [(output["frames"], output["bits"] // 4) for output in told["outputs"]]
+        self.assertEqual(told["inputBytes"], sum(count * size for count, size in frames))
+
     def test_a_task_that_is_done_is_not_done_again(self):
         self.record("a.wav", 12)
         self.make_plan(*entry_options())
@@ -124,7 +132,7 @@ class TestTasks(ClusterTest):
             file.truncate(200)
         missing = run("join", self.plan)
         self.assertEqual(missing.code, TRY_AGAIN)
-        self.assertRegex(missing.err, r"1 tasks are not complete.*\n.*run .*night.json'? --task 0")
+        self.assertRegex(missing.err, r"1 task is not complete.*\n.*run .*night.json['\"]? --task 0")
         self.run_all()
         self.check_joined()
 
@@ -217,6 +225,26 @@ class TestPlans(ClusterTest):
         for inputs in ([self.recordings], ["--list", names], [self.recordings, "--list", names, second]):
             told = self.make_plan(*entry_options(ENTRIES[:1]), "--overwrite", inputs=inputs)
             self.assertIn("2 recordings, 2 outputs, 4 tasks", told.out)
+
+    def test_files_that_are_no_recordings_are_named_with_the_reason_and_those_named_like_one_first(self):
+        self.record("m.wav", 6)
+        for number in range(25):
+            (self.recordings / f"a{number:02}.txt").write_text("a note")
+        broken = self.recordings / "z.WAV"
+        broken.write_bytes(b"RIFF\0\0\0\0WAVE")
+        told = self.make_plan(*entry_options(ENTRIES[:1]))
+        self.assertIn("1 recording, 1 output, 2 tasks", told.out)
+        lines = [line for line in told.err.splitlines() if "left out: " in line]
+        self.assertIn(str(broken), lines[0])
+        self.assertIn("a00.txt", lines[1])
+        self.assertIn("... and 6 more", lines[-1])
+        self.assertEqual(len(lines), 21)
+        # Where nothing else is there, too.
+        (self.recordings / "m.wav").unlink()
+        none = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.folder / "none.json",
+                   *entry_options(ENTRIES[:1]))
+        self.assertEqual(none.code, 2)
+        self.assertRegex(none.err, r"(?s)left out: .*a00\.txt.*no recordings found")
 
     def test_entries_by_frequency_go_to_the_recordings_that_hold_them(self):
         self.record("a.wav", 6)

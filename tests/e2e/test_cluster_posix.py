@@ -259,7 +259,7 @@ echo 77
             "entries": [{"frequency": 7_100_000, "bandwidth": 8000},
                         {"frequency": 7_100_000, "bandwidth": 9000, "output": str(more)}]}))
         told = run_ok("plan", self.recordings, "--shard", 5, "--plan", self.plan, "--jobs", jobs)
-        self.assertIn("1 recordings, 2 outputs, 2 tasks", told.out)
+        self.assertIn("1 recording, 2 outputs, 2 tasks", told.out)
 
     def test_local_time_names_of_another_zone_are_refused(self):
         self.record("a.wav", 6)

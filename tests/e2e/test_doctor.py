@@ -5,7 +5,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from program import environment, native, run_ok
+from program import environment, native, run, run_ok
 
 
 class TestVersion(unittest.TestCase):
@@ -57,6 +57,11 @@ class TestDoctor(unittest.TestCase):
         self.assertGreaterEqual(told["system"]["processorsAllowed"], 1)
         for key in ("system", "kernel", "runtime", "processor", "timeZone"):
             self.assertTrue(told["system"][key], key)
+
+    def test_an_empty_name_of_a_folder_is_refused(self):
+        refused = run("doctor", "--no-speed", "")
+        self.assertEqual(refused.code, 2)
+        self.assertIn("FOLDER: a name is empty", refused.err)
 
     def test_folders_that_are_not_there_are_no_failure(self):
         told = run_ok("doctor", self.folder / "gone", "--json").json()

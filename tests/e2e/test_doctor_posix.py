@@ -81,6 +81,13 @@ class TestDoctorWithoutSomething(unittest.TestCase):
         self.assertEqual(told["system"]["processorsAllowed"], 1)
         self.assertEqual(told["system"]["processors"], os.sysconf("SC_NPROCESSORS_ONLN"))
 
+    def test_processors_that_slurm_grants_are_told_and_bound_the_threads(self):
+        told = run_ok("doctor", "--json", env={"SLURM_CPUS_PER_TASK": "1"}).json()
+        self.assertEqual(told["system"]["processorsGranted"], 1)
+        self.assertNotIn("framesPerSecondTogether", told["cut"])  # with one processor there is no second figure
+        told = run_ok("doctor", "--no-speed", "--json", env={"SLURM_CPUS_PER_TASK": "many"}).json()
+        self.assertNotIn("processorsGranted", told["system"])
+
     def test_a_lost_report_is_told(self):
         with open("/dev/full", "wb") as full:
             done = subprocess.run([str(CLI), "doctor", "--no-speed"], stdout=full, stderr=subprocess.PIPE,

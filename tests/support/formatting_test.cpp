@@ -83,6 +83,12 @@ TEST(GroupDigits, LongerNumbersAreGroupedFromTheRight) {
   EXPECT_EQ(GroupDigits(std::numeric_limits<std::int64_t>::min()), "-9.223.372.036.854.775.808");
 }
 
+TEST(CountOf, OneThingIsNoSeveral) {
+  EXPECT_EQ(CountOf(0, "part"), "0 parts");
+  EXPECT_EQ(CountOf(1, "part"), "1 part");
+  EXPECT_EQ(CountOf(2, "part"), "2 parts");
+}
+
 TEST(SystemErrorText, UnknownCodesAreNamedByNumber) {
   EXPECT_EQ(SystemErrorText(0xDEADBEEF), "Unknown error 3735928559");
 }
