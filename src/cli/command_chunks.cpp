@@ -1,7 +1,5 @@
 #include "cli/command_chunks.h"
 
-#include <CLI/CLI.hpp>
-
 #include "cli/console.h"
 #include "cli/help_texts.h"
 #include "engine/recording_input.h"
@@ -22,11 +20,11 @@ bool HasRiffHead(const std::string& path) {
 
 }  // namespace
 
-void CChunksCommand::AddOptions(CLI::App& app) {
-  app.add_option("FILE", m_strFile, "The file, WAV or RF64")->type_name("")->required();
-  app.footer(std::string("Example:\n"
-                         "  carvello-cli chunks \"rec 000.wav\"\n\n") +
-             kExitCodesHelp);
+void CChunksCommand::AddOptions(CCommandOptions& options) {
+  options.Add("FILE", &m_strFile, "The file, WAV or RF64").Required();
+  options.SetFooter(std::string("Example:\n"
+                                "  carvello-cli chunks \"rec 000.wav\"\n\n") +
+                    kExitCodesHelp);
 }
 
 EExit CChunksCommand::Run() {

@@ -11,7 +11,7 @@ class CChunksCommand : public CCommand {
  public:
   const char* Name() const override { return "chunks"; }
   const char* Summary() const override { return "List the chunks of one file"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

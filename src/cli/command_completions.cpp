@@ -1,21 +1,18 @@
 #include "cli/command_completions.h"
 
-#include <CLI/CLI.hpp>
-
 #include "cli/completion_script.h"
 #include "cli/console.h"
 #include "cli/help_texts.h"
 
 namespace carvello {
 
-void CCompletionsCommand::AddOptions(CLI::App& app) {
-  m_pProgram = app.get_parent();
-  app.add_option("SHELL", m_strShell, "bash, zsh or fish")->type_name("")->required();
-  app.footer(std::string("Examples:\n"
-                         "  source <(carvello-cli completions bash)\n"
-                         "  carvello-cli completions zsh > ~/.zfunc/_carvello-cli    # a folder of $fpath\n"
-                         "  carvello-cli completions fish > ~/.config/fish/completions/carvello-cli.fish\n\n") +
-             kExitCodesHelp);
+void CCompletionsCommand::AddOptions(CCommandOptions& options) {
+  options.Add("SHELL", &m_strShell, "bash, zsh or fish").Required();
+  options.SetFooter(std::string("Examples:\n"
+                                "  source <(carvello-cli completions bash)\n"
+                                "  carvello-cli completions zsh > ~/.zfunc/_carvello-cli    # a folder of $fpath\n"
+                                "  carvello-cli completions fish > ~/.config/fish/completions/carvello-cli.fish\n\n") +
+                    kExitCodesHelp);
 }
 
 EExit CCompletionsCommand::Run() {
@@ -24,7 +21,7 @@ EExit CCompletionsCommand::Run() {
     PrintMessage("completions: \"" + m_strShell + "\" is no shell that is known. Accepted: bash, zsh, fish");
     return EExit::Usage;
   }
-  PrintOut(CompletionScript(*m_pProgram, *shell));
+  PrintOut(CompletionScript(m_program, *shell));
   return EExit::Ok;
 }
 

@@ -4,19 +4,22 @@
 #include <string>
 
 #include "cli/command.h"
+#include "cli/command_line.h"
 
 namespace carvello {
 
 class CCompletionsCommand : public CCommand {
  public:
+  // `program`: what the script is for; read by Run().
+  explicit CCompletionsCommand(const SProgramSyntax& program) : m_program(program) {}
   const char* Name() const override { return "completions"; }
   const char* Summary() const override { return "Print the completions for a shell"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:
   std::string m_strShell;
-  const CLI::App* m_pProgram = nullptr;
+  const SProgramSyntax& m_program;
 };
 
 }  // namespace carvello

@@ -1,6 +1,5 @@
 #include "cli/command_cut.h"
 
-#include <CLI/CLI.hpp>
 #include <set>
 #include <vector>
 
@@ -43,19 +42,19 @@ void PrintNotes(const SPlanNotes& notes) {
 
 }  // namespace
 
-void CCutCommand::AddOptions(CLI::App& app) {
+void CCutCommand::AddOptions(CCommandOptions& options) {
   SCutOptions& o = m_options;
-  app.add_option("INPUT", o.strInput, "Any file of the recording")->type_name("");
-  AddEntryOptions(app, o);
-  app.add_option("--collection", o.strCollection, "Write a SigMF collection over the outputs into their folder")
-      ->type_name("NAME");
-  app.add_flag("--overwrite", o.bOverwrite, "Replace outputs that exist");
-  app.add_flag("--skip-existing", o.bSkipExisting, "Leave entries out whose outputs are finished");
-  app.add_flag("--json", o.bJson, "Print one JSON object on stdout when done");
-  app.add_flag("--quiet", o.bQuiet, "No progress and no summary");
-  app.add_flag("--verbose", o.bVerbose, "Print the workers' log on stderr");
-  m_given.AddTo(app);
-  app.footer(std::string(kEntryHelp) + kJobFileHelp + kExamples + kExitCodesHelp);
+  options.Add("INPUT", &o.strInput, "Any file of the recording");
+  AddEntryOptions(options, o);
+  options.Add("--collection", &o.strCollection, "Write a SigMF collection over the outputs into their folder")
+      .Value("NAME");
+  options.Add("--overwrite", &o.bOverwrite, "Replace outputs that exist");
+  options.Add("--skip-existing", &o.bSkipExisting, "Leave entries out whose outputs are finished");
+  options.Add("--json", &o.bJson, "Print one JSON object on stdout when done");
+  options.Add("--quiet", &o.bQuiet, "No progress and no summary");
+  options.Add("--verbose", &o.bVerbose, "Print the workers' log on stderr");
+  m_given.AddTo(options);
+  options.SetFooter(std::string(kEntryHelp) + kJobFileHelp + kExamples + kExitCodesHelp);
 }
 
 EExit CCutCommand::Run() {

@@ -18,7 +18,7 @@ class CCutCommand : public CCommand {
  public:
   const char* Name() const override { return "cut"; }
   const char* Summary() const override { return "Cut narrow-band recordings out of a wide-band one"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

@@ -1,6 +1,5 @@
 #include "cli/command_doctor.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "cli/console.h"
@@ -9,12 +8,11 @@
 
 namespace carvello {
 
-void CDoctorCommand::AddOptions(CLI::App& app) {
-  app.add_option("FOLDER", m_folders, "folders of recordings, whose disks are looked at; the present one unless given")
-      ->type_name("");
-  app.add_flag("--json", m_bJson, "print one JSON object");
-  app.add_flag("--no-speed", m_bNoSpeed, "measure nothing: nothing is written, and no cut is tried");
-  app.footer(
+void CDoctorCommand::AddOptions(CCommandOptions& options) {
+  options.Add("FOLDER", &m_folders, "folders of recordings, whose disks are looked at; the present one unless given");
+  options.Add("--json", &m_bJson, "print one JSON object");
+  options.Add("--no-speed", &m_bNoSpeed, "measure nothing: nothing is written, and no cut is tried");
+  options.SetFooter(
       std::string(
           "The report tells versions, commit and compiler of the program and its library; names and versions of\n"
           "system and processor, limits of processors and memory, locale and time zone; paths of the program\n"

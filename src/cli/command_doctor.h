@@ -12,7 +12,7 @@ class CDoctorCommand : public CCommand {
  public:
   const char* Name() const override { return "doctor"; }
   const char* Summary() const override { return "Tell what a report about a fault needs: versions, machine, speed"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

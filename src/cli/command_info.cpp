@@ -1,7 +1,5 @@
 #include "cli/command_info.h"
 
-#include <CLI/CLI.hpp>
-
 #include "cli/console.h"
 #include "cli/hash_check.h"
 #include "cli/help_texts.h"
@@ -10,17 +8,17 @@
 
 namespace carvello {
 
-void CInfoCommand::AddOptions(CLI::App& app) {
-  app.add_option("INPUT", m_strInput, "Any file of the recording")->type_name("")->required();
-  app.add_flag("--json", m_bJson, "Print one JSON object instead of a text");
-  app.add_flag("--verify", m_bVerify, "Read all samples and compare their hash with the one that the recording tells");
-  m_given.AddTo(app);
-  app.footer(std::string("Examples:\n"
-                         "  carvello-cli info \"rec 000.wav\"\n"
-                         "  carvello-cli info --json \"rec 000.wav\"\n"
-                         "  carvello-cli info capture.iq --sample-type ci16 --rate 2M --centre 7.1M \\\n"
-                         "      --start-time 2026-11-21T12:00:00Z\n\n") +
-             kExitCodesHelp);
+void CInfoCommand::AddOptions(CCommandOptions& options) {
+  options.Add("INPUT", &m_strInput, "Any file of the recording").Required();
+  options.Add("--json", &m_bJson, "Print one JSON object instead of a text");
+  options.Add("--verify", &m_bVerify, "Read all samples and compare their hash with the one that the recording tells");
+  m_given.AddTo(options);
+  options.SetFooter(std::string("Examples:\n"
+                                "  carvello-cli info \"rec 000.wav\"\n"
+                                "  carvello-cli info --json \"rec 000.wav\"\n"
+                                "  carvello-cli info capture.iq --sample-type ci16 --rate 2M --centre 7.1M \\\n"
+                                "      --start-time 2026-11-21T12:00:00Z\n\n") +
+                    kExitCodesHelp);
 }
 
 EExit CInfoCommand::Run() {

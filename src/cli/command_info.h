@@ -12,7 +12,7 @@ class CInfoCommand : public CCommand {
  public:
   const char* Name() const override { return "info"; }
   const char* Summary() const override { return "Describe a recording"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

@@ -1,6 +1,5 @@
 #include "cli/command_join.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -37,14 +36,14 @@ constexpr const char* kExamples =
 
 }  // namespace
 
-void CJoinCommand::AddOptions(CLI::App& app) {
-  app.add_option("PLAN", m_strPlan, "What \"plan\" wrote")->type_name("")->required();
-  app.add_flag("--overwrite", m_bOverwrite, "Replace outputs that exist");
-  app.add_flag("--skip-existing", m_bSkipExisting, "Leave outputs that are finished");
-  app.add_flag("--remove-parts", m_bRemoveParts, "Remove what the tasks wrote when every output is made");
-  app.add_flag("--json", m_bJson, "Print one JSON object on stdout when done");
-  app.add_flag("--quiet", m_bQuiet, "No summary");
-  app.footer(std::string(kMeaning) + kExamples + kExitCodesHelp);
+void CJoinCommand::AddOptions(CCommandOptions& options) {
+  options.Add("PLAN", &m_strPlan, "What \"plan\" wrote").Required();
+  options.Add("--overwrite", &m_bOverwrite, "Replace outputs that exist");
+  options.Add("--skip-existing", &m_bSkipExisting, "Leave outputs that are finished");
+  options.Add("--remove-parts", &m_bRemoveParts, "Remove what the tasks wrote when every output is made");
+  options.Add("--json", &m_bJson, "Print one JSON object on stdout when done");
+  options.Add("--quiet", &m_bQuiet, "No summary");
+  options.SetFooter(std::string(kMeaning) + kExamples + kExitCodesHelp);
 }
 
 EExit CJoinCommand::Run() {
@@ -148,7 +147,7 @@ EExit CJoinCommand::TellMissing(const std::vector<std::size_t>& missing) const {
   PrintList(lines);
   if (missing.size() > kTasksListed) {
     std::string numbers;
-    for (const std::size_t task : missing) numbers += (numbers.empty() ? "" : ",") + std::to_string(task);
+    for (const std::size_t task : missing) numbers.append(numbers.empty() ? "" : ",").append(std::to_string(task));
     PrintErrLine("all of them: " + numbers);
   }
   if (m_bJson) {

@@ -17,7 +17,7 @@ class CJoinCommand : public CCommand {
  public:
   const char* Name() const override { return "join"; }
   const char* Summary() const override { return "Make the outputs of a plan whose tasks are done"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

@@ -1,7 +1,5 @@
 #include "cli/command_picture.h"
 
-#include <CLI/CLI.hpp>
-
 #include "cli/console.h"
 #include "cli/help_texts.h"
 #include "cli/picture_drawing.h"
@@ -32,25 +30,25 @@ constexpr const char* kMeaning =
 
 }  // namespace
 
-void CPictureCommand::AddOptions(CLI::App& app) {
+void CPictureCommand::AddOptions(CCommandOptions& options) {
   SPictureOptions& o = m_options;
-  app.add_option("INPUT", o.strInput, "Any file of the recording")->type_name("")->required();
-  app.add_option("OUT", o.strOutput, "The PNG file to make")->type_name("")->required();
-  app.add_option("--from", o.strFrom, "Lowest frequency in Hz; suffixes k, M and G")->type_name("HZ");
-  app.add_option("--to", o.strTo, "Highest frequency")->type_name("HZ");
-  o.time.AddTo(app);
-  app.add_option("--size", o.strSize, "Pixels of the waterfall")->type_name("WxH")->capture_default_str();
-  app.add_option("--levels", o.strLevels, "dBFS of the weakest and the strongest colour; by the noise otherwise")
-      ->type_name("LOW:HIGH");
-  app.add_option("--palette", o.strPalette, "viridis, turbo or grey")->type_name("NAME")->capture_default_str();
-  app.add_flag("--plain", o.bPlain, "The waterfall alone");
-  app.add_flag("--peak", o.bPeak, "The largest level of a row's time: nothing short is lost");
-  app.add_flag("--mean", o.bMean, "The mean level of a row's time (default): weak carriers stand out");
-  app.add_flag("--fast", o.bFast, "Look at some of the samples only");
-  app.add_flag("--overwrite", o.bOverwrite, "Replace OUT if it exists");
-  app.add_flag("--quiet", o.bQuiet, "No progress");
-  m_given.AddTo(app);
-  app.footer(std::string(kMeaning) + kTimeSpanHelp + kExamples + kExitCodesHelp);
+  options.Add("INPUT", &o.strInput, "Any file of the recording").Required();
+  options.Add("OUT", &o.strOutput, "The PNG file to make").Required();
+  options.Add("--from", &o.strFrom, "Lowest frequency in Hz; suffixes k, M and G").Value("HZ");
+  options.Add("--to", &o.strTo, "Highest frequency").Value("HZ");
+  o.time.AddTo(options);
+  options.Add("--size", &o.strSize, "Pixels of the waterfall").Value("WxH").ShowsDefault();
+  options.Add("--levels", &o.strLevels, "dBFS of the weakest and the strongest colour; by the noise otherwise")
+      .Value("LOW:HIGH");
+  options.Add("--palette", &o.strPalette, "viridis, turbo or grey").Value("NAME").ShowsDefault();
+  options.Add("--plain", &o.bPlain, "The waterfall alone");
+  options.Add("--peak", &o.bPeak, "The largest level of a row's time: nothing short is lost");
+  options.Add("--mean", &o.bMean, "The mean level of a row's time (default): weak carriers stand out");
+  options.Add("--fast", &o.bFast, "Look at some of the samples only");
+  options.Add("--overwrite", &o.bOverwrite, "Replace OUT if it exists");
+  options.Add("--quiet", &o.bQuiet, "No progress");
+  m_given.AddTo(options);
+  options.SetFooter(std::string(kMeaning) + kTimeSpanHelp + kExamples + kExitCodesHelp);
 }
 
 EExit CPictureCommand::Run() {

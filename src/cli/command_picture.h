@@ -13,7 +13,7 @@ class CPictureCommand : public CCommand {
  public:
   const char* Name() const override { return "picture"; }
   const char* Summary() const override { return "Draw a recording: levels by frequency and time"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

@@ -1,6 +1,5 @@
 #include "cli/command_plan.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "cli/console.h"
@@ -66,21 +65,19 @@ std::vector<SEntrySpec> Single(const std::vector<SEntrySpec>& specs) {
 
 }  // namespace
 
-void CPlanCommand::AddOptions(CLI::App& app) {
-  app.add_option("INPUT", m_inputs, "Recordings: a file of each, or folders to look into")->type_name("");
-  app.add_option("--list", m_strList, "File that names more of them, a line each")->type_name("FILE");
-  app.add_option("--plan", m_strPlan, "The plan file to write")->type_name("PLAN")->required();
-  app.add_option("--shard", m_strShard, "Length of a task's stretch: seconds, H:MM or H:MM:SS")
-      ->type_name("D")
-      ->required();
-  app.add_option("--parts", m_strParts, "Folder for what tasks write; beside the outputs otherwise")->type_name("DIR");
-  app.add_flag("--entries-absolute", m_bAbsolute, "Each recording gets those entries whose band and time it holds");
-  app.add_flag("--sbatch", m_bSbatch, "Print a script that runs the plan on Slurm");
-  AddEntryOptions(app, m_options);
-  app.add_flag("--overwrite", m_options.bOverwrite, "Replace the plan file; outputs may exist");
-  app.add_flag("--skip-existing", m_options.bSkipExisting, "Outputs may exist, join will leave them");
-  m_given.AddTo(app);
-  app.footer(std::string(kMeaning) + kEntryHelp + kJobFileHelp + kExamples + kExitCodesHelp);
+void CPlanCommand::AddOptions(CCommandOptions& options) {
+  options.Add("INPUT", &m_inputs, "Recordings: a file of each, or folders to look into");
+  options.Add("--list", &m_strList, "File that names more of them, a line each").Value("FILE");
+  options.Add("--plan", &m_strPlan, "The plan file to write").Value("PLAN").Required();
+  options.Add("--shard", &m_strShard, "Length of a task's stretch: seconds, H:MM or H:MM:SS").Value("D").Required();
+  options.Add("--parts", &m_strParts, "Folder for what tasks write; beside the outputs otherwise").Value("DIR");
+  options.Add("--entries-absolute", &m_bAbsolute, "Each recording gets those entries whose band and time it holds");
+  options.Add("--sbatch", &m_bSbatch, "Print a script that runs the plan on Slurm");
+  AddEntryOptions(options, m_options);
+  options.Add("--overwrite", &m_options.bOverwrite, "Replace the plan file; outputs may exist");
+  options.Add("--skip-existing", &m_options.bSkipExisting, "Outputs may exist, join will leave them");
+  m_given.AddTo(options);
+  options.SetFooter(std::string(kMeaning) + kEntryHelp + kJobFileHelp + kExamples + kExitCodesHelp);
 }
 
 bool CPlanCommand::ReadOptions(SWorkPlan& plan, std::vector<std::string>& inputs, std::string& error) {

@@ -21,7 +21,7 @@ class CPlanCommand : public CCommand {
  public:
   const char* Name() const override { return "plan"; }
   const char* Summary() const override { return "Split cutting over many machines: write the tasks"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

@@ -1,6 +1,5 @@
 #include "cli/command_repair.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "cli/console.h"
@@ -30,26 +29,24 @@ std::string Hint(const SRepairPlan& plan) {
 
 }  // namespace
 
-void CRepairCommand::AddOptions(CLI::App& app) {
-  app.add_option("FILE", m_files, "The files, WAV or RF64")->type_name("")->required();
-  CLI::Option* const folder =
-      app.add_option("--to", m_strFolder, "Write right copies into this folder")->type_name("DIR");
-  CLI::Option* const place = app.add_flag("--in-place", m_bInPlace, "Change the heads of the files themselves");
-  folder->excludes(place);
-  app.add_flag("--dry-run", m_bDryRun, "Tell what is wrong and what would become of it, and change nothing");
-  app.add_flag("--json", m_bJson, "Print one JSON object instead of a text");
-  app.add_option("--rate", m_strRate, "Sample rate in Hz where the file's is wrong; suffixes k and M")->type_name("HZ");
-  app.add_option("--sample-type", m_strSampleType,
-                 "cu8, ci16, ci24, ci32, cf32 or cf64 where the file's format is empty")
-      ->type_name("TYPE");
-  app.footer(std::string("Samples are never changed. In place the old bytes of the head are kept beside the file, in\n"
-                         "FILE.carvello-repair, until all is done: a repair that was cut off is finished, or taken\n"
-                         "back, by the next one.\n\n"
-                         "Examples:\n"
-                         "  carvello-cli repair --dry-run *.wav\n"
-                         "  carvello-cli repair --in-place baseband.wav\n"
-                         "  carvello-cli repair --to mended baseband.wav\n\n") +
-             kExitCodesHelp);
+void CRepairCommand::AddOptions(CCommandOptions& options) {
+  options.Add("FILE", &m_files, "The files, WAV or RF64").Required();
+  options.Add("--to", &m_strFolder, "Write right copies into this folder").Value("DIR").Excludes("--in-place");
+  options.Add("--in-place", &m_bInPlace, "Change the heads of the files themselves");
+  options.Add("--dry-run", &m_bDryRun, "Tell what is wrong and what would become of it, and change nothing");
+  options.Add("--json", &m_bJson, "Print one JSON object instead of a text");
+  options.Add("--rate", &m_strRate, "Sample rate in Hz where the file's is wrong; suffixes k and M").Value("HZ");
+  options.Add("--sample-type", &m_strSampleType, "cu8, ci16, ci24, ci32, cf32 or cf64 where the file's format is empty")
+      .Value("TYPE");
+  options.SetFooter(
+      std::string("Samples are never changed. In place the old bytes of the head are kept beside the file, in\n"
+                  "FILE.carvello-repair, until all is done: a repair that was cut off is finished, or taken\n"
+                  "back, by the next one.\n\n"
+                  "Examples:\n"
+                  "  carvello-cli repair --dry-run *.wav\n"
+                  "  carvello-cli repair --in-place baseband.wav\n"
+                  "  carvello-cli repair --to mended baseband.wav\n\n") +
+      kExitCodesHelp);
 }
 
 EExit CRepairCommand::Run() {

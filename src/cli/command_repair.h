@@ -14,7 +14,7 @@ class CRepairCommand : public CCommand {
  public:
   const char* Name() const override { return "repair"; }
   const char* Summary() const override { return "Set wrong sizes of recordings right"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

@@ -1,6 +1,5 @@
 #include "cli/command_run.h"
 
-#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <new>
 #include <random>
@@ -45,14 +44,14 @@ std::string TemporaryName(const std::string& folder, const STaskPart& part) {
 
 }  // namespace
 
-void CRunCommand::AddOptions(CLI::App& app) {
-  app.add_option("PLAN", m_strPlan, "What \"plan\" wrote")->type_name("")->required();
-  app.add_option("--task", m_task, "Number of the task, from 0")->type_name("K");
-  app.add_flag("--task-count", m_bCount, "Print how many tasks there are, and do none");
-  app.add_flag("--json", m_bJson, "Print one JSON object on stdout when done");
-  app.add_flag("--quiet", m_bQuiet, "No progress and no summary");
-  app.add_flag("--verbose", m_bVerbose, "Print the workers' log on stderr");
-  app.footer(std::string(kMeaning) + kExamples + kExitCodesHelp);
+void CRunCommand::AddOptions(CCommandOptions& options) {
+  options.Add("PLAN", &m_strPlan, "What \"plan\" wrote").Required();
+  options.Add("--task", &m_task, "Number of the task, from 0").Value("K");
+  options.Add("--task-count", &m_bCount, "Print how many tasks there are, and do none");
+  options.Add("--json", &m_bJson, "Print one JSON object on stdout when done");
+  options.Add("--quiet", &m_bQuiet, "No progress and no summary");
+  options.Add("--verbose", &m_bVerbose, "Print the workers' log on stderr");
+  options.SetFooter(std::string(kMeaning) + kExamples + kExitCodesHelp);
 }
 
 bool CRunCommand::ChooseTask(const SWorkPlan& plan, std::size_t& task, std::string& error) const {

@@ -19,7 +19,7 @@ class CRunCommand : public CCommand {
  public:
   const char* Name() const override { return "run"; }
   const char* Summary() const override { return "Do one task of a plan"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

@@ -1,6 +1,5 @@
 #include "cli/command_scan.h"
 
-#include <CLI/CLI.hpp>
 #include <optional>
 
 #include "cli/console.h"
@@ -47,22 +46,19 @@ bool ReadWidth(const char* option, const std::string& text, double& width, std::
 
 }  // namespace
 
-void CScanCommand::AddOptions(CLI::App& app) {
-  app.add_option("INPUT", m_strInput, "Any file of the recording")->type_name("")->required();
-  m_time.AddTo(app);
-  app.add_option("--above", m_strAbove, "dB above the noise that a signal has at least")
-      ->type_name("DB")
-      ->capture_default_str();
-  app.add_option("--min-width", m_strMinWidth, "Leave out what is narrower")->type_name("HZ");
-  app.add_option("--raster", m_strRaster, "Frequencies are multiples of this")->type_name("HZ");
-  app.add_flag("--centre", m_bCentre, "List a bare carrier at the very centre too, where receivers leave one");
-  app.add_flag("--json", m_bJson, "Print one JSON object instead of a table");
-  app.add_option("--jobs", m_strJobFile, "Write a job file with an entry for each signal, for cut --jobs")
-      ->type_name("FILE");
-  app.add_flag("--overwrite", m_bOverwrite, "Replace the job file if it exists");
-  app.add_flag("--quiet", m_bQuiet, "No progress");
-  m_given.AddTo(app, true);
-  app.footer(std::string(kMeaning) + kTimeSpanHelp + kExamples + kExitCodesHelp);
+void CScanCommand::AddOptions(CCommandOptions& options) {
+  options.Add("INPUT", &m_strInput, "Any file of the recording").Required();
+  m_time.AddTo(options);
+  options.Add("--above", &m_strAbove, "dB above the noise that a signal has at least").Value("DB").ShowsDefault();
+  options.Add("--min-width", &m_strMinWidth, "Leave out what is narrower").Value("HZ");
+  options.Add("--raster", &m_strRaster, "Frequencies are multiples of this").Value("HZ");
+  options.Add("--centre", &m_bCentre, "List a bare carrier at the very centre too, where receivers leave one");
+  options.Add("--json", &m_bJson, "Print one JSON object instead of a table");
+  options.Add("--jobs", &m_strJobFile, "Write a job file with an entry for each signal, for cut --jobs").Value("FILE");
+  options.Add("--overwrite", &m_bOverwrite, "Replace the job file if it exists");
+  options.Add("--quiet", &m_bQuiet, "No progress");
+  m_given.AddTo(options, true);
+  options.SetFooter(std::string(kMeaning) + kTimeSpanHelp + kExamples + kExitCodesHelp);
 }
 
 bool CScanCommand::ReadOptions(SScanRequest& request, std::string& error) const {

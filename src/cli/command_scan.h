@@ -14,7 +14,7 @@ class CScanCommand : public CCommand {
  public:
   const char* Name() const override { return "scan"; }
   const char* Summary() const override { return "List the signals in a recording"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

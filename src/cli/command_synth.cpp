@@ -1,7 +1,5 @@
 #include "cli/command_synth.h"
 
-#include <CLI/CLI.hpp>
-
 #include "cli/console.h"
 #include "cli/help_texts.h"
 #include "cli/stop_requests.h"
@@ -13,54 +11,51 @@
 
 namespace carvello {
 
-void CSynthCommand::AddOptions(CLI::App& app) {
+void CSynthCommand::AddOptions(CCommandOptions& options) {
   SSynthOptions& o = m_options;
-  app.add_option("OUT", o.strPath,
-                 "The file to make; with --files, \"OUT 000.wav\" and so on. SigMF if it ends in .sigmf-data (with\n"
-                 ".sigmf-meta), .sigmf or .sigmf-collection; a folder with --program")
-      ->type_name("")
-      ->required();
-  app.add_option("--rate", o.strRate, "Sample rate in Hz; suffixes k and M")->type_name("HZ")->capture_default_str();
-  app.add_option("--centre", o.strCentre, "Centre frequency in Hz; suffixes k, M and G")
-      ->type_name("HZ")
-      ->capture_default_str();
-  app.add_option("--seconds", o.strSeconds, "Length, for example 20 or 0.5")->type_name("S")->capture_default_str();
-  app.add_option("--bits", o.strBits, "8, 16, 24, 32 (integers) or float")->type_name("BITS")->capture_default_str();
-  app.add_option(
-         "--sample-type", o.strSampleType,
-         "ci8, ci16, cu8, cf32 and so on: a file of samples and nothing else, if neither OUT nor --program tell\n"
-         "another kind; behind SDRangel's head if OUT ends in .sdriq")
-      ->type_name("TYPE");
-  app.add_option("--program", o.strProgram,
-                 "A file as this program lays it out, under the program's own name in the folder OUT:\n" +
-                     SynthProgramNames(90))
-      ->type_name("NAME");
-  app.add_option("--captures", o.strCaptures, "Captures of a SigMF recording")->type_name("N")->capture_default_str();
-  app.add_option("--lost", o.strLost, "Samples that are lost between two captures")
-      ->type_name("N")
-      ->capture_default_str();
-  app.add_flag("--rf64", o.bRf64, "RF64 instead of WAV");
-  app.add_option("--files", o.strFiles, "Number of files")->type_name("N")->capture_default_str();
-  app.add_option("--start", o.strStart, "Time of the first sample, with zone")
-      ->type_name("TIME")
-      ->capture_default_str();
-  app.add_option("--station", o.stations,
-                 "FREQ:DBFS[:tone|am], a carrier, bare (tone) or with 1 kHz at 70 % (am); repeat for more")
-      ->allow_extra_args(false)
-      ->type_name("STATION");
-  app.add_option("--noise", o.strNoise, "RMS of the noise in dBFS")->type_name("DBFS");
-  app.add_option("--seed", o.strSeed, "Seed of the noise")->type_name("N")->capture_default_str();
-  app.add_flag("--overwrite", m_bOverwrite, "Replace files that exist");
-  app.add_flag("--quiet", m_bQuiet, "Do not list the files made");
-  app.footer(std::string("Without --station and --noise: one am station at -20 dBFS, an eighth of the rate above the\n"
-                         "centre, over noise at -60 dBFS. 0 dBFS is a carrier at full scale.\n\n"
-                         "Examples:\n"
-                         "  carvello-cli synth test.wav\n"
-                         "  carvello-cli synth rec.wav --files 2 --seconds 20 --station 7.1M:-20:am \\\n"
-                         "      --station 7.25M:-30 --noise -70\n"
-                         "  carvello-cli synth . --program gqrx --rate 1.8M --centre 100M\n"
-                         "  carvello-cli synth rec.sigmf-data --captures 3 --lost 1000\n\n") +
-             kExitCodesHelp);
+  options
+      .Add("OUT", &o.strPath,
+           "The file to make; with --files, \"OUT 000.wav\" and so on. SigMF if it ends in .sigmf-data (with\n"
+           ".sigmf-meta), .sigmf or .sigmf-collection; a folder with --program")
+
+      .Required();
+  options.Add("--rate", &o.strRate, "Sample rate in Hz; suffixes k and M").Value("HZ").ShowsDefault();
+  options.Add("--centre", &o.strCentre, "Centre frequency in Hz; suffixes k, M and G").Value("HZ").ShowsDefault();
+  options.Add("--seconds", &o.strSeconds, "Length, for example 20 or 0.5").Value("S").ShowsDefault();
+  options.Add("--bits", &o.strBits, "8, 16, 24, 32 (integers) or float").Value("BITS").ShowsDefault();
+  options
+      .Add("--sample-type", &o.strSampleType,
+           "ci8, ci16, cu8, cf32 and so on: a file of samples and nothing else, if neither OUT nor --program tell\n"
+           "another kind; behind SDRangel's head if OUT ends in .sdriq")
+      .Value("TYPE");
+  options
+      .Add("--program", &o.strProgram,
+           "A file as this program lays it out, under the program's own name in the folder OUT:\n" +
+               SynthProgramNames(90))
+      .Value("NAME");
+  options.Add("--captures", &o.strCaptures, "Captures of a SigMF recording").Value("N").ShowsDefault();
+  options.Add("--lost", &o.strLost, "Samples that are lost between two captures").Value("N").ShowsDefault();
+  options.Add("--rf64", &o.bRf64, "RF64 instead of WAV");
+  options.Add("--files", &o.strFiles, "Number of files").Value("N").ShowsDefault();
+  options.Add("--start", &o.strStart, "Time of the first sample, with zone").Value("TIME").ShowsDefault();
+  options
+      .Add("--station", &o.stations,
+           "FREQ:DBFS[:tone|am], a carrier, bare (tone) or with 1 kHz at 70 % (am); repeat for more")
+      .Value("STATION");
+  options.Add("--noise", &o.strNoise, "RMS of the noise in dBFS").Value("DBFS");
+  options.Add("--seed", &o.strSeed, "Seed of the noise").Value("N").ShowsDefault();
+  options.Add("--overwrite", &m_bOverwrite, "Replace files that exist");
+  options.Add("--quiet", &m_bQuiet, "Do not list the files made");
+  options.SetFooter(
+      std::string("Without --station and --noise: one am station at -20 dBFS, an eighth of the rate above the\n"
+                  "centre, over noise at -60 dBFS. 0 dBFS is a carrier at full scale.\n\n"
+                  "Examples:\n"
+                  "  carvello-cli synth test.wav\n"
+                  "  carvello-cli synth rec.wav --files 2 --seconds 20 --station 7.1M:-20:am \\\n"
+                  "      --station 7.25M:-30 --noise -70\n"
+                  "  carvello-cli synth . --program gqrx --rate 1.8M --centre 100M\n"
+                  "  carvello-cli synth rec.sigmf-data --captures 3 --lost 1000\n\n") +
+      kExitCodesHelp);
 }
 
 EExit CSynthCommand::Run() {

@@ -10,7 +10,7 @@ class CSynthCommand : public CCommand {
  public:
   const char* Name() const override { return "synth"; }
   const char* Summary() const override { return "Make a test recording"; }
-  void AddOptions(CLI::App& app) override;
+  void AddOptions(CCommandOptions& options) override;
   EExit Run() override;
 
  private:

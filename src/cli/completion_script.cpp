@@ -1,6 +1,5 @@
 #include "cli/completion_script.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -10,7 +9,7 @@ namespace carvello {
 
 namespace {
 
-struct SOption {
+struct SWord {
   std::vector<std::string> names;  // with their hyphens, such as "-h" and "--help"
   std::string description;
   bool bTakesValue = false;
@@ -19,32 +18,44 @@ struct SOption {
 struct SCommand {
   std::string name;
   std::string summary;
-  std::vector<SOption> options;
+  std::vector<SWord> options;
 };
 
-std::vector<SOption> OptionsOf(const CLI::App& app) {
-  std::vector<SOption> options;
-  for (const CLI::Option* option : app.get_options()) {
-    SOption found{
-        .names = {}, .description = option->get_description(), .bTakesValue = option->get_items_expected_max() > 0};
-    for (const std::string& name : option->get_snames()) found.names.push_back("-" + name);
-    for (const std::string& name : option->get_lnames()) found.names.push_back("--" + name);
-    if (!found.names.empty()) options.push_back(std::move(found));
+// `names`: with commas between them.
+SWord Word(std::string_view names, const std::string& description, bool takesValue) {
+  SWord word{.names = {}, .description = description, .bTakesValue = takesValue};
+  for (std::size_t begin = 0; begin < names.size();) {
+    const std::size_t end = std::min(names.find(',', begin), names.size());
+    word.names.emplace_back(names.substr(begin, end - begin));
+    begin = end + 1;
   }
-  return options;
+  return word;
 }
 
-std::vector<SCommand> CommandsOf(const CLI::App& app) {
+std::vector<SWord> OptionsOf(const CCommandOptions& options) {
+  std::vector<SWord> words = {Word(kHelpNames, kHelpMeaning, false)};
+  for (const SOption& option : options.All()) {
+    if (option.strNames.starts_with('-'))
+      words.push_back(Word(option.strNames, option.strMeaning, option.TakesValue()));
+  }
+  return words;
+}
+
+std::vector<SWord> OwnOptions() {
+  return {Word(kHelpNames, kHelpMeaning, false), Word(kVersionName, kVersionMeaning, false)};
+}
+
+std::vector<SCommand> CommandsOf(const SProgramSyntax& program) {
   std::vector<SCommand> commands;
-  for (const CLI::App* command : app.get_subcommands(nullptr)) {
-    commands.push_back({command->get_name(), command->get_description(), OptionsOf(*command)});
+  for (const SCommandSyntax& command : program.commands) {
+    commands.push_back({command.strName, command.strSummary, OptionsOf(command.options)});
   }
   return commands;
 }
 
-std::string Joined(const std::vector<SOption>& options) {
+std::string Joined(const std::vector<SWord>& options) {
   std::string names;
-  for (const SOption& option : options) {
+  for (const SWord& option : options) {
     for (const std::string& name : option.names) names += (names.empty() ? "" : " ") + name;
   }
   return names;
@@ -61,17 +72,16 @@ std::string Quoted(const std::string& description, std::string_view special = {}
   return text + "'";
 }
 
-std::string BashScript(const CLI::App& app) {
-  const std::string& program = app.get_name();
+std::string BashScript(const SProgramSyntax& program) {
   std::string names;
   std::string cases;
-  for (const SCommand& command : CommandsOf(app)) {
+  for (const SCommand& command : CommandsOf(program)) {
     names += (names.empty() ? "" : " ") + command.name;
     cases += "    " + command.name + ") words='" + Joined(command.options) + "' ;;\n";
   }
   std::string patterns = names;
   std::replace(patterns.begin(), patterns.end(), ' ', '|');
-  return "# bash completion for " + program +
+  return "# bash completion for " + program.strName +
          "\n"
          "_carvello_cli() {\n"
          "  local current=${COMP_WORDS[COMP_CWORD]} command= word words\n"
@@ -81,17 +91,17 @@ std::string BashScript(const CLI::App& app) {
          ") command=$word; break ;; esac\n"
          "  done\n"
          "  case $command in\n" +
-         cases + "    *) words='" + names + " " + Joined(OptionsOf(app)) +
+         cases + "    *) words='" + names + " " + Joined(OwnOptions()) +
          "' ;;\n"
          "  esac\n"
          "  COMPREPLY=()\n"
          "  if [[ -z $command || $current == -* ]]; then COMPREPLY=($(compgen -W \"$words\" -- \"$current\")); fi\n"
          "}\n"
          "complete -o default -F _carvello_cli " +
-         program + "\n";
+         program.strName + "\n";
 }
 
-std::string ZshOption(const SOption& option) {
+std::string ZshOption(const SWord& option) {
   std::string excluded;
   std::string names;
   for (const std::string& name : option.names) {
@@ -99,7 +109,8 @@ std::string ZshOption(const SOption& option) {
     names += (names.empty() ? "" : ",") + name;
   }
   const bool several = option.names.size() > 1;
-  const std::string text = Quoted("[" + option.description.substr(0, option.description.find('\n')) + "]", ":\\");
+  const std::string meaning = option.description.substr(0, option.description.find('\n'));
+  const std::string text = Quoted("[" + meaning + "]", ":\\");
   // An option that takes a value may come again, as --entry does.
   return (option.bTakesValue ? "'*'"
           : several          ? "'(" + excluded + ")'"
@@ -107,18 +118,18 @@ std::string ZshOption(const SOption& option) {
          (several ? "{" + names + "}" : names) + text + (option.bTakesValue ? "':value:_files'" : "");
 }
 
-std::string ZshScript(const CLI::App& app) {
+std::string ZshScript(const SProgramSyntax& program) {
   std::string summaries;
   std::string cases;
-  for (const SCommand& command : CommandsOf(app)) {
+  for (const SCommand& command : CommandsOf(program)) {
     summaries += "    " + Quoted(command.name + ":" + command.summary) + "\n";
     cases += "    " + command.name + ")\n      _arguments";
-    for (const SOption& option : command.options) cases += " \\\n        " + ZshOption(option);
+    for (const SWord& option : command.options) cases += " \\\n        " + ZshOption(option);
     cases += " \\\n        '*:file:_files'\n      ;;\n";
   }
   std::string own;
-  for (const SOption& option : OptionsOf(app)) own += " \\\n    " + ZshOption(option);
-  return "#compdef " + app.get_name() +
+  for (const SWord& option : OwnOptions()) own += " \\\n    " + ZshOption(option);
+  return "#compdef " + program.strName +
          "\n"
          "_carvello_cli() {\n"
          "  local context state state_descr line\n"
@@ -140,10 +151,10 @@ std::string ZshScript(const CLI::App& app) {
          "  esac\n"
          "}\n"
          "if [ \"$funcstack[1]\" = _" +
-         app.get_name() + " ]; then _carvello_cli \"$@\"; else compdef _carvello_cli " + app.get_name() + "; fi\n";
+         program.strName + " ]; then _carvello_cli \"$@\"; else compdef _carvello_cli " + program.strName + "; fi\n";
 }
 
-std::string FishOption(const std::string& begin, const SOption& option) {
+std::string FishOption(const std::string& begin, const SWord& option) {
   std::string line = begin;
   for (const std::string& name : option.names) {
     const bool isLong = name.starts_with("--");
@@ -152,14 +163,14 @@ std::string FishOption(const std::string& begin, const SOption& option) {
   return line + (option.bTakesValue ? " -r" : "") + " -d " + Quoted(option.description, "\\") + "\n";
 }
 
-std::string FishScript(const CLI::App& app) {
-  const std::string begin = "complete -c " + app.get_name();
-  std::string script = "# fish completion for " + app.get_name() + "\n";
+std::string FishScript(const SProgramSyntax& program) {
+  const std::string begin = "complete -c " + program.strName;
+  std::string script = "# fish completion for " + program.strName + "\n";
   const std::string first = begin + " -n __fish_use_subcommand";
-  for (const SOption& option : OptionsOf(app)) script += FishOption(first, option);
-  for (const SCommand& command : CommandsOf(app)) {
+  for (const SWord& option : OwnOptions()) script += FishOption(first, option);
+  for (const SCommand& command : CommandsOf(program)) {
     script += first + " -f -a " + command.name + " -d " + Quoted(command.summary, "\\") + "\n";
-    for (const SOption& option : command.options) {
+    for (const SWord& option : command.options) {
       script += FishOption(begin + " -n '__fish_seen_subcommand_from " + command.name + "'", option);
     }
   }
@@ -178,14 +189,14 @@ std::optional<EShell> ShellByName(std::string_view name) {
   return std::nullopt;
 }
 
-std::string CompletionScript(const CLI::App& app, EShell shell) {
+std::string CompletionScript(const SProgramSyntax& program, EShell shell) {
   switch (shell) {
     case EShell::Bash:
-      return BashScript(app);
+      return BashScript(program);
     case EShell::Zsh:
-      return ZshScript(app);
+      return ZshScript(program);
     case EShell::Fish:
-      return FishScript(app);
+      return FishScript(program);
   }
   return {};
 }

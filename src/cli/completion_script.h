@@ -5,9 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace CLI {
-class App;
-}
+#include "cli/command_line.h"
 
 namespace carvello {
 
@@ -16,7 +14,7 @@ enum class EShell { Bash, Zsh, Fish };
 // "bash", "zsh" or "fish".
 std::optional<EShell> ShellByName(std::string_view name);
 
-// For the program that `app` describes, with its commands one level below. What is no option is completed as a file.
-std::string CompletionScript(const CLI::App& app, EShell shell);
+// For the program with its commands. What is no option is completed as a file.
+std::string CompletionScript(const SProgramSyntax& program, EShell shell);
 
 }  // namespace carvello

@@ -1,7 +1,5 @@
 #include "cli/cut_options.h"
 
-#include <CLI/CLI.hpp>
-
 namespace carvello {
 
 const char* const kEntryHelp =
@@ -26,27 +24,25 @@ const char* const kJobFileHelp =
     "  A bare number as start or end counts seconds from the recording's start. Options on the command line\n"
     "  win; --entry and --sequence replace all entries of the file.\n\n";
 
-void AddEntryOptions(CLI::App& app, SCutOptions& options) {
-  SCutOptions& o = options;
-  app.add_option("--output", o.strOutput, "Existing folder for the outputs")->type_name("DIR");
-  app.add_option("--entry", o.entries, "An entry, see below; repeat for more")->allow_extra_args(false)->type_name("E");
-  app.add_option("--sequence", o.sequences, "An entry at every step, with --bw; repeat for more")
-      ->allow_extra_args(false)
-      ->type_name("FROM:TO:STEP");
-  app.add_option("--bw", o.strBandwidth, "Bandwidth of the --sequence entries")->type_name("HZ");
-  app.add_option("--bits", o.strBits, "Sample size of the --sequence entries, as bits below")->type_name("N");
-  app.add_option("--size", o.strSize, "File size of the --sequence entries, as size below")->type_name("SIZE");
-  app.add_option("--start", o.strStart, "Start of the --sequence entries, as start below")->type_name("TIME");
-  app.add_option("--end", o.strEnd, "End of the --sequence entries, as end below")->type_name("TIME");
-  app.add_option("--duration", o.strDuration, "Duration of the --sequence entries, as duration below")->type_name("D");
-  app.add_option("--jobs", o.strJobFile, "Job file, see below")->type_name("FILE");
-  app.add_option("--engine", o.strEngine, "auto (default), library or spectrum: how entries are filtered out")
-      ->type_name("NAME");
-  app.add_option("--format", o.strFormat, "Format of all entries, as format below")->type_name("F");
-  app.add_flag("--sigmf-meta", o.bSigMfMeta, "Write a SigMF meta file beside each WAV output");
-  app.add_flag("--no-sync", o.bNoSync, "Do not wait until outputs stand on the disk, safe from a power cut");
-  app.add_flag("--ds64-frames", o.bDs64Frames, "Tell the samples of RF64 files in frames, not in single values");
-  app.add_flag("--local-time", o.bLocalTime, "Local time instead of UTC in file names");
+void AddEntryOptions(CCommandOptions& options, SCutOptions& values) {
+  options.Add("--output", &values.strOutput, "Existing folder for the outputs").Value("DIR");
+  options.Add("--entry", &values.entries, "An entry, see below; repeat for more").Value("E");
+  options.Add("--sequence", &values.sequences, "An entry at every step, with --bw; repeat for more")
+      .Value("FROM:TO:STEP");
+  options.Add("--bw", &values.strBandwidth, "Bandwidth of the --sequence entries").Value("HZ");
+  options.Add("--bits", &values.strBits, "Sample size of the --sequence entries, as bits below").Value("N");
+  options.Add("--size", &values.strSize, "File size of the --sequence entries, as size below").Value("SIZE");
+  options.Add("--start", &values.strStart, "Start of the --sequence entries, as start below").Value("TIME");
+  options.Add("--end", &values.strEnd, "End of the --sequence entries, as end below").Value("TIME");
+  options.Add("--duration", &values.strDuration, "Duration of the --sequence entries, as duration below").Value("D");
+  options.Add("--jobs", &values.strJobFile, "Job file, see below").Value("FILE");
+  options.Add("--engine", &values.strEngine, "auto (default), library or spectrum: how entries are filtered out")
+      .Value("NAME");
+  options.Add("--format", &values.strFormat, "Format of all entries, as format below").Value("F");
+  options.Add("--sigmf-meta", &values.bSigMfMeta, "Write a SigMF meta file beside each WAV output");
+  options.Add("--no-sync", &values.bNoSync, "Do not wait until outputs stand on the disk, safe from a power cut");
+  options.Add("--ds64-frames", &values.bDs64Frames, "Tell the samples of RF64 files in frames, not in single values");
+  options.Add("--local-time", &values.bLocalTime, "Local time instead of UTC in file names");
 }
 
 }  // namespace carvello

@@ -1,15 +1,12 @@
 // The options by which "cut" and "plan" are told what to cut, and how.
 #pragma once
 
+#include "cli/command_options.h"
 #include "cli/cut_request.h"
-
-namespace CLI {
-class App;
-}
 
 namespace carvello {
 
-void AddEntryOptions(CLI::App& app, SCutOptions& options);
+void AddEntryOptions(CCommandOptions& options, SCutOptions& values);
 
 // For the end of the command's help.
 extern const char* const kEntryHelp;

@@ -1,7 +1,5 @@
 #include "cli/given_options.h"
 
-#include <CLI/CLI.hpp>
-
 #include "jobs/fact_texts.h"
 #include "support/text.h"
 
@@ -12,25 +10,24 @@ constexpr const char* kGroup = "What the recording does not tell, or tells wrong
 
 }  // namespace
 
-void SGivenOptions::AddTo(CLI::App& app, bool ownCentre) {
+void SGivenOptions::AddTo(CCommandOptions& options, bool ownCentre) {
   bLongCentre = ownCentre;
-  app.add_option("--part", nPart, "Part of a recording that has several, as info lists them")
-      ->check(CLI::Range(1U, std::numeric_limits<std::uint32_t>::max()))
-      ->type_name("N");
-  app.add_option("--rate", strRate, "Sample rate in Hz; suffixes k and M")->type_name("HZ")->group(kGroup);
-  app.add_option(ownCentre ? "--centre-frequency" : "--centre,--centre-frequency", strCentre,
-                 "Centre frequency in Hz; suffixes k, M and G")
-      ->type_name("HZ")
-      ->group(kGroup);
-  app.add_option("--start-time", strStart, "Time of the first sample, with zone, decimals allowed")
-      ->type_name("TIME")
-      ->group(kGroup);
-  app.add_option("--sample-type", strSampleType, "ci8, ci16, cu8, cf32 and so on; such a file needs no head")
-      ->type_name("TYPE")
-      ->group(kGroup);
-  app.add_option("--time-zone", strZone, "utc, local or +HH:MM: zone of the times in names and chunks")
-      ->type_name("ZONE")
-      ->group(kGroup);
+  options.Add("--part", &nPart, "Part of a recording that has several, as info lists them").Value("N");
+  options.Add("--rate", &strRate, "Sample rate in Hz; suffixes k and M").Value("HZ").Group(kGroup);
+  options
+      .Add(ownCentre ? "--centre-frequency" : "--centre,--centre-frequency", &strCentre,
+           "Centre frequency in Hz; suffixes k, M and G")
+      .Value("HZ")
+      .Group(kGroup);
+  options.Add("--start-time", &strStart, "Time of the first sample, with zone, decimals allowed")
+      .Value("TIME")
+      .Group(kGroup);
+  options.Add("--sample-type", &strSampleType, "ci8, ci16, cu8, cf32 and so on; such a file needs no head")
+      .Value("TYPE")
+      .Group(kGroup);
+  options.Add("--time-zone", &strZone, "utc, local or +HH:MM: zone of the times in names and chunks")
+      .Value("ZONE")
+      .Group(kGroup);
 }
 
 bool ReadGivenFacts(const SGivenOptions& options, SGivenFacts& given, std::string& error) {

@@ -5,12 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "cli/command_options.h"
 #include "input/given_facts.h"
 #include "input/recording_set.h"
-
-namespace CLI {
-class App;
-}
 
 namespace carvello {
 
@@ -25,7 +22,7 @@ struct SGivenOptions {
   bool bLongCentre = false;  // "--centre" is another option of the command
 
   // The command's "--centre" is its own: only "--centre-frequency" is the recording's then.
-  void AddTo(CLI::App& app, bool ownCentre = false);
+  void AddTo(CCommandOptions& options, bool ownCentre = false);
 };
 
 // What is not among them stays as it is. False when one cannot be read; `error` then names the option and what is

@@ -1,6 +1,5 @@
 #include "cli/program.h"
 
-#include <CLI/CLI.hpp>
 #include <array>
 #include <cstdlib>
 #include <exception>
@@ -14,6 +13,7 @@
 #include "cli/command_doctor.h"
 #include "cli/command_info.h"
 #include "cli/command_join.h"
+#include "cli/command_line.h"
 #include "cli/command_picture.h"
 #include "cli/command_plan.h"
 #include "cli/command_repair.h"
@@ -30,62 +30,36 @@
 namespace carvello {
 namespace {
 
-constexpr std::size_t kHelpColumn = 26;
-
-// The names of the options or, for the program itself, of the commands.
-std::string Accepted(const CLI::App& app) {
-  std::string names;
-  const auto add = [&names](const std::string& name) { names += (names.empty() ? "" : ", ") + name; };
-  for (const CLI::App* command : app.get_subcommands(nullptr)) add(command->get_name());
-  for (const CLI::Option* option : app.get_options()) add(option->get_name(false, true));
-  return names;
-}
-
-EExit RefuseArguments(const CLI::App& app, const CLI::App* command, const std::string& problem) {
-  const CLI::App& place = command == nullptr ? app : *command;
-  const std::string name = command == nullptr ? "" : command->get_name() + ": ";
-  PrintMessageLines(name + Printable(problem) + "\nAccepted: " + Accepted(place) + "\nMore: " + kProgramName +
-                    (command == nullptr ? "" : " " + command->get_name()) + " --help");
-  return EExit::Usage;
-}
-
 EExit ParseAndRun(const std::vector<std::string>& arguments) {
+  SProgramSyntax syntax{
+      .strName = kProgramName,
+      .strSummary = "Carvello: cuts narrow-band IQ recordings out of wide-band ones.",
+      .strFooter = std::string("Help for a command: ") + kProgramName + " COMMAND --help\n\n" + kExitCodesHelp,
+      .version = [] { return VersionReport(); },
+      .commands = {}};
   const std::array<std::unique_ptr<CCommand>, 12> commands = {
-      std::make_unique<CInfoCommand>(),  std::make_unique<CCutCommand>(),    std::make_unique<CPictureCommand>(),
-      std::make_unique<CScanCommand>(),  std::make_unique<CPlanCommand>(),   std::make_unique<CRunCommand>(),
-      std::make_unique<CJoinCommand>(),  std::make_unique<CRepairCommand>(), std::make_unique<CChunksCommand>(),
-      std::make_unique<CSynthCommand>(), std::make_unique<CDoctorCommand>(), std::make_unique<CCompletionsCommand>()};
-  CLI::App app("Carvello: cuts narrow-band IQ recordings out of wide-band ones.", kProgramName);
-  app.allow_windows_style_options(false);  // a path may begin with "/"
-  app.get_formatter()->column_width(kHelpColumn);
-  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-  app.set_version_flag("--version", [] { return VersionReport(); });
-  app.require_subcommand(0, 1);
-  app.footer(std::string("Help for a command: ") + kProgramName + " COMMAND --help\n\n" + kExitCodesHelp);
+      std::make_unique<CInfoCommand>(),    std::make_unique<CCutCommand>(),
+      std::make_unique<CPictureCommand>(), std::make_unique<CScanCommand>(),
+      std::make_unique<CPlanCommand>(),    std::make_unique<CRunCommand>(),
+      std::make_unique<CJoinCommand>(),    std::make_unique<CRepairCommand>(),
+      std::make_unique<CChunksCommand>(),  std::make_unique<CSynthCommand>(),
+      std::make_unique<CDoctorCommand>(),  std::make_unique<CCompletionsCommand>(syntax)};
   for (const auto& command : commands) {
-    CLI::App& place = *app.add_subcommand(command->Name(), command->Summary());
-    place.group("Commands");
-    command->AddOptions(place);
+    syntax.commands.push_back({command->Name(), command->Summary(), {}});
+    command->AddOptions(syntax.commands.back().options);
   }
-
-  const CLI::App* chosen = nullptr;
-  try {
-    // From the last to the first, as the parser takes them off the end.
-    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend() - 1));
-    if (!app.get_subcommands().empty()) chosen = app.get_subcommands().front();
-  } catch (const CLI::Success& answer) {  // --help, --version
-    std::ostringstream text;
-    app.exit(answer, text, text);
-    PrintOut(text.str());
-    return EExit::Ok;
-  } catch (const CLI::ParseError& problem) {
-    if (!app.get_subcommands().empty()) chosen = app.get_subcommands().front();
-    return RefuseArguments(app, chosen, problem.what());
+  const SParsedLine line = ParseCommandLine(syntax, arguments);
+  switch (line.kind) {
+    case SParsedLine::EKind::Answer:
+      PrintOut(line.strText);
+      return EExit::Ok;
+    case SParsedLine::EKind::Refusal:
+      PrintMessageLines(line.strText);
+      return EExit::Usage;
+    case SParsedLine::EKind::Command:
+      break;
   }
-  for (const auto& command : commands) {
-    if (chosen != nullptr && chosen->get_name() == command->Name()) return command->Run();
-  }
-  return RefuseArguments(app, nullptr, "no command given");
+  return commands[line.nCommand]->Run();
 }
 
 // Runs the program and turns what it throws into a message and an exit code. Even a message may find no memory.

@@ -1,6 +1,5 @@
 #include "cli/time_span.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <limits>
 #include <optional>
@@ -47,10 +46,10 @@ std::string Unreadable(const char* option, const std::string& text, const char* 
 
 }  // namespace
 
-void STimeSpanOptions::AddTo(CLI::App& app) {
-  app.add_option("--start", strStart, "Start, see below; the recording's start is the default")->type_name("TIME");
-  app.add_option("--end", strEnd, "End; the recording's end is the default")->type_name("TIME");
-  app.add_option("--duration", strDuration, "Instead of --end")->type_name("D");
+void STimeSpanOptions::AddTo(CCommandOptions& options) {
+  options.Add("--start", &strStart, "Start, see below; the recording's start is the default").Value("TIME");
+  options.Add("--end", &strEnd, "End; the recording's end is the default").Value("TIME");
+  options.Add("--duration", &strDuration, "Instead of --end").Value("D");
 }
 
 bool ResolveTimeSpan(const STimeSpanOptions& options, const CRecordingSet& recording, SFrameSpan& span,

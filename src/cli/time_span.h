@@ -4,11 +4,8 @@
 #include <cstdint>
 #include <string>
 
+#include "cli/command_options.h"
 #include "input/recording_set.h"
-
-namespace CLI {
-class App;
-}
 
 namespace carvello {
 
@@ -18,7 +15,7 @@ struct STimeSpanOptions {
   std::string strEnd;
   std::string strDuration;
 
-  void AddTo(CLI::App& app);
+  void AddTo(CCommandOptions& options);
 };
 
 // Of the samples of a recording, which stand behind each other as one stream.

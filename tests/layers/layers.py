@@ -26,10 +26,10 @@ MAY_INCLUDE = {
     "vantrel": {"fourier"},
     "fourier": set(),
 }
-# Libraries of others that are one folder's business.
+# Libraries of others that are one folder's business, or one file's where they cost every file that sees them seconds.
 BELONGS_TO = {
     "Q": {"ui"},  # <QString> and all of Qt's
-    "CLI/": {"cli"},
+    "CLI/": {"cli/command_line.cpp"},
     "nlohmann/": {"cluster", "jobs", "recording", "input", "support"},
     "png.h": {"cli"},
     "pugixml": {"recording", "input"},
@@ -57,7 +57,8 @@ def include_problems(src):
             continue
         for file in sorted(path for path in folder.rglob("*") if path.suffix in SOURCES):
             for name, quoted in includes(file):
-                problem = (own_problem if quoted else foreign_problem)(src, folder.name, name)
+                place = f"{folder.name}/{file.relative_to(folder)}"
+                problem = own_problem(src, folder.name, name) if quoted else foreign_problem(place, name)
                 if problem:
                     yield f"{file.relative_to(src)}: {name}: {problem}"
             for condition in SYSTEM_CONDITION.findall(file.read_text(encoding="utf-8")):
@@ -82,12 +83,12 @@ def own_problem(src, folder, name):
     return None
 
 
-def foreign_problem(_src, folder, name):
-    """The same for a header of others."""
+def foreign_problem(place, name):
+    """The same for a header of others; `place`: the file, with its folder in front."""
     if name.split("/")[0] in MAY_INCLUDE:
         return "a header of ours, which stands in quotes"
     for beginning, owners in BELONGS_TO.items():
-        if name.startswith(beginning) and folder not in owners:
+        if name.startswith(beginning) and not {place, place.split("/")[0]} & owners:
             return f"belongs to {' and '.join(sorted(owners))}"
     return None
 

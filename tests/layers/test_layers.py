@@ -87,6 +87,13 @@ class TestLayers(unittest.TestCase):
         self.write("support/right.cpp", '// #include "engine/engine.h"\n')
         self.assert_none()
 
+    def test_a_library_can_belong_to_one_file(self):
+        self.write("cli/wrong.cpp", "#include <CLI/CLI.hpp>\n")
+        self.assert_problem("belongs to cli/command_line.cpp")
+        self.write("cli/wrong.cpp", "")
+        self.write("cli/command_line.cpp", "#include <CLI/CLI.hpp>\n")
+        self.assert_none()
+
     def test_qt_belongs_to_the_window(self):
         self.write("engine/wrong.cpp", "#include <QString>\n")
         self.assert_problem("belongs to ui")
