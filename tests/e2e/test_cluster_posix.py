@@ -8,7 +8,7 @@ import signal as signals
 import subprocess
 import time
 
-from program import CLI, as_plain_user, environment, run, run_ok, start
+from program import CLI, SLOW, as_plain_user, environment, run, run_ok, start
 from same_output import assert_same_outputs
 from test_cluster import ENTRIES, TRY_AGAIN, ClusterTest, entry_options
 from wavtools import WaveFile
@@ -36,7 +36,7 @@ class TestKilledTasks(InterruptedTest):
         run_ok("cut", recording, "--output", self.one, *entry_options(LONG))
         self.make_plan(*entry_options(LONG), shard=60)
         seen = set()
-        for moment in range(12):
+        for moment in range(0, 12, 3 if SLOW else 1):
             process = start("run", self.plan, "--task", 0, "--quiet", stderr=subprocess.DEVNULL)
             # Ever later: in front of the first file, in its samples, between a part and what tells of it.
             self.wait_for(lambda: len(self.parts()) > moment // 2, process)
@@ -68,7 +68,7 @@ class TestKilledTasks(InterruptedTest):
         self.make_plan(*entry_options(LONG), shard=20)
         self.run_all()
         kills = 0
-        for moment in range(6):
+        for moment in range(0, 6, 2 if SLOW else 1):
             process = start("join", self.plan, "--quiet", "--skip-existing", stderr=subprocess.DEVNULL)
             if self.wait_for(lambda: len(list(self.out.glob("*.wav"))) > min(moment, 2), process):
                 time.sleep(0.01 * moment)
