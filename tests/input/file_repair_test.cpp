@@ -13,6 +13,7 @@
 #include "input/wave_file_reader.h"
 #include "support/file.h"
 #include "support/sparse_file.h"
+#include "support/temp_folder.h"
 
 namespace carvello::test {
 
@@ -24,12 +25,12 @@ constexpr std::int64_t kLongAgo = 1'400'000'000'123'456'700;
 class FileRepair : public InputTest {
  protected:
   std::string Bytes(const std::string& path) const {
-    std::ifstream file(std::filesystem::u8path(path), std::ios::binary);
+    std::ifstream file(PathOf(path), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
   }
   std::string Head(const std::string& path, std::size_t count) const {
     std::string bytes(count, '\0');
-    std::ifstream(std::filesystem::u8path(path), std::ios::binary)
+    std::ifstream(PathOf(path), std::ios::binary)
         .read(bytes.data(), static_cast<std::streamsize>(count));
     return bytes;
   }
