@@ -73,15 +73,23 @@ EExit CJoinCommand::Run() {
         return opened == COpenRecording::EResult::Unreadable ? EExit::TryAgain : EExit::InputUnreadable;
       }
       Parts parts;
-      if (!FindParts(plan, i, recording, parts, missing)) continue;
-      if (const std::string gap = GapIn(recording, parts); !gap.empty()) {
+      const std::vector<std::size_t> incomplete = FindParts(plan, i, recording, parts);
+      SCutReport planned = PlannedReport(recording.Entries(), "not processed");
+      std::vector<std::size_t> entries;
+      if (incomplete.empty() || m_bSkipExisting) {
+        const EExit settled = Settle(recording, planned, entries, !joins);
+        if (settled != EExit::Ok) return settled;
+      }
+      // Where all is finished, the parts may be gone.
+      const bool finished = m_bSkipExisting && entries.empty();
+      if (!finished && !incomplete.empty()) {
+        missing.insert(missing.end(), incomplete.begin(), incomplete.end());
+        continue;
+      }
+      if (const std::string gap = GapIn(recording, parts); !finished && !gap.empty()) {
         PrintMessage(Format("%s: no plan: its tasks leave out samples of %s", m_strPlan.c_str(), gap.c_str()));
         return EExit::Usage;
       }
-      SCutReport planned = PlannedReport(recording.Entries(), "not processed");
-      std::vector<std::size_t> entries;
-      const EExit settled = Settle(recording, planned, entries);
-      if (settled != EExit::Ok) return settled;
       if (joins) Join(plan, recording, std::move(parts), entries, planned);
       report.outputs.insert(report.outputs.end(), planned.outputs.begin(), planned.outputs.end());
       report.nInputBytes += planned.nInputBytes;
@@ -99,10 +107,10 @@ EExit CJoinCommand::Run() {
   return result;
 }
 
-// False when one is not there; `missing` has its task then.
-bool CJoinCommand::FindParts(const SWorkPlan& plan, std::size_t number, const COpenRecording& recording, Parts& parts,
-                             std::vector<std::size_t>& missing) const {
-  const std::size_t before = missing.size();
+// Gives the tasks of which one is not there.
+std::vector<std::size_t> CJoinCommand::FindParts(const SWorkPlan& plan, std::size_t number,
+                                                 const COpenRecording& recording, Parts& parts) const {
+  std::vector<std::size_t> incomplete;
   const SPartOrigin origin = OriginOf(plan, plan.recordings[number]);
   parts.assign(recording.Entries().Size(), {});
   // A recording's tasks stand together.
@@ -117,9 +125,9 @@ bool CJoinCommand::FindParts(const SWorkPlan& plan, std::size_t number, const CO
       complete = complete && manifest;
       if (manifest) parts[part.nEntry].push_back({part.strPath, std::move(*manifest)});
     }
-    if (!complete) missing.push_back(task);
+    if (!complete) incomplete.push_back(task);
   }
-  return missing.size() == before;
+  return incomplete;
 }
 
 // The first output that the parts together are not, in their order; empty when there is none.
@@ -161,16 +169,16 @@ EExit CJoinCommand::TellMissing(const std::vector<std::size_t>& missing) const {
   return EExit::TryAgain;
 }
 
-// Which entries of the recording are to be made.
-EExit CJoinCommand::Settle(const COpenRecording& recording, SCutReport& report,
-                           std::vector<std::size_t>& entries) const {
+// Which entries of the recording are to be made. `tells`: which of them were begun before.
+EExit CJoinCommand::Settle(const COpenRecording& recording, SCutReport& report, std::vector<std::size_t>& entries,
+                           bool tells) const {
   COutputFolders folders;
   CEntryList list = recording.Entries();
   if (const std::string error = ReplacedInput(list, recording.Recording(), folders); !error.empty()) {
     PrintMessage(error);
     return EExit::Usage;
   }
-  if (!SettleExisting({m_bOverwrite, m_bSkipExisting}, recording.Recording(), folders, list, report)) {
+  if (!SettleExisting({m_bOverwrite, m_bSkipExisting, tells}, recording.Recording(), folders, list, report)) {
     return EExit::OutputsExist;
   }
   for (std::size_t i = 0; i < report.outputs.size(); ++i) {

@@ -24,11 +24,12 @@ class CJoinCommand : public CCommand {
   // The parts of each entry of a recording, in order.
   using Parts = std::vector<std::vector<SReadyPart>>;
 
-  bool FindParts(const SWorkPlan& plan, std::size_t number, const COpenRecording& recording, Parts& parts,
-                 std::vector<std::size_t>& missing) const;
+  std::vector<std::size_t> FindParts(const SWorkPlan& plan, std::size_t number, const COpenRecording& recording,
+                                     Parts& parts) const;
   std::string GapIn(const COpenRecording& recording, const Parts& parts) const;
   EExit TellMissing(const std::vector<std::size_t>& missing) const;
-  EExit Settle(const COpenRecording& recording, SCutReport& report, std::vector<std::size_t>& entries) const;
+  EExit Settle(const COpenRecording& recording, SCutReport& report, std::vector<std::size_t>& entries,
+               bool tells) const;
   void Join(const SWorkPlan& plan, const COpenRecording& recording, Parts parts,
             const std::vector<std::size_t>& entries, SCutReport& report) const;
   EExit PrintReport(const SCutReport& report) const;

@@ -135,8 +135,19 @@ EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) con
     PrintMessage((folder == plan.job.strOutput ? "--output " : "") + folder + ": " + problem);
     return EExit::OutputFailed;
   }
-  if (!m_options.bOverwrite && platform::GetNameStatus(m_strPlan)) {
+  const bool exists = platform::GetNameStatus(m_strPlan).has_value();
+  if (exists && !m_options.bOverwrite) {
     PrintMessage("--plan " + m_strPlan + ": this file exists already. Accepted: --overwrite or another name");
+    return EExit::OutputsExist;
+  }
+  // Above all no recording, and nothing else that the plan is made of.
+  if (exists && !IsReplaceablePlan(m_strPlan)) {
+    PrintMessage("--plan " + m_strPlan + ": this file is no plan, and is not replaced. Accepted: another name");
+    return EExit::Usage;
+  }
+  const auto parts = platform::ListFolder(plan.strParts);
+  if (!exists && parts && !parts->empty()) {
+    PrintMessage(plan.strParts + ": holds the parts of another plan. Accepted: --parts, or another name for this plan");
     return EExit::OutputsExist;
   }
   return EExit::Ok;
@@ -146,7 +157,7 @@ EExit CPlanCommand::Run() {
   EndOnStopRequests();
   SWorkPlan plan;
   std::vector<std::string> inputs;
-  std::vector<SFoundFile> files;
+  SFoundFiles files;
   std::string error;
   if (!ReadOptions(plan, inputs, error)) {
     PrintMessageLines(error);
@@ -158,22 +169,29 @@ EExit CPlanCommand::Run() {
     return EExit::InputUnreadable;
   }
   if (const EExit checked = CheckMeans(plan, dsp); checked != EExit::Ok) return checked;
-  std::vector<std::string> leftOut = {plan.job.strOutput, plan.strParts};
+  std::vector<std::string> outputs = {plan.job.strOutput, plan.strParts};
   for (const SEntrySpec& spec : plan.job.entries) {
-    if (!spec.strOutput.empty()) leftOut.push_back(spec.strOutput);
+    if (!spec.strOutput.empty()) outputs.push_back(spec.strOutput);
   }
-  if (!FindFiles(inputs, leftOut, files, error)) {
+  if (!FindFiles(inputs, outputs, files, error)) {
     PrintMessage(error);
     return EExit::InputUnreadable;
   }
   SSums sums;
-  const EExit added = AddRecordings(files, plan, sums);
+  sums.leftOut = std::move(files.leftOut);
+  const EExit added = AddRecordings(files.files, plan, sums);
+  PrintMessages(sums.warnings);
   if (added != EExit::Ok) return added;
   PrintLeftOut(plan, sums);
   if (plan.tasks.empty()) {
-    PrintMessage(plan.recordings.empty() ? "no recordings found. Accepted: their files, or folders that hold them"
-                                         : "no recording holds any of the entries");
+    PrintMessage(sums.nRecordings == 0
+                     ? "no recordings found. Accepted: their files, or folders that hold them"
+                     : CountOf(sums.nRecordings, "recording") + " found, and none holds any of the entries");
     return EExit::Usage;
+  }
+  if (sums.nRecordings > plan.recordings.size()) {
+    PrintMessage(CountOf(sums.nRecordings - plan.recordings.size(), "recording") + " of " +
+                 std::to_string(sums.nRecordings) + " without any of the entries");
   }
   for (std::size_t i = 0; i < sums.held.size(); ++i) {
     if (!sums.held[i]) PrintMessage("warning: no recording holds " + plan.job.entries[i].strLabel);
@@ -212,11 +230,15 @@ EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPla
         return opened == COpenRecording::EResult::Refused ? EExit::Usage : EExit::InputUnreadable;
       }
       for (const std::string& member : recording.Recording().AllFiles()) seen.insert(key(member));
-      if (plan.job.given.nPart == 0 && part == 1) {
-        parts = std::max<std::uint32_t>(1, static_cast<std::uint32_t>(recording.Recording().parts.size()));
+      if (plan.job.given.nPart == 0 && told == 0 && recording.Recording().parts.size() > 1) {
+        // All of them, one after the other, and the first one is not chosen for the others.
+        parts = static_cast<std::uint32_t>(recording.Recording().parts.size());
+        part = 0;
+        continue;
       }
-      for (const std::string& warning : recording.Input().warnings) PrintMessage(warning);
-      const EExit added = AddRecording(recording, file.strPath, parts > 1 ? part : 0, plan, sums);
+      ++sums.nRecordings;
+      for (const std::string& warning : recording.Input().warnings) sums.warnings.push_back(warning);
+      const EExit added = AddRecording(recording, file.strPath, told, plan, sums);
       if (added != EExit::Ok) return added;
     }
   }
@@ -232,10 +254,11 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
   }
   for (const OutputEntry* entry : recording.Entries().Pointers()) {
     if (sums.outputs.insert(platform::FileNameKey(entry->strFileName)).second) continue;
+    const std::string which = part == 0 ? input : Format("part %u of %s", part, input.c_str());
     PrintMessage(
-        Format("%s: an output of two recordings, the second is %s. Accepted: plans of their own, with another "
+        Format("%s: an output of two recordings, the second is %s. Accepted: plans of their own%s, with another "
                "--output",
-               entry->strFileName.c_str(), input.c_str()));
+               entry->strFileName.c_str(), which.c_str(), part == 0 ? "" : " by --part"));
     return EExit::Usage;
   }
   if (!m_options.bOverwrite && !m_options.bSkipExisting) {
@@ -258,8 +281,10 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
   }
   SPlanNotes notes;
   TakeNotes(recording.Entries(), recording.Recording(), notes);
-  PrintMessages(notes.outsideBand, "warning: outside the recorded band: ");
-  PrintMessages(notes.surprises, "warning: ");
+  for (const std::string& note : notes.outsideBand) {
+    sums.warnings.push_back("warning: outside the recorded band: " + note);
+  }
+  for (const std::string& note : notes.surprises) sums.warnings.push_back("warning: " + note);
   for (std::size_t i = 0; i < sums.held.size(); ++i) sums.held[i] = sums.held[i] || recording.Holds()[i];
   if (recording.Entries().Size() == 0) return EExit::Ok;
 
@@ -288,7 +313,7 @@ void CPlanCommand::PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const 
   for (const SPlannedRecording& recording : plan.recordings) endings.insert(EndingOf(recording.strInput));
   std::vector<std::string> messages;
   for (const bool likely : {true, false}) {
-    for (const SLeftOut& file : sums.leftOut) {
+    for (const SLeftOutFile& file : sums.leftOut) {
       if (endings.contains(EndingOf(file.strPath)) == likely) messages.push_back(file.strReason);
     }
   }

@@ -25,12 +25,6 @@ class CPlanCommand : public CCommand {
   EExit Run() override;
 
  private:
-  // A file in a folder that is no recording.
-  struct SLeftOut {
-    std::string strPath;
-    std::string strReason;
-  };
-
   // What all recordings together come to.
   struct SSums {
     std::set<std::string> outputs;  // by the keys of their names
@@ -38,7 +32,9 @@ class CPlanCommand : public CCommand {
     double dNanoseconds = 0.0;      // of processor time for each frame, of the dearest recording
     std::uint32_t nBytesPerFrame = 0;
     std::size_t nOutputs = 0;
-    std::vector<SLeftOut> leftOut;
+    std::size_t nRecordings = 0;  // looked at; the plan has those that hold any of the entries
+    std::vector<SLeftOutFile> leftOut;
+    std::vector<std::string> warnings;
   };
 
   bool ReadOptions(SWorkPlan& plan, std::vector<std::string>& inputs, std::string& error);

@@ -96,8 +96,10 @@ bool SettleExisting(const SExistingRule& rule, const CRecordingSet& recording, C
     PrintList(existing);
     return false;
   }
-  if (!unfinished.empty()) PrintMessage("done again, for an earlier job has not finished them:");
-  PrintList(unfinished);
+  if (rule.bTells && !unfinished.empty()) {
+    PrintMessage("done again, for an earlier job has not finished them:");
+    PrintList(unfinished);
+  }
   entries.Remove(skipped);
   return true;
 }

@@ -24,6 +24,7 @@ SCutReport PlannedReport(const CEntryList& entries, const std::string& error);
 struct SExistingRule {
   bool bOverwrite = false;
   bool bSkip = false;
+  bool bTells = true;  // on stderr, which ones are done again
 };
 // Decides what becomes of outputs that exist. Entries to be left out are taken from the list and marked in the
 // report; what an earlier job has not finished stays in it. False when nobody decided; they are listed on stderr

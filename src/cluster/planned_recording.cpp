@@ -65,10 +65,12 @@ COpenRecording::EResult COpenRecording::OpenPlanned(const SWorkPlan& plan, const
       return EResult::Unreadable;
     }
     if (PlannedFile(file.strPath, SFileStamp(*status)) == file) continue;
-    error = Format(
-        "%s: changed since the plan was made (%lld bytes then, %lld now). Accepted: the file as it was, or "
-        "a new plan",
-        file.strPath.c_str(), static_cast<long long>(file.nSize), static_cast<long long>(status->nSize));
+    const std::string what = file.nSize == status->nSize
+                                 ? "its time of change is another"
+                                 : Format("%lld bytes then, %lld now", static_cast<long long>(file.nSize),
+                                          static_cast<long long>(status->nSize));
+    error = Format("%s: changed since the plan was made (%s). Accepted: the file as it was, or a new plan",
+                   file.strPath.c_str(), what.c_str());
     return EResult::Refused;
   }
   const EResult opened = Open(plan, planned.strInput, planned.nPart, error);

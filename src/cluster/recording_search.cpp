@@ -1,9 +1,11 @@
 #include "cluster/recording_search.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <utility>
 
+#include "cluster/task_parts.h"
 #include "support/file.h"
 #include "support/formatting.h"
 #include "support/platform.h"
@@ -14,52 +16,69 @@ namespace {
 
 constexpr std::int64_t kLargestList = std::int64_t{64} << 20;
 
+using FileKey = std::pair<std::uint64_t, std::uint64_t>;
+
+FileKey KeyOf(const platform::FileStatus& status) {
+  return {status.nVolume, status.nFileNumber};
+}
+
+std::string Unreadable(const std::string& path) {
+  return path + ": cannot be read: " + SystemErrorText();
+}
+
 class CSearch {
  public:
-  CSearch(const std::vector<std::string>& leftOut, std::vector<SFoundFile>& found, std::string& error)
-      : m_found(found), m_error(error) {
-    for (const std::string& folder : leftOut) {
-      if (const auto status = platform::GetFileStatus(folder)) m_seen.insert({status->nVolume, status->nFileNumber});
+  CSearch(const std::vector<std::string>& outputs, SFoundFiles& found) : m_found(found) {
+    for (const std::string& folder : outputs) {
+      if (const auto status = platform::GetFileStatus(folder)) m_outputs.insert(KeyOf(*status));
     }
   }
 
-  bool Folder(const std::string& folder) {
+  bool IsOfOutputs(const platform::FileStatus& status) const { return m_outputs.contains(KeyOf(status)); }
+
+  // False when the folder itself cannot be read.
+  bool Folder(const std::string& folder, const platform::FileStatus& status) {
     // A link can lead back to a folder above it.
-    const auto status = platform::GetFileStatus(folder);
-    if (!status) return Fail(folder);
-    if (!m_seen.insert({status->nVolume, status->nFileNumber}).second) return true;
+    if (IsOfOutputs(status) || !m_seen.insert(KeyOf(status)).second) return true;
     std::optional<std::vector<std::string>> names = platform::ListFolder(folder);
-    if (!names) return Fail(folder);
+    if (!names) return false;
     std::sort(names->begin(), names->end());
-    std::vector<std::string> folders;
+    std::vector<std::pair<std::string, platform::FileStatus>> folders;
     for (const std::string& name : *names) {
-      std::string path = platform::JoinPath(folder, name);
+      const std::string path = platform::JoinPath(folder, name);
       const auto file = platform::GetFileStatus(path);
-      if (!file) continue;  // gone meanwhile, or a link that leads nowhere
-      if (file->bDirectory)
-        folders.push_back(std::move(path));
-      else if (file->bRegular && file->nSize > 0)
-        m_found.push_back({std::move(path), false});
+      if (!file) {
+        // Gone since the folder was listed, if it is not a link.
+        if (platform::GetNameStatus(path)) LeaveOut(path, Unreadable(path));
+      } else if (file->bDirectory) {
+        folders.emplace_back(path, *file);
+      } else if (!file->bRegular) {
+        LeaveOut(path, path + ": is neither a file nor a folder");
+      } else if (file->nSize == 0) {
+        LeaveOut(path, path + ": is empty");
+      } else if (!IsPartName(name)) {
+        m_found.files.push_back({path, false});
+      }
     }
-    return std::all_of(folders.begin(), folders.end(), [this](const std::string& each) { return Folder(each); });
+    for (const auto& [path, below] : folders) {
+      if (!Folder(path, below)) LeaveOut(path, Unreadable(path));
+    }
+    return true;
   }
 
  private:
-  bool Fail(const std::string& path) {
-    m_error = path + ": cannot be read: " + SystemErrorText();
-    return false;
-  }
+  void LeaveOut(const std::string& path, std::string reason) { m_found.leftOut.push_back({path, std::move(reason)}); }
 
-  std::set<std::pair<std::uint64_t, std::uint64_t>> m_seen;  // folders, and those that are left out
-  std::vector<SFoundFile>& m_found;
-  std::string& m_error;
+  std::set<FileKey> m_outputs;
+  std::set<FileKey> m_seen;
+  SFoundFiles& m_found;
 };
 
 }  // namespace
 
-bool FindFiles(const std::vector<std::string>& named, const std::vector<std::string>& leftOut,
-               std::vector<SFoundFile>& found, std::string& error) {
-  CSearch search(leftOut, found, error);
+bool FindFiles(const std::vector<std::string>& named, const std::vector<std::string>& outputs, SFoundFiles& found,
+               std::string& error) {
+  CSearch search(outputs, found);
   for (const std::string& name : named) {
     const auto status = platform::GetFileStatus(name);
     if (!status) {
@@ -67,8 +86,12 @@ bool FindFiles(const std::vector<std::string>& named, const std::vector<std::str
       return false;
     }
     if (!status->bDirectory) {
-      found.push_back({name, true});
-    } else if (!search.Folder(name)) {
+      found.files.push_back({name, true});
+    } else if (search.IsOfOutputs(*status)) {
+      error = name + ": is the folder of the outputs. Accepted: another --output, or the names of the recordings in it";
+      return false;
+    } else if (!search.Folder(name, *status)) {
+      error = Unreadable(name);
       return false;
     }
   }

@@ -11,11 +11,23 @@ struct SFoundFile {
   bool bNamed = false;  // by the user, who wants to know when it is none; others may be anything
 };
 
+// What stands in a folder and is passed over.
+struct SLeftOutFile {
+  std::string strPath;
+  std::string strReason;  // with the path
+};
+
+struct SFoundFiles {
+  std::vector<SFoundFile> files;
+  std::vector<SLeftOutFile> leftOut;
+};
+
 // Files in the order in which they are named; those of folders, and of the folders in them, sorted by name. Folders in
-// `leftOut`, whatever they are named by, are not looked into: outputs are recordings too. False when something named is
-// not there or a folder cannot be read; `error` names it.
-bool FindFiles(const std::vector<std::string>& named, const std::vector<std::string>& leftOut,
-               std::vector<SFoundFile>& found, std::string& error);
+// `outputs`, whatever they are named by, are not looked into, for outputs are recordings too, and neither are parts of
+// any plan. What is empty, cannot be read or leads nowhere is left out. False when something named is not there, cannot
+// be read, or is a folder of outputs; `error` names it.
+bool FindFiles(const std::vector<std::string>& named, const std::vector<std::string>& outputs, SFoundFiles& found,
+               std::string& error);
 
 // The lines of the file, without what is empty; "-" is not special. False with `error`.
 bool ReadNameList(const std::string& path, std::vector<std::string>& names, std::string& error);

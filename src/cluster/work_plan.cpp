@@ -1,9 +1,11 @@
 #include "cluster/work_plan.h"
 
+#include <algorithm>
 #include <exception>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <string>
 
 #include "cluster/json_numbers.h"
 #include "support/file.h"
@@ -17,6 +19,7 @@ namespace {
 
 using Json = nlohmann::json;
 
+constexpr const char* kPlanKey = "carvello_plan";  // the first of the object, with the number of the format
 constexpr int kFormat = 1;
 constexpr std::int64_t kLargestPlan = std::int64_t{1} << 30;
 
@@ -79,7 +82,7 @@ void AddTask(const Json& json, SWorkPlan& plan) {
 
 // False when the job that it holds is none.
 bool TakePlan(const Json& json, const std::string& path, SWorkPlan& plan, std::string& error) {
-  if (WholeNumber(json.at("carvello_plan")) != kFormat) throw std::invalid_argument("carvello_plan");
+  if (WholeNumber(json.at(kPlanKey)) != kFormat) throw std::invalid_argument(kPlanKey);
   plan.strVersion = json.at("version").get<std::string>();
   plan.bSigMfMeta = json.at("sigmf_meta").get<bool>();
   plan.bAbsolute = json.at("entries_absolute").get<bool>();
@@ -120,7 +123,7 @@ bool ReadText(const std::string& path, std::string& text, std::string& error) {
 std::string WorkPlanText(const SWorkPlan& plan) {
   CJsonText json;
   json.BeginObject();
-  json.Member("carvello_plan", kFormat);
+  json.Member(kPlanKey, kFormat);
   json.Member("version", plan.strVersion);
   json.Member("engine", EngineSettingName(plan.engine));
   json.Member("entries_absolute", plan.bAbsolute);
@@ -161,6 +164,18 @@ bool ParseWorkPlan(std::string_view text, const std::string& path, SWorkPlan& pl
       "other samples",
       path.c_str(), Printable(plan.strVersion).c_str(), VersionValue("ProductVersion").c_str());
   return false;
+}
+
+bool IsReplaceablePlan(const std::string& path) {
+  constexpr std::size_t kHead = 64;
+  CFile file;
+  if (!file.Open(path, platform::EOpenMode::ReadShared)) return false;
+  const std::int64_t length = file.Length();
+  if (length == 0) return true;
+  std::string head(std::min<std::size_t>(kHead, static_cast<std::size_t>(std::max<std::int64_t>(length, 0))), '\0');
+  if (head.empty() || !file.ReadExactly(head.data(), head.size())) return false;
+  std::erase_if(head, [](char c) { return c == ' ' || c == '\n' || c == '\r' || c == '\t'; });
+  return head.starts_with(Format("{\"%s\":", kPlanKey));
 }
 
 bool ReadWorkPlan(const std::string& path, SWorkPlan& plan, std::string& error, bool& unreadable) {

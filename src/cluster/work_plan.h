@@ -54,6 +54,9 @@ struct SWorkPlan {
   std::vector<SPlannedTask> tasks{};
 };
 
+// Whether a plan, of whatever version, or nothing at all stands in the file.
+bool IsReplaceablePlan(const std::string& path);
+
 // The plan's file, one JSON object.
 std::string WorkPlanText(const SWorkPlan& plan);
 // False when the text is no plan of this program and version; `error` names the file and what is accepted. Its tasks

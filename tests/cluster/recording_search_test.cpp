@@ -11,6 +11,7 @@ namespace carvello::test {
 namespace {
 
 using testing::ElementsAre;
+using testing::EndsWith;
 
 class RecordingSearch : public testing::Test {
  protected:
@@ -19,11 +20,13 @@ class RecordingSearch : public testing::Test {
     WriteWholeFile(m_folder / name, bytes);
   }
   std::vector<std::string> Find(const std::vector<std::string>& named, const std::vector<std::string>& leftOut = {}) {
-    std::vector<SFoundFile> found;
+    SFoundFiles found;
     std::string error;
     EXPECT_TRUE(FindFiles(named, leftOut, found, error)) << error;
+    m_reasons.clear();
+    for (const SLeftOutFile& file : found.leftOut) m_reasons.push_back(file.strReason);
     std::vector<std::string> names;
-    for (const SFoundFile& file : found) {
+    for (const SFoundFile& file : found.files) {
       std::string name = Utf8Of(std::filesystem::relative(PathOf(file.strPath), PathOf(m_folder / ".")));
       std::replace(name.begin(), name.end(), '\\', '/');  // as Windows has them between folders
       names.push_back(std::move(name));
@@ -34,6 +37,7 @@ class RecordingSearch : public testing::Test {
 
   CTempFolder m_folder;
   std::vector<bool> m_named;
+  std::vector<std::string> m_reasons;
 };
 
 TEST_F(RecordingSearch, FilesComeAsNamedAndThoseOfFoldersByName) {
@@ -42,6 +46,20 @@ TEST_F(RecordingSearch, FilesComeAsNamedAndThoseOfFoldersByName) {
   EXPECT_THAT(Find({m_folder / "b.wav", m_folder / "."}),
               ElementsAre("b.wav", "a.wav", "b.wav", "below/c.wav", "below/deeper/d.wav"));
   EXPECT_THAT(m_named, ElementsAre(true, false, false, false, false));
+  EXPECT_THAT(m_reasons, ElementsAre(EndsWith("empty.wav: is empty")));
+}
+
+TEST_F(RecordingSearch, PartsOfAnyPlanAreNoRecordings) {
+  for (const char* const name : {"cuts/a.wav", "cuts/other.parts/r000000/t0000000-e000000.wav"}) Make(name);
+  EXPECT_THAT(Find({m_folder / "cuts"}), ElementsAre("cuts/a.wav"));
+}
+
+TEST_F(RecordingSearch, TheFolderOfTheOutputsCannotBeNamed) {
+  Make("a.wav");
+  SFoundFiles found;
+  std::string error;
+  EXPECT_FALSE(FindFiles({m_folder / "."}, {m_folder.Path()}, found, error));
+  EXPECT_THAT(error, testing::HasSubstr("is the folder of the outputs"));
 }
 
 TEST_F(RecordingSearch, FoldersLeftOutAreNotLookedIntoWhateverTheyAreCalled) {
@@ -52,7 +70,7 @@ TEST_F(RecordingSearch, FoldersLeftOutAreNotLookedIntoWhateverTheyAreCalled) {
 }
 
 TEST_F(RecordingSearch, WhatIsNamedAndNotThereIsAnError) {
-  std::vector<SFoundFile> found;
+  SFoundFiles found;
   std::string error;
   EXPECT_FALSE(FindFiles({m_folder / "none.wav"}, {}, found, error));
   EXPECT_THAT(error, testing::HasSubstr("none.wav"));

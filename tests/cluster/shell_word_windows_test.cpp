@@ -10,6 +10,7 @@ TEST(ShellWord, IsQuotedWhereAShellWouldTakeItForMore) {
   EXPECT_EQ(ShellWord(""), "\"\"");
   EXPECT_EQ(ShellWord("a b"), "\"a b\"");
   EXPECT_EQ(ShellWord("it's"), "\"it's\"");
+  EXPECT_EQ(ShellWord("-x.json"), ".\\-x.json");
   EXPECT_EQ(ShellWord("a&b"), "\"a&b\"");
   EXPECT_EQ(ShellWord("a,b"), "\"a,b\"");
 }

@@ -103,6 +103,16 @@ class TestTasks(ClusterTest):
         self.run_all()
         self.check_joined()
 
+    def test_finished_outputs_are_left_by_a_join_whose_parts_are_gone(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:3]))
+        self.run_all()
+        run_ok("join", self.plan, "--remove-parts")
+        again = run_ok("join", self.plan, "--skip-existing")
+        self.assertEqual(again.out.count("exists, skipped"), 3)
+        next(self.out.glob("*.wav")).unlink()
+        self.assertEqual(run("join", self.plan, "--skip-existing").code, TRY_AGAIN)
+
     def test_join_tells_what_it_has_read(self):
         self.record("a.wav", 12)
         self.make_plan(*entry_options(ENTRIES[:3]))
@@ -269,6 +279,62 @@ class TestPlans(ClusterTest):
             self.assertEqual(run("plan", self.recordings, "--output", self.out, f"--shard={shard}", "--plan", self.plan,
                                  "--entry", "f=7.1M,bw=12k").code, 2)
         self.assertEqual((self.plan.exists(), list(self.out.iterdir())), (False, []))
+
+    def test_nothing_but_a_plan_is_replaced_by_one(self):
+        recording = self.record("a.wav", 6)
+        jobs, names = self.folder / "jobs.json", self.folder / "names.txt"
+        jobs.write_text('{"entries": [{"frequency": 7100000, "bandwidth": 12000}]}')
+        names.write_text(f"{recording}\n")
+        for file in (recording, jobs, names):
+            before = file.read_bytes()
+            refused = run("plan", "--list", names, "--jobs", jobs, "--output", self.out, "--shard", 5, "--plan", file,
+                          "--overwrite")
+            self.assertEqual(refused.code, 2)
+            self.assertIn("this file is no plan, and is not replaced", refused.err)
+            self.assertEqual(file.read_bytes(), before)
+        self.plan.write_bytes(b"")  # as a shell or a temporary file leaves it
+        for _ in range(2):
+            self.make_plan("--list", names, "--jobs", jobs, "--overwrite", inputs=[recording])
+
+    def test_a_new_plan_does_not_take_the_parts_of_another(self):
+        self.record("a.wav", 6)
+        self.make_plan(*entry_options(ENTRIES[:1]))
+        self.run_all()
+        other = self.folder / "other"
+        other.mkdir()
+        arguments = ["--output", self.out, "--shard", 5, *entry_options(ENTRIES[:1])]
+        refused = run("plan", self.recordings, "--plan", other / "night.json", *arguments)
+        self.assertEqual(refused.code, 4)
+        self.assertIn("holds the parts of another plan", refused.err)
+        self.make_plan(*entry_options(ENTRIES[:1]), "--overwrite")
+
+    def test_the_folder_of_the_outputs_is_not_searched_for_recordings(self):
+        self.record("a.wav", 6)
+        refused = run("plan", self.recordings, "--output", self.recordings, "--shard", 5, "--plan", self.plan,
+                      *entry_options(ENTRIES[:1]))
+        self.assertEqual(refused.code, 3)
+        self.assertIn("is the folder of the outputs", refused.err)
+
+    def test_where_no_recording_holds_an_entry_it_is_told_how_many_were_found(self):
+        self.record("a.wav", 6)
+        self.record("b.wav", 6, hour=3)
+        refused = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.plan,
+                      "--entries-absolute", "--entry", "f=27M,bw=10k")
+        self.assertEqual(refused.code, 2)
+        self.assertIn("2 recordings found, and none holds any of the entries", refused.err)
+        told = self.make_plan("--entries-absolute", "--entry", "f=7.1M,bw=10k,start=2026-03-01T03:00:01Z")
+        self.assertIn("1 recording of 2 without any of the entries", told.err)
+
+    def test_all_parts_of_a_recording_are_planned_and_none_is_said_to_be_chosen(self):
+        captures = [{"core:sample_start": number * 6 * RATE, "core:frequency": CENTRE + number * 10_000,
+                     "core:datetime": f"2026-03-01T00:0{number}:00Z"} for number in range(2)]
+        (self.recordings / "a.sigmf-meta").write_text(json.dumps({
+            "global": {"core:datatype": "ci16_le", "core:version": "1.2.5", "core:sample_rate": RATE},
+            "captures": captures, "annotations": []}))
+        (self.recordings / "a.sigmf-data").write_bytes(bytes(12 * RATE * 4))
+        told = self.make_plan(*entry_options(ENTRIES[:1]))
+        self.assertIn("2 recordings, 2 outputs, 4 tasks", told.out)
+        self.assertNotIn("--part", told.err)
 
     def test_outputs_of_one_name_and_outputs_that_exist_are_refused(self):
         self.record("a.wav", 6)

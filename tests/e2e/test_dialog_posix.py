@@ -340,6 +340,12 @@ class TestSpectrumWindow(DialogTest):
 
 
 class TestDialogStart(DialogTest):
+    def test_the_dialog_tells_its_version_without_a_screen(self):
+        told = subprocess.run([str(GUI), "--version"], capture_output=True, text=True, timeout=300,
+                              env={"PATH": os.environ["PATH"]})
+        self.assertEqual((told.returncode, told.stderr), (0, ""))
+        self.assertRegex(told.stdout, r"^Carvello .*\nRelease: ")
+
     def test_a_second_copy_runs_beside_the_first(self):
         first, second = self.open(), self.open()
         self.assertIsNone(first.process.poll())
