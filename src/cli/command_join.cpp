@@ -149,6 +149,7 @@ EExit CJoinCommand::TellMissing(const std::vector<std::size_t>& missing) const {
   PrintMessage(missing.size() == 1 ? "1 task is not complete. Do it again, then join:"
                                    : Format("%zu tasks are not complete. Do them again, then join:", missing.size()));
   std::vector<std::string> lines;
+  lines.reserve(missing.size());
   for (const std::size_t task : missing) {
     lines.push_back(Format("%s run %s --task %zu", kProgramName, ShellWord(m_strPlan).c_str(), task));
   }

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -18,7 +19,7 @@ struct SOption {
       std::variant<bool*, std::string*, std::vector<std::string>*, std::uint32_t*, std::optional<std::size_t>*>;
 
   std::string strNames;  // "--centre,--centre-frequency"; without hyphens for a value that stands by itself
-  Target target;
+  Target target = static_cast<bool*>(nullptr);
   std::string strMeaning;
   std::string strValue;  // what stands for the value in the help
   std::string strGroup;  // heading in the help; empty for the usual one
@@ -45,7 +46,11 @@ class CCommandOptions {
  public:
   // The names as in SOption. What is given back stays valid until the next call.
   SOption& Add(std::string names, SOption::Target target, std::string meaning) {
-    return m_options.emplace_back(std::move(names), target, std::move(meaning));
+    SOption& option = m_options.emplace_back();
+    option.strNames = std::move(names);
+    option.target = target;
+    option.strMeaning = std::move(meaning);
+    return option;
   }
   void SetFooter(std::string text) { m_strFooter = std::move(text); }
 
