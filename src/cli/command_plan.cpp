@@ -1,6 +1,7 @@
 #include "cli/command_plan.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "cli/console.h"
 #include "cli/cut_options.h"
@@ -296,6 +297,8 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
     const bool spectrum = recording.Engine(i) == EEngine::Spectrum;
     nanoseconds += spectrum ? costs.fSpectrum : costs.fLibrary;
     shares = shares || spectrum;
+    const std::int64_t frames = recording.Range(i, 0, std::numeric_limits<std::int64_t>::max()).nEnd;
+    sums.dOutputBytes += static_cast<double>(frames) * (2 * entry.nBitsPerSample / 8);
   }
   sums.dNanoseconds = std::max(sums.dNanoseconds, nanoseconds + (shares ? SharedSpectrumCost() : 0.0));
   sums.nBytesPerFrame = std::max(sums.nBytesPerFrame, recording.Frames().BytesPerFrame());
@@ -326,7 +329,8 @@ void CPlanCommand::PrintResult(const SWorkPlan& plan, const SSums& sums) const {
                            ", " + CountOf(plan.tasks.size(), "task") + " in " + path;
   if (m_bSbatch) {
     PrintErrLine(told);
-    PrintOut(SlurmScript(plan, path, NeedsOf(plan, sums.nBytesPerFrame, sums.dNanoseconds), platform::ProgramPath()));
+    PrintOut(SlurmScript(plan, path, NeedsOf(plan, sums.nBytesPerFrame, sums.dNanoseconds),
+                         JoinNeedsOf(plan, sums.dOutputBytes), platform::ProgramPath()));
     return;
   }
   const std::string name = ShellWord(m_strPlan);

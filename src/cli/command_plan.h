@@ -31,6 +31,7 @@ class CPlanCommand : public CCommand {
     std::vector<bool> held;         // entries of the job that any recording holds
     double dNanoseconds = 0.0;      // of processor time for each frame, of the dearest recording
     std::uint32_t nBytesPerFrame = 0;
+    double dOutputBytes = 0.0;
     std::size_t nOutputs = 0;
     std::size_t nRecordings = 0;  // looked at; the plan has those that hold any of the entries
     std::vector<SLeftOutFile> leftOut;

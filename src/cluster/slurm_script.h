@@ -1,4 +1,4 @@
-// What a plan's tasks need of a machine, and the script by which Slurm runs them.
+// What a plan's tasks and its join need of a machine, and the script by which Slurm runs them.
 #pragma once
 
 #include <cstdint>
@@ -18,9 +18,13 @@ struct STaskNeeds {
 // of processors. `bytesPerFrame` and `nanoseconds` (for each frame of the input) are the dearest recording's.
 STaskNeeds NeedsOf(const SWorkPlan& plan, std::uint32_t bytesPerFrame, double nanosecondsPerFrame);
 
+// Of the join, which reads and writes `outputBytes` in all.
+STaskNeeds JoinNeedsOf(const SWorkPlan& plan, double outputBytes);
+
 // A script that is run by hand: it submits itself as an array of jobs, and behind it the join. What is worth another
 // try is put into the queue again, three times. More tasks than Slurm takes in an array are done several by each job.
+// With the word "join" it submits the join alone.
 std::string SlurmScript(const SWorkPlan& plan, const std::string& planPath, const STaskNeeds& needs,
-                        const std::string& program);
+                        const STaskNeeds& join, const std::string& program);
 
 }  // namespace carvello

@@ -291,3 +291,81 @@ echo 77
 
     def leftovers(self):
         return list((self.out / "night.parts").rglob("*.tmp"))
+
+
+class TestScripts(ClusterTest):
+    """The script for Slurm, with stand-ins for what it calls that write down how."""
+
+    def setUp(self):
+        super().setUp()
+        self.record("a.wav", 12)
+        self.script = self.folder / "night.sh"
+        self.script.write_text(self.make_plan(*entry_options(WAVES[:1]), "--sbatch").out)
+        self.tools, self.called = self.folder / "tools", self.folder / "called"
+        self.tools.mkdir()
+        for name, does in (("sbatch", "echo 77"), ("scontrol", ":")):
+            self.tool(name, does)
+
+    def tool(self, name, does):
+        path = self.tools / name
+        path.write_text(f"#!/bin/bash\nprintf '%s\\0' {name} \"$@\" >> '{self.called}'\n"
+                        f"echo >> '{self.called}'\n{does}\n")
+        path.chmod(0o755)
+        return path
+
+    def bash(self, *options, **variables):
+        """How the script ends, and what it has called: words of each."""
+        self.called.write_text("")
+        done = subprocess.run(["bash", self.script, *options], capture_output=True, text=True, timeout=60, check=False,
+                              env=environment(PATH=f"{self.tools}:{os.environ['PATH']}", **variables))
+        return done.returncode, [line.split("\0")[:-1] for line in self.called.read_text().splitlines()]
+
+    def test_options_of_an_array_do_not_reach_the_join(self):
+        for array in (["-a", "3"], ["-a3"], ["--array", "0-4"], ["--array=0-4%2"], ["--arr", "0,2"], ["--ar=1"]):
+            given = ["--partition", "short", *array, "-t", "99"]
+            code, calls = self.bash(*given)
+            self.assertEqual(code, 0)
+            tasks, join = calls
+            self.assertEqual(tasks, ["sbatch", "--parsable", *given, str(self.script)])
+            self.assertEqual([word for word in join if word in array or word.startswith(("-a", "--ar"))], [])
+            place = join.index("--partition")
+            self.assertEqual(join[place:place + 4], ["--partition", "short", "-t", "99"])
+
+    def test_the_join_waits_for_the_array_whatever_the_array_waits_for(self):
+        code, (tasks, join) = self.bash("--dependency=afterok:5")
+        self.assertEqual(code, 0)
+        self.assertIn("--dependency=afterok:5", tasks)
+        self.assertEqual([word for word in join if word.startswith("--dependency")][-1], "--dependency=afterany:77")
+
+    def test_the_join_can_be_submitted_again_alone(self):
+        code, (_, join) = self.bash()
+        self.assertEqual(code, 0)
+        code, (again,) = self.bash("join", "--time=99")
+        self.assertEqual(code, 0)
+        self.assertEqual([word for word in again if word.startswith("--dependency")], [])
+        self.assertEqual([word for word in again if word.startswith("--wrap=")],
+                         [word for word in join if word.startswith("--wrap=")])
+        # What is given stands behind what was estimated, and prevails.
+        self.assertEqual([word for word in again if word.startswith("--time")][-1], "--time=99")
+
+    def test_an_array_that_is_not_taken_has_no_join(self):
+        self.tool("sbatch", "exit 1")
+        code, calls = self.bash()
+        self.assertEqual((code, len(calls)), (1, 1))
+
+    def test_a_job_is_queued_again_when_any_of_its_tasks_may_succeed_then(self):
+        text = self.script.read_text()
+        program = next(line for line in text.splitlines() if line.startswith("program="))
+        done = self.tool("program", f"exit $(cat '{self.folder}'/code-$4)")
+        self.script.write_text(text.replace(program, f"program='{done}'").replace("jobs=3\n", "jobs=1\n"))
+        again = ["scontrol", "requeue", "5_0"]
+        for codes, queued in (((0, 75, 0), True), ((75, 137, 0), True), ((130, 3, 75), True), ((3, 137, 2), False),
+                              ((0, 0, 0), False)):
+            for task, code in enumerate(codes):
+                (self.folder / f"code-{task}").write_text(str(code))
+            for restarts, tries in (({}, True), ({"SLURM_RESTART_COUNT": "2"}, True),
+                                    ({"SLURM_RESTART_COUNT": "3"}, False)):
+                code, calls = self.bash(SLURM_ARRAY_TASK_ID="0", SLURM_ARRAY_JOB_ID="5", **restarts)
+                self.assertEqual([call[4] for call in calls[:3]], ["0", "1", "2"], calls)
+                self.assertEqual(calls[3:], [again] if queued and tries else [], codes)
+                self.assertEqual(code == 0, codes == (0, 0, 0))
