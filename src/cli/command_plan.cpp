@@ -12,6 +12,7 @@
 #include "cluster/shell_word.h"
 #include "cluster/slurm_script.h"
 #include "cluster/task_parts.h"
+#include "dsp/library_description.h"
 #include "dsp/start_dsp.h"
 #include "engine/engine_costs.h"
 #include "jobs/quantities.h"
@@ -103,7 +104,7 @@ bool CPlanCommand::ReadOptions(SWorkPlan& plan, std::vector<std::string>& inputs
   const std::string parts = m_strParts.empty()
                                 ? platform::JoinPath(request.strOutput, stem.substr(0, stem.rfind('.')) + ".parts")
                                 : m_strParts;
-  plan.strVersion = VersionValue("ProductVersion");
+  plan.strVersion = Release();
   plan.job.strOutput = platform::AbsolutePath(request.strOutput);
   plan.job.bLocalTime = request.bLocalTime;
   plan.job.given = request.given;
@@ -169,6 +170,7 @@ EExit CPlanCommand::Run() {
     PrintMessage(MissingLibraryText());
     return EExit::InputUnreadable;
   }
+  plan.strLibrary = DescribeLibrary(dsp).version.value_or("");
   if (const EExit checked = CheckMeans(plan, dsp); checked != EExit::Ok) return checked;
   std::vector<std::string> outputs = {plan.job.strOutput, plan.strParts};
   for (const SEntrySpec& spec : plan.job.entries) {

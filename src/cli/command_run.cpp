@@ -9,6 +9,7 @@
 #include "cli/help_texts.h"
 #include "cli/plan_opening.h"
 #include "cli/stop_requests.h"
+#include "dsp/library_description.h"
 #include "dsp/start_dsp.h"
 #include "engine/output_stretch.h"
 #include "jobs/quantities.h"
@@ -113,6 +114,14 @@ EExit CRunCommand::DoTask(const SWorkPlan& plan, std::size_t task) {
   DspBinding dsp;
   if (!StartDsp(dsp)) {
     PrintMessage(MissingLibraryText());
+    return EExit::InputUnreadable;
+  }
+  if (const std::string version = DescribeLibrary(dsp).version.value_or(""); version != plan.strLibrary) {
+    PrintMessage(
+        Format("%s: downconverter library %s, and the plan was made with %s. Accepted: the same on every machine, or a "
+               "new plan",
+               DspLibraryPath().c_str(), version.empty() ? "of unknown version" : Printable(version).c_str(),
+               plan.strLibrary.empty() ? "one of unknown version" : Printable(plan.strLibrary).c_str()));
     return EExit::InputUnreadable;
   }
   const std::string folder = MakingFolder(plan, task);

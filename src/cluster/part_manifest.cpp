@@ -46,6 +46,7 @@ SPartOrigin OriginOf(const SWorkPlan& plan, const SPlannedRecording& recording) 
     AddText(hash, std::to_string(file.nModified));
   }
   return {.strVersion = plan.strVersion,
+          .strLibrary = plan.strLibrary,
           .strInput = recording.strInput,
           .strStamp = hash.Hex(),
           .strEntries = recording.strEntries};
@@ -54,6 +55,7 @@ SPartOrigin OriginOf(const SWorkPlan& plan, const SPlannedRecording& recording) 
 std::string PartKey(const SPartOrigin& origin, const STaskPart& part) {
   CSha256 hash;
   AddText(hash, origin.strVersion);
+  AddText(hash, origin.strLibrary);
   AddText(hash, origin.strStamp);
   AddText(hash, origin.strEntries);
   for (const std::int64_t number : {static_cast<std::int64_t>(part.nEntry), part.range.nFirst, part.range.nEnd}) {
@@ -67,6 +69,7 @@ std::string PartManifestText(const SPartManifest& manifest) {
   json.BeginObject();
   json.Member("carvello_part", kFormat);
   json.Member("version", manifest.origin.strVersion);
+  json.Member("library", manifest.origin.strLibrary);
   json.Member("input", manifest.origin.strInput);
   json.Member("input_stamp", manifest.origin.strStamp);
   json.Member("key", manifest.strKey);

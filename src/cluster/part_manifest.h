@@ -15,7 +15,8 @@ namespace carvello {
 
 // What all parts of a recording come from.
 struct SPartOrigin {
-  std::string strVersion;  // of the program
+  std::string strVersion;  // release of the program
+  std::string strLibrary;  // version of the downconverter library
   std::string strInput;    // as in the plan
   std::string strStamp;    // hash of the paths, sizes and times of its files
   std::string strEntries;  // as in the plan

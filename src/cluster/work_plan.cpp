@@ -84,6 +84,7 @@ void AddTask(const Json& json, SWorkPlan& plan) {
 bool TakePlan(const Json& json, const std::string& path, SWorkPlan& plan, std::string& error) {
   if (WholeNumber(json.at(kPlanKey)) != kFormat) throw std::invalid_argument(kPlanKey);
   plan.strVersion = json.at("version").get<std::string>();
+  plan.strLibrary = json.at("library").get<std::string>();
   plan.bSigMfMeta = json.at("sigmf_meta").get<bool>();
   plan.bAbsolute = json.at("entries_absolute").get<bool>();
   plan.engine = EngineNamed(json.at("engine").get<std::string>());
@@ -125,6 +126,7 @@ std::string WorkPlanText(const SWorkPlan& plan) {
   json.BeginObject();
   json.Member(kPlanKey, kFormat);
   json.Member("version", plan.strVersion);
+  json.Member("library", plan.strLibrary);
   json.Member("engine", EngineSettingName(plan.engine));
   json.Member("entries_absolute", plan.bAbsolute);
   json.Member("sigmf_meta", plan.bSigMfMeta);
@@ -158,11 +160,11 @@ bool ParseWorkPlan(std::string_view text, const std::string& path, SWorkPlan& pl
             "\" is not as expected. Accepted: a file that \"carvello-cli plan\" of this version wrote";
     return false;
   }
-  if (plan.strVersion == VersionValue("ProductVersion")) return true;
+  if (plan.strVersion == Release()) return true;
   error = Format(
       "%s: made by version %s, and this is %s. Accepted: a plan of this version, for another one may write "
       "other samples",
-      path.c_str(), Printable(plan.strVersion).c_str(), VersionValue("ProductVersion").c_str());
+      path.c_str(), Printable(plan.strVersion).c_str(), Release().c_str());
   return false;
 }
 

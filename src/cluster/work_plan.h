@@ -42,7 +42,8 @@ struct SPlannedTask {
 };
 
 struct SWorkPlan {
-  std::string strVersion;  // of the program
+  std::string strVersion;  // release of the program
+  std::string strLibrary;  // version of the downconverter library; empty where it does not tell
   SJobFile job{};          // the entries of every recording, and the folder for the outputs
   bool bSigMfMeta = false;
   bool bAbsolute = false;  // each recording gets those entries that it holds

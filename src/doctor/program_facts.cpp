@@ -1,8 +1,8 @@
 #include "doctor/program_facts.h"
 
 #include <cstddef>
-#include <optional>
 
+#include "dsp/library_description.h"
 #include "fourier/instruction_set.h"
 #include "support/platform.h"
 #include "support/system_facts.h"
@@ -15,12 +15,6 @@ namespace {
 
 constexpr std::size_t kEntryPoints = 18;
 
-// "1.0.0" of the record's "1.0.0.0".
-std::string Release() {
-  const std::string version = VersionValue("FileVersion");
-  return version.substr(0, version.rfind('.'));
-}
-
 std::string Commit() {
   return *BuildCommit() == '\0' ? "not known: built from sources without a history" : BuildCommit();
 }
@@ -29,33 +23,6 @@ std::string KnownSets() {
   std::string names;
   for (const EInstructionSet set : InstructionSets()) names += (names.empty() ? "" : ", ") + std::string(NameOf(set));
   return names;
-}
-
-struct SLibraryDescription {
-  std::optional<std::string> version;
-  std::optional<std::string> set;
-};
-
-// The library of this project describes itself and its loops in lines of a text that others may do without.
-SLibraryDescription Describe(const DspBinding& dsp) {
-  constexpr std::uint32_t kInputRate = 2'000'000;
-  constexpr std::uint32_t kOutputRate = 10'000;
-  SLibraryDescription description;
-  const std::uint32_t handle = dsp.AllocInstance(L"-");
-  if (handle == 0) return description;
-  dsp.DownconvertInit(handle, kInputRate, kOutputRate);
-  std::string text(dsp.Diagnostics(handle, nullptr, 0) + std::size_t{1}, '\0');
-  dsp.Diagnostics(handle, text.data(), static_cast<std::uint32_t>(text.size()));
-  dsp.ReleaseInstance(handle);
-  constexpr std::string_view kName = "\nVantrel ";
-  if (const std::size_t at = text.find(kName); at != std::string::npos) {
-    const std::size_t begin = at + kName.size();
-    description.version = text.substr(begin, text.find('\n', begin) - begin);
-  }
-  const std::size_t end = text.find(" kernels\n");
-  const std::size_t blank = end == std::string::npos || end == 0 ? end : text.rfind(' ', end - 1);
-  if (blank != std::string::npos) description.set = text.substr(blank + 1, end - blank - 1);
-  return description;
 }
 
 std::string Names(const std::vector<std::string>& names) {
@@ -103,7 +70,7 @@ SReportSection LibrarySection(DspBinding& dsp, const std::string& path) {
   }
   section.Flag("resumes", "can begin within a signal", dsp.DownconvertResume != nullptr,
                dsp.DownconvertResume != nullptr ? "yes" : "no");
-  const SLibraryDescription description = Describe(dsp);
+  const SLibraryDescription description = DescribeLibrary(dsp);
   section.Text("version", "version",
                platform::Finding{description.version.value_or(""), description.version ? "" : "it does not tell"});
   section.Text("instructionSet", "instruction set",
@@ -122,7 +89,7 @@ std::string VersionReport(const std::string& library) {
   add("Instruction set", std::string(NameOf(PickInstructionSet())) + " (this processor has " + KnownSets() + ")");
   DspBinding dsp;
   if (BindDsp(dsp, library) != 0) {
-    const SLibraryDescription description = Describe(dsp);
+    const SLibraryDescription description = DescribeLibrary(dsp);
     add("Library", Format("Vantrel %s, %s", description.version.value_or("of unknown version").c_str(),
                           description.set.value_or("instruction set unknown").c_str()));
   } else {

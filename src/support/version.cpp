@@ -63,6 +63,11 @@ std::string VersionValue(const std::string& key) {
   return entry == kRecord.end() ? std::string() : OwnValues()[static_cast<std::size_t>(entry - kRecord.begin())];
 }
 
+std::string Release() {
+  const std::string version = VersionValue("FileVersion");  // "1.0.0.0"
+  return version.substr(0, version.rfind('.'));
+}
+
 const char* BuildCommit() {
   return g_pszBuildCommit;
 }

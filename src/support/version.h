@@ -23,6 +23,8 @@ struct VersionTexts {
 VersionTexts VersionInfo(const std::string& modulePath = {});
 // One value of the program's version record by its key ("ProductName", "LegalCopyright", ...); empty when absent.
 std::string VersionValue(const std::string& key);
+// The program's release, for example "1.0.0".
+std::string Release();
 // The commit that the program is made of, with ", modified" behind it when the sources were changed; empty when that is
 // not known. A program tells its own once, before all else.
 const char* BuildCommit();

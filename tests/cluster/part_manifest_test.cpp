@@ -6,7 +6,8 @@
 namespace carvello::test {
 namespace {
 
-const SPartOrigin kOrigin{.strVersion = "1.0", .strInput = "/r/a.wav", .strStamp = "cd", .strEntries = "ef"};
+const SPartOrigin kOrigin{
+    .strVersion = "1.0.0", .strLibrary = "1.0.1", .strInput = "/r/a.wav", .strStamp = "cd", .strEntries = "ef"};
 
 TEST(PartManifest, ReadsWhatItWrites) {
   const SPartManifest manifest{.origin = kOrigin,
@@ -18,6 +19,8 @@ TEST(PartManifest, ReadsWhatItWrites) {
                                .marks = {{2'097'152, 50}, {std::int64_t{1} << 50, 99}}};
   const std::string text = PartManifestText(manifest);
   EXPECT_THAT(text, testing::HasSubstr("\"input\": \"/r/a.wav\""));
+  EXPECT_THAT(text, testing::HasSubstr("\"version\": \"1.0.0\""));
+  EXPECT_THAT(text, testing::HasSubstr("\"library\": \"1.0.1\""));
   const std::optional<SPartManifest> again = ParseManifest(text);
   ASSERT_TRUE(again);
   EXPECT_EQ(again->strKey, "ab");
@@ -67,16 +70,16 @@ TEST(PartManifest, KeyIsAnotherForEveryThingThatDecidesAboutSamples) {
     other.range = range;
     return PartKey(kOrigin, other);
   };
-  for (const std::string& other :
-       {otherOrigin(&SPartOrigin::strVersion), otherOrigin(&SPartOrigin::strStamp),
-        otherOrigin(&SPartOrigin::strEntries), otherPart(2, {10, 20}), otherPart(1, {9, 20}), otherPart(1, {10, 21})}) {
+  for (const std::string& other : {otherOrigin(&SPartOrigin::strVersion), otherOrigin(&SPartOrigin::strLibrary),
+                                   otherOrigin(&SPartOrigin::strStamp), otherOrigin(&SPartOrigin::strEntries),
+                                   otherPart(2, {10, 20}), otherPart(1, {9, 20}), otherPart(1, {10, 21})}) {
     EXPECT_NE(other, key);
   }
 }
 
 TEST(PartManifest, StampIsAnotherForOtherFiles) {
   SWorkPlan plan;
-  plan.strVersion = "1.0";
+  plan.strVersion = "1.0.0";
   const auto stamp = [&plan](std::vector<SPlannedFile> files) {
     SPlannedRecording recording;
     recording.files = std::move(files);

@@ -13,8 +13,8 @@ namespace {
 using testing::HasSubstr;
 
 std::string PlanText(const std::string& tasks, const std::string& frames = "600") {
-  return R"({"carvello_plan": 1, "version": ")" + VersionValue("ProductVersion") +
-         R"(", "engine": "auto", "entries_absolute": false, "sigmf_meta": false, "sync": true, "ds64_frames": false,
+  return R"({"carvello_plan": 1, "version": ")" + Release() +
+         R"(", "library": "2.3.4", "engine": "auto", "entries_absolute": false, "sigmf_meta": false, "sync": true, "ds64_frames": false,
     "parts": "/p", "job": "{\"entries\": [{\"frequency\": 7100000, \"bandwidth\": 12000}]}",
     "recordings": [
       {"input": "/r/a.wav", "frames": )" +
@@ -45,6 +45,8 @@ TEST(WorkPlan, ReadsWhatItWrites) {
   const SWorkPlan plan = Read(PlanText("[[0, 0, 5], [0, 5, 10], [1, 0, 5]]"));
   const SWorkPlan again = Read(WorkPlanText(plan));
   for (const SWorkPlan& each : {plan, again}) {
+    EXPECT_EQ(each.strVersion, Release());
+    EXPECT_EQ(each.strLibrary, "2.3.4");
     ASSERT_EQ(each.recordings.size(), 2U);
     EXPECT_EQ(each.recordings[0].files, (std::vector<SPlannedFile>{{"/r/a.wav", 2400, -5}}));
     EXPECT_EQ(each.recordings[0].nPart, 0U);
@@ -81,6 +83,10 @@ TEST(WorkPlan, RefusesAPlanOfAnotherVersion) {
   std::string text = PlanText("[[0, 0, 5]]");
   text.replace(text.find("version\": \"") + 11, 1, "x");
   EXPECT_THAT(Refusal(text), HasSubstr("made by version x"));
+  // Releases that differ in their last number may differ in samples.
+  text = PlanText("[[0, 0, 5]]");
+  text.replace(text.find(Release()), Release().size(), Release() + "1");
+  EXPECT_THAT(Refusal(text), HasSubstr("made by version " + Release() + "1, and this is " + Release()));
 }
 
 TEST(WorkPlan, TellsAFileThatCannotBeReadFromOneThatIsNoPlan) {

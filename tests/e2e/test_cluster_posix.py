@@ -293,6 +293,37 @@ echo 77
         return list((self.out / "night.parts").rglob("*.tmp"))
 
 
+class TestVersions(ClusterTest):
+    def test_a_plan_is_of_one_release_and_one_library(self):
+        self.record("a.wav", 6)
+        self.make_plan(*entry_options(WAVES[:1]))
+        told = run_ok("--version").out
+        plan = json.loads(self.plan.read_text())
+        self.assertRegex(plan["version"], r"^\d+\.\d+\.\d+$")
+        self.assertIn(f"Release: {plan['version']}\n", told)
+        self.assertIn(f"Library: Vantrel {plan['library']}, ", told)
+        for member, code, text in (("version", 2, "made by version"), ("library", 3, "downconverter library")):
+            changed = {**plan, member: plan[member].rpartition(".")[0] + ".99"}
+            self.plan.write_text(json.dumps(changed))
+            refused = run("run", self.plan, "--task", 0)
+            self.assertEqual(refused.code, code, refused.err)
+            self.assertIn(text, refused.err)
+            self.assertIn(changed[member], refused.err)
+            self.assertEqual(list(self.out.iterdir()), [])
+
+    def test_parts_of_another_library_are_made_again(self):
+        self.record("a.wav", 6)
+        self.make_plan(*entry_options(WAVES[:1]))
+        run_ok("run", self.plan, "--task", 0)
+        manifest = next(path for path in self.parts() if path.suffix == ".json")
+        self.assertEqual(json.loads(manifest.read_text())["library"], json.loads(self.plan.read_text())["library"])
+        plan = json.loads(self.plan.read_text())
+        self.plan.write_text(json.dumps({**plan, "library": "0.9.9"}))
+        missing = run("join", self.plan)
+        self.assertEqual(missing.code, TRY_AGAIN, missing.err)
+        self.assertIn("--task 0", missing.err)
+
+
 class TestScripts(ClusterTest):
     """The script for Slurm, with stand-ins for what it calls that write down how."""
 

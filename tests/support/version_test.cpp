@@ -52,6 +52,11 @@ TEST(VersionInfo, AModuleWithoutRecordKeepsItsBuildTexts) {
   EXPECT_TRUE(texts.values.empty());
 }
 
+TEST(Release, IsAVersionOfThreeNumbers) {
+  EXPECT_EQ(Release() + ".0", VersionValue("FileVersion"));
+  EXPECT_THAT(Release(), testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
+}
+
 TEST(VersionValue, FindsByExactKey) {
   EXPECT_EQ(VersionValue("ProductName"), "Carvello");
   EXPECT_EQ(VersionValue("LegalCopyright"), "Copyright (C) 2026 the Carvello developers");
