@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <new>
 #include <random>
+#include <set>
 
 #include "cli/console.h"
 #include "cli/cut_job.h"
@@ -37,10 +38,21 @@ constexpr const char* kExamples =
     "  seq 0 $(($(carvello-cli run night.json --task-count) - 1)) | parallel -j2 carvello-cli run night.json --task "
     "{}\n\n";
 
-// A name that no other program gives.
+// A name that no other program gives, without its ending.
 std::string TemporaryName(const std::string& folder, const STaskPart& part) {
   std::random_device random;
-  return platform::JoinPath(folder, Format("e%06zu.%08x%08x.wav", part.nEntry, random(), random()));
+  return platform::JoinPath(folder, Format("e%06zu.%08x%08x", part.nEntry, random(), random()));
+}
+
+// The folders that were there when the plan was made. One that is missing is on a disk that this machine does not see.
+std::set<std::string> PlannedFolders(const SWorkPlan& plan) {
+  std::string parts = plan.strParts;
+  while (platform::NameOf(parts).empty() && platform::FolderOf(parts) != parts) parts = platform::FolderOf(parts);
+  std::set<std::string> folders = {platform::FolderOf(parts)};
+  for (const SEntrySpec& spec : plan.job.entries) {
+    folders.insert(spec.strOutput.empty() ? plan.job.strOutput : spec.strOutput);
+  }
+  return folders;
 }
 
 }  // namespace
@@ -61,7 +73,7 @@ bool CRunCommand::ChooseTask(const SWorkPlan& plan, std::size_t& task, std::stri
   if (m_task) number = static_cast<std::int64_t>(*m_task);
   for (const char* const variable : kTaskVariables) {
     const char* const value = std::getenv(variable);
-    if (number || value == nullptr) continue;
+    if (number || value == nullptr || *value == '\0') continue;
     told = variable;
     number = ParseWholeNumber(value).value_or(-1);
   }
@@ -124,11 +136,11 @@ EExit CRunCommand::DoTask(const SWorkPlan& plan, std::size_t task) {
                plan.strLibrary.empty() ? "one of unknown version" : Printable(plan.strLibrary).c_str()));
     return EExit::InputUnreadable;
   }
-  const std::string folder = MakingFolder(plan, task);
-  if (!CreateFolders(folder)) {
-    PrintMessage(folder + ": " + SystemErrorText());
+  if (!MakeFolders(plan, task, error)) {
+    PrintMessage(error);
     return EExit::TryAgain;
   }
+  const std::string folder = MakingFolder(plan, task);
   std::vector<SMaking> making;
   const std::vector<STaskPart> parts = PartsOf(plan, task, recording);
   const SPartOrigin origin = OriginOf(plan, planned);
@@ -154,6 +166,24 @@ EExit CRunCommand::DoTask(const SWorkPlan& plan, std::size_t task) {
   return result;
 }
 
+// The parts' folder and what is below. What is above is demanded: made here, it would stand on this machine's own disk.
+bool CRunCommand::MakeFolders(const SWorkPlan& plan, std::size_t task, std::string& error) const {
+  for (const std::string& folder : PlannedFolders(plan)) {
+    const std::optional<platform::FileStatus> status = platform::GetFileStatus(folder);
+    if (status && status->bDirectory) continue;
+    error = folder + ": " + (status ? "is no folder" : SystemErrorText()) +
+            ". Tasks need it on every machine, as it was when the plan was made";
+    return false;
+  }
+  const std::size_t recording = plan.tasks[task].nRecording;
+  for (const std::string& folder : {plan.strParts, PartsFolder(plan, recording), MakingFolder(plan, task)}) {
+    if (platform::CreateSharedFolder(folder)) continue;
+    error = folder + ": " + SystemErrorText();
+    return false;
+  }
+  return true;
+}
+
 // In one pass over the task's stretch.
 EExit CRunCommand::MakeParts(const SWorkPlan& plan, const COpenRecording& recording, const DspBinding& dsp,
                              const std::vector<SMaking>& making) {
@@ -168,7 +198,7 @@ EExit CRunCommand::MakeParts(const SWorkPlan& plan, const COpenRecording& record
       PrintMessage(recording.Entries()[part.nEntry].strFileName + ": " + problem);
       return EExit::InputUnreadable;
     }
-    stretch->strFileName = each.strTemporary;
+    stretch->strFileName = each.Wave();
     stretch->nFileSizeMB = 0;
     stretch->format = EOutputFormat::Wave;
     stretches.push_back(std::move(*stretch));
@@ -197,7 +227,8 @@ EExit CRunCommand::MakeParts(const SWorkPlan& plan, const COpenRecording& record
     const SOutputResult& result = report.outputs[i].result;
     std::string problem;
     if (Complete(making[i], result, entries[i], problem)) continue;
-    platform::RemoveFile(making[i].strTemporary);
+    platform::RemoveFile(making[i].Wave());
+    platform::RemoveFile(making[i].Manifest());
     // Another one may have done the same task meanwhile.
     if (FindManifest(making[i].part, making[i].strKey)) continue;
     complete = false;
@@ -222,18 +253,22 @@ bool CRunCommand::Complete(const SMaking& making, const SOutputResult& result, c
   manifest.strEntry = entry.strDisplayName;
   manifest.nFirst = making.part.range.nFirst;
   manifest.marks = result.marks;
-  if (!HashPart(making.strTemporary, manifest.strSha256, manifest.nFrames, error)) return false;
+  if (!HashPart(making.Wave(), manifest.strSha256, manifest.nFrames, error)) return false;
   if (manifest.nFrames != making.part.range.nEnd - making.part.range.nFirst) {
     error = Format("%lld samples were written, %lld were due", static_cast<long long>(manifest.nFrames),
                    static_cast<long long>(result.nFramesDue));
     return false;
   }
-  if (!platform::RenameFile(making.strTemporary, name, true)) {
+  // Both are whole on the disk before either has its name, and what a task that is killed leaves lies in its folder.
+  const std::string text = PartManifestText(manifest);
+  if (!WriteWholeFile(making.Manifest(), text.data(), text.size(), false, error)) return false;
+  if (!platform::RenameFile(making.Wave(), name, true) ||
+      !platform::RenameFile(making.Manifest(), making.part.strManifest, true)) {
     error = SystemErrorText();
     return false;
   }
-  const std::string text = PartManifestText(manifest);
-  return WriteWholeFile(making.part.strManifest, text.data(), text.size(), true, error);
+  platform::SyncFolder(platform::FolderOf(name));
+  return true;
 }
 
 void CRunCommand::PrintResult(std::size_t task, std::size_t made, std::size_t kept) const {

@@ -26,14 +26,17 @@ class CRunCommand : public CCommand {
   // A part that is being made: under a name of its own, so that two that do one task write different files.
   struct SMaking {
     STaskPart part;
-    std::string strTemporary;
+    std::string strTemporary;  // without its ending
     std::string strKey;
     SPartOrigin origin;
+    std::string Wave() const { return strTemporary + ".wav"; }
+    std::string Manifest() const { return strTemporary + ".json"; }
   };
 
   bool ChooseTask(const SWorkPlan& plan, std::size_t& task, std::string& error) const;
   EExit RunTask();
   EExit DoTask(const SWorkPlan& plan, std::size_t task);
+  bool MakeFolders(const SWorkPlan& plan, std::size_t task, std::string& error) const;
   EExit MakeParts(const SWorkPlan& plan, const COpenRecording& recording, const DspBinding& dsp,
                   const std::vector<SMaking>& making);
   bool Complete(const SMaking& making, const SOutputResult& result, const OutputEntry& entry, std::string& error) const;

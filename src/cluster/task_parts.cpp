@@ -64,7 +64,7 @@ bool IsPartName(const std::string& name) {
   int length = 0;
   if (std::sscanf(name.c_str(), "t%zu-e%zu%n", &task, &entry, &length) != 2) return false;
   const std::string ending = name.substr(static_cast<std::size_t>(length));
-  return ending == ".wav" || ending.starts_with(".json");
+  return ending == ".wav" || ending == ".json";
 }
 
 }  // namespace carvello

@@ -24,7 +24,7 @@ std::vector<SPlannedTask> TasksOf(const COpenRecording& recording, std::size_t n
 // In the order of the entries; those that have nothing in the stretch have no part.
 std::vector<STaskPart> PartsOf(const SWorkPlan& plan, std::size_t task, const COpenRecording& recording);
 
-// Whether a file of that name in such a folder was written by a task, be it one that was killed.
+// Whether a file of that name in such a folder is a part, or a manifest.
 bool IsPartName(const std::string& name);
 
 // The folder for what a task has in the making, in that of its recording's parts. What is left of ones that were killed

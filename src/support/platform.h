@@ -88,6 +88,8 @@ bool RenameFile(const std::string& from, const std::string& to, bool replace);
 // Creates a folder for this user alone, in one that exists. True when it is there already. On false LastError() holds
 // the reason.
 bool CreateFolder(const std::string& folder);
+// The same for everybody whom the process's mask for new files lets in.
+bool CreateSharedFolder(const std::string& folder);
 // Of an empty one. On false LastError() holds the reason.
 bool RemoveFolder(const std::string& folder);
 // Bytes that this user can still write to the disk that the folder is on. Nothing when that cannot be had.

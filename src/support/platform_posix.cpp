@@ -291,12 +291,24 @@ bool RemoveUnusedFile(const std::string& path) {
   return removed;
 }
 
-bool CreateFolder(const std::string& folder) {
-  if (mkdir(folder.c_str(), S_IRWXU) == 0) return true;
+namespace {
+
+bool CreateFolderFor(mode_t mode, const std::string& folder) {
+  if (mkdir(folder.c_str(), mode) == 0) return true;
   const int reason = errno;
   const std::optional<FileStatus> status = GetFileStatus(folder);
   errno = reason;
   return reason == EEXIST && status && status->bDirectory;
+}
+
+}  // namespace
+
+bool CreateFolder(const std::string& folder) {
+  return CreateFolderFor(S_IRWXU, folder);
+}
+
+bool CreateSharedFolder(const std::string& folder) {
+  return CreateFolderFor(S_IRWXU | S_IRWXG | S_IRWXO, folder);
 }
 
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {

@@ -250,6 +250,10 @@ bool CreateFolder(const std::string& folder) {
   return reason == ERROR_ALREADY_EXISTS && status && status->bDirectory;
 }
 
+bool CreateSharedFolder(const std::string& folder) {
+  return CreateFolder(folder);  // who may go in is what the folder above hands down
+}
+
 std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
   struct CloseFind {
     void operator()(HANDLE handle) const { FindClose(handle); }

@@ -8,7 +8,7 @@ import signal as signals
 import subprocess
 import time
 
-from program import CLI, SLOW, as_plain_user, environment, run, run_ok, start
+from program import CLI, SLOW, as_plain_user, contents, environment, run, run_ok, start
 from same_output import assert_same_outputs
 from test_cluster import ENTRIES, TRY_AGAIN, ClusterTest, entry_options
 from wavtools import WaveFile
@@ -293,6 +293,106 @@ echo 77
         return list((self.out / "night.parts").rglob("*.tmp"))
 
 
+class TestWhereTasksWrite(InterruptedTest):
+    def check_refused(self, folder):
+        """The task names the folder that is not there, and writes nowhere."""
+        before = contents(self.folder)
+        for _ in range(2):
+            refused = run("run", self.plan, "--task", 0)
+            self.assertEqual(refused.code, TRY_AGAIN, refused.err)
+            self.assertIn(f"{folder}: ", refused.err)
+            self.assertIn("No such file or directory", refused.err)
+        self.assertEqual(contents(self.folder), before)
+
+    def test_a_machine_without_the_folder_for_the_outputs_is_told_and_writes_nothing(self):
+        self.record("a.wav", 6)
+        self.make_plan(*entry_options(WAVES[:1]))
+        self.out.rename(self.folder / "away")
+        self.check_refused(self.out)
+        (self.folder / "away").rename(self.out)
+        run_ok("run", self.plan, "--task", 0)
+
+    def test_a_machine_without_the_folder_of_one_entry_is_told_and_writes_nothing(self):
+        self.record("a.wav", 6)
+        other = self.folder / "other"
+        other.mkdir()
+        jobs = self.folder / "jobs.json"
+        jobs.write_text(json.dumps({
+            "output": str(self.out),
+            "entries": [{"frequency": 7_100_000, "bandwidth": 8000},
+                        {"frequency": 7_100_000, "bandwidth": 9000, "output": str(other)}]}))
+        run_ok("plan", self.recordings, "--shard", 5, "--plan", self.plan, "--jobs", jobs)
+        other.rmdir()
+        self.check_refused(other)
+        other.mkdir()
+        run_ok("run", self.plan, "--task", 0)
+
+    def test_parts_elsewhere_need_the_folder_that_theirs_stands_in(self):
+        recording = self.record("a.wav", 6)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES[:1]))
+        scratch = self.folder / "scratch"
+        scratch.mkdir()
+        self.make_plan(*entry_options(WAVES[:1]), "--parts", f"{scratch}/parts/")
+        scratch.rename(self.folder / "away")
+        self.check_refused(scratch)
+        # A file in its place is no folder either.
+        scratch.write_text("")
+        refused = run("run", self.plan, "--task", 0)
+        self.assertEqual(refused.code, TRY_AGAIN, refused.err)
+        self.assertIn(f"{scratch}: ", refused.err)
+        scratch.unlink()
+        (self.folder / "away").rename(scratch)
+        self.run_all()
+        run_ok("join", self.plan, "--remove-parts")
+        self.assertEqual(list(scratch.iterdir()), [])
+        assert_same_outputs(self, self.one, self.out)
+
+    def test_folders_of_parts_are_open_to_whom_the_mask_lets_in(self):
+        self.record("a.wav", 6)
+        for mask, mode in ((0o022, 0o755), (0o007, 0o770), (0o077, 0o700)):
+            self.make_plan(*entry_options(WAVES[:1]), "--overwrite")
+            run_ok("run", self.plan, "--task", 0, preexec_fn=lambda mask=mask: os.umask(mask))
+            parts = self.out / "night.parts"
+            for path in (parts, parts / "r000000"):
+                self.assertEqual(path.stat().st_mode & 0o777, mode, path)
+            for path in self.parts():
+                self.assertEqual(path.stat().st_mode & 0o777, mode & 0o666, path)
+            shutil.rmtree(parts)
+
+    def test_a_task_killed_while_it_writes_a_manifest_is_repeated_and_leaves_nothing(self):
+        recording = self.record("a.wav", 2)
+        entries = entry_options([f"f={7_050_000 + 1000 * number},bw=100" for number in range(60)])
+        run_ok("cut", recording, "--output", self.one, *entries)
+        self.make_plan(*entries)
+        process = start("run", self.plan, "--task", 0, "--quiet", stderr=subprocess.DEVNULL)
+        written = []
+        while not written:
+            while not self.manifests_being_written():
+                self.assertIsNone(process.poll(), "no manifest was seen while it was written")
+            # It may be just done: stopped, it tells.
+            process.send_signal(signals.SIGSTOP)
+            os.waitid(os.P_PID, process.pid, os.WSTOPPED | os.WEXITED | os.WNOWAIT)
+            written = self.manifests_being_written()
+            process.send_signal(signals.SIGKILL if written else signals.SIGCONT)
+        process.wait()
+        self.assertEqual(self.manifests_being_written(), written)
+        run_ok("run", self.plan, "--task", 0)
+        self.assertEqual(self.leftovers(), [])
+        self.assertEqual({path.suffix for path in self.parts()}, {".wav", ".json"})
+        self.assertEqual(len(self.parts()), 2 * 60)
+        self.check_joined()
+
+    def manifests_being_written(self):
+        folder = str(self.out / "night.parts" / "r000000")
+        found = []
+        for each in (folder, folder + "/t0000000.tmp"):
+            try:
+                found += [name for name in os.listdir(each) if ".json.part" in name]
+            except FileNotFoundError:
+                pass
+        return found
+
+
 class TestVersions(ClusterTest):
     def test_a_plan_is_of_one_release_and_one_library(self):
         self.record("a.wav", 6)
@@ -322,6 +422,15 @@ class TestVersions(ClusterTest):
         missing = run("join", self.plan)
         self.assertEqual(missing.code, TRY_AGAIN, missing.err)
         self.assertIn("--task 0", missing.err)
+
+    def test_an_empty_variable_does_not_hide_the_number_that_another_one_tells(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(WAVES[:1]))
+        numbers = {"SLURM_ARRAY_TASK_ID": "", "AWS_BATCH_JOB_ARRAY_INDEX": "2"}
+        self.assertEqual(run_ok("run", self.plan, "--json", "--quiet", env=environment(**numbers)).json()["task"], 2)
+        none = run("run", self.plan, env=environment(SLURM_ARRAY_TASK_ID="", AWS_BATCH_JOB_ARRAY_INDEX=""))
+        self.assertEqual(none.code, 2)
+        self.assertIn("--task is missing", none.err)
 
 
 class TestScripts(ClusterTest):

@@ -351,6 +351,20 @@ TEST(PosixTest, LimitOfOpenFilesIsRaisedAsFarAsTheSystemLetsIt) {
   }
 }
 
+TEST(PosixTest, AFolderIsForThisUserAloneButASharedOneForWhomTheMaskLetsIn) {
+  const test::CTempFolder folder;
+  const mode_t old = umask(027);
+  EXPECT_TRUE(platform::CreateFolder(folder / "own"));
+  EXPECT_TRUE(platform::CreateSharedFolder(folder / "shared"));
+  EXPECT_TRUE(platform::CreateSharedFolder(folder / "own"));
+  umask(old);
+  struct stat status {};
+  ASSERT_EQ(stat((folder / "own").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0700U);
+  ASSERT_EQ(stat((folder / "shared").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0750U);
+}
+
 TEST(PosixTest, CachesOfTheUserGoWhereTheEnvironmentSaysOrIntoTheHomeFolder) {
   const CEnvironmentVariable home("HOME", "/home/somebody");
   {
