@@ -40,12 +40,16 @@ class TestNight(test_cluster.ClusterTest):
         holder.chmod(0o755)
         return holder
 
-    def submit(self, cluster, script):
-        """Runs the script as a user does, and gives the numbers of the array and of the join behind it."""
-        done = subprocess.run(["bash", str(script)], env=cluster.env, cwd=self.folder, capture_output=True,
+    def bash(self, cluster, script, *options):
+        """Runs the script as a user does, and gives what it says."""
+        done = subprocess.run(["bash", str(script), *options], env=cluster.env, cwd=self.folder, capture_output=True,
                               text=True, timeout=300, check=False)
         self.assertEqual(done.returncode, 0, done.stderr)
-        join = int(done.stdout.split()[-1])
+        return done.stdout
+
+    def submit(self, cluster, script):
+        """Gives the numbers of the array and of the join behind it."""
+        join = int(self.bash(cluster, script).split()[-1])
         # Not the number before: tasks that have begun by now have numbers of their own.
         return int(re.search(r"Dependency=afterany:(\d+)", cluster.run("scontrol", "show", "job", str(join)))[1]), join
 
@@ -95,11 +99,10 @@ class TestNight(test_cluster.ClusterTest):
 
             # Repeated with one that is complete, and joined by who waits for both.
             again = cluster.sbatch(script, f"--array={KILLED},2")
-            joined = cluster.sbatch(f"#!/bin/sh\n'{CLI}' join '{self.plan}' --remove-parts\n",
-                                    f"--dependency=afterok:{again}")
+            joined = int(self.bash(cluster, script, "join", f"--dependency=afterok:{again}").split()[-1])
             cluster.wait(again, joined, patience=1800)
-            self.assertEqual(cluster.task_states(joined), {"": "COMPLETED"},
-                             cluster.outputs(again) + cluster.outputs(joined))
+            self.assertEqual(cluster.task_states(joined), {"": "COMPLETED"}, cluster.outputs(again) + self.said(joined))
+            run_ok("join", self.plan, "--skip-existing", "--remove-parts")
 
         for recording in recordings:
             run_ok("cut", recording, "--output", self.one, *entries)

@@ -81,10 +81,13 @@ class Night:
         assert killed or code == 0 or err.strip(), "no message"
         if code != 0:
             self.program("run", self.plan, "--task", 0)
+        clean = fault.kind not in ("remove", "stat", "folder", "memory")
+        left = {path.suffix for path in (self.output / "night.parts" / "r000000").iterdir()} - {".wav", ".json"}
+        assert not (clean and left), f"left beside the parts: {left}"
         self.program("run", self.plan, "--task", 1)
         self.program("join", self.plan, "--remove-parts")
         assert self.samples() == self.wanted, "other outputs"
-        if fault.kind not in ("remove", "stat", "folder", "memory"):
+        if clean:
             assert {path.name for path in self.output.iterdir()} == set(self.wanted), "something is left over"
         return failed > 0
 
