@@ -137,6 +137,11 @@ EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) con
     PrintMessage((folder == plan.job.strOutput ? "--output " : "") + folder + ": " + problem);
     return EExit::OutputFailed;
   }
+  // Tasks make the folder of the parts, and none above it: those may be another machine's, which is not there.
+  if (const std::string above = platform::FolderOf(plan.strParts); !platform::IsWritableFolder(above)) {
+    PrintMessage((m_strParts.empty() ? "--output " : "--parts: ") + above + ": " + SystemErrorText());
+    return EExit::OutputFailed;
+  }
   const bool exists = platform::GetNameStatus(m_strPlan).has_value();
   if (exists && !m_options.bOverwrite) {
     PrintMessage("--plan " + m_strPlan + ": this file exists already. Accepted: --overwrite or another name");

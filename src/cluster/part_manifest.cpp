@@ -116,7 +116,7 @@ std::optional<SPartManifest> FindManifest(const STaskPart& part, const std::stri
   SPartSamples samples;
   std::string error;
   if (!FindPartSamples(part.strPath, samples, error)) return std::nullopt;
-  if (samples.nBytes != manifest->nFrames * 2 * (samples.nBitsPerSample / 8)) return std::nullopt;
+  if (samples.nBytes != manifest->nFrames * samples.FrameBytes()) return std::nullopt;
   return manifest;
 }
 
@@ -162,7 +162,7 @@ bool HashPart(const std::string& path, std::string& sha256, std::int64_t& frames
     left -= static_cast<std::int64_t>(wanted);
   }
   sha256 = hash.Hex();
-  frames = samples.nBytes / (2 * (samples.nBitsPerSample / 8));
+  frames = samples.nBytes / samples.FrameBytes();
   return true;
 }
 

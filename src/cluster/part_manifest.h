@@ -50,6 +50,7 @@ struct SPartSamples {
   std::int64_t nOffset = 0;
   std::int64_t nBytes = 0;
   std::uint32_t nBitsPerSample = 0;
+  std::int64_t FrameBytes() const { return std::int64_t{nBitsPerSample} / 4; }  // of two values
 };
 bool FindPartSamples(const std::string& path, SPartSamples& samples, std::string& error);
 

@@ -27,7 +27,7 @@ void CPartSource::Open() {
   std::string error;
   if (!FindPartSamples(path, samples, error)) throw std::runtime_error(error);
   m_nBits = samples.nBitsPerSample;
-  m_nLeft = samples.nBytes / static_cast<std::int64_t>(2 * (m_nBits / 8));
+  m_nLeft = samples.nBytes / samples.FrameBytes();
   if (m_nLeft != m_parts[m_nPart].manifest.nFrames) {
     throw std::runtime_error(path + ": it has not the samples that its manifest tells of");
   }

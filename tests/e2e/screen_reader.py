@@ -41,7 +41,8 @@ else:
 for item in walk(programs[0]):
     if item.get_role() != Atspi.Role.TABLE_CELL and not item.get_state_set().contains(Atspi.StateType.SHOWING):
         continue
-    print(item.get_role_name(), "|", item.get_name().replace("\n", " "))
+    role = item.get_role_name().replace("push button", "button")  # as the library called it once, and calls it now
+    print(role, "|", item.get_name().replace("\n", " "))
 """
 
 

@@ -296,6 +296,14 @@ class TestPlans(ClusterTest):
         for _ in range(2):
             self.make_plan("--list", names, "--jobs", jobs, "--overwrite", inputs=[recording])
 
+    def test_parts_go_only_where_a_folder_is(self):
+        self.record("a.wav", 6)
+        refused = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.plan, "--parts",
+                      self.folder / "none" / "parts", *entry_options(ENTRIES[:1]))
+        self.assertEqual(refused.code, 1)
+        self.assertIn(str(self.folder / "none"), refused.err)
+        self.assertFalse(self.plan.exists())
+
     def test_a_new_plan_does_not_take_the_parts_of_another(self):
         self.record("a.wav", 6)
         self.make_plan(*entry_options(ENTRIES[:1]))

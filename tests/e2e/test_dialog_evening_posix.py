@@ -184,7 +184,7 @@ class TestEvening(ScreenReaderTest):
     def end_of_run(self):
         """The outcome, and the text of the box that tells what failed, which is closed; empty when there is none."""
         def ended(told):
-            return ("push button", "OK") in told or any(re.search("^Outcome: .* outputs (written|complete)", name) and
+            return ("button", "OK") in told or any(re.search("^Outcome: .* outputs (written|complete)", name) and
                                                         "failed" not in name for _, name in told)
 
         told = self.wait_for(ended, timeout=RUN_TIMEOUT)

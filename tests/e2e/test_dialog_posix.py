@@ -342,7 +342,7 @@ class TestSpectrumWindow(DialogTest):
 class TestDialogStart(DialogTest):
     def test_the_dialog_tells_its_version_without_a_screen(self):
         told = subprocess.run([str(GUI), "--version"], capture_output=True, text=True, timeout=300,
-                              env={"PATH": os.environ["PATH"]})
+                              env={"PATH": os.environ["PATH"], "LANG": "C.UTF-8"})
         self.assertEqual((told.returncode, told.stderr), (0, ""))
         self.assertRegex(told.stdout, r"^Carvello .*\nRelease: ")
 

@@ -19,11 +19,11 @@ class TestScreenReader(ScreenReaderTest):
         self.assertIn(("label", "Bandwidth: 240 kHz"), told)
         self.assertIn(("label", "Number of files: 1"), told)
         roles = {role for role, _ in told}
-        for role in ("push button", "check box", "combo box", "text", "progress bar"):
+        for role in ("button", "check box", "combo box", "text", "progress bar"):
             self.assertIn(role, roles)
-        self.assertIn(("push button", "Start"), told)
+        self.assertIn(("button", "Start"), told)
         self.assertIn(("text", "Output bandwidth"), told)
-        self.assertEqual([entry for entry in told if entry[0] in ("push button", "check box") and not entry[1]], [])
+        self.assertEqual([entry for entry in told if entry[0] in ("button", "check box") and not entry[1]], [])
 
         # Over the buttons and the box to the folder; then an entry, and the run.
         dialog.press(*["Tab"] * 5)

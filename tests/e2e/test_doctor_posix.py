@@ -7,7 +7,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from program import CLI, NOBODY, environment, run_ok
+from program import CLI, as_plain_user, environment, run_ok
 
 # The program under the file-size limit of a shell, whose signal it does not take for its end.
 LIMITED = 'ulimit -f 64; exec "$0" "$@"'
@@ -66,10 +66,12 @@ class TestDoctorWithoutSomething(unittest.TestCase):
         self.assertIn("File too large", told["problems"]["disks[0].writeBytesPerSecond"])
         self.assertEqual(self.names(), [])
 
-    @unittest.skipUnless(os.geteuid() == 0, "only root can become somebody who may not write")
     def test_a_folder_that_may_not_be_written_to_is_told(self):
-        self.folder.chmod(0o555)
-        told = run_ok("doctor", self.folder, "--json", user=NOBODY).json()
+        program, user = as_plain_user(self.folder)
+        folder = self.folder / "closed"
+        folder.mkdir()
+        folder.chmod(0o555)
+        told = run_ok("doctor", folder, "--json", program=program, **user).json()
         self.assertEqual(told["disks"][0]["state"], "not writable: Permission denied")
         self.assertIn("Permission denied", told["problems"]["disks[0].writeBytesPerSecond"])
         self.assertGreater(told["disks"][0]["freeBytes"], 0)
