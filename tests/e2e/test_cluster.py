@@ -245,7 +245,7 @@ class TestPlans(ClusterTest):
         told = self.make_plan(*entry_options(ENTRIES[:1]))
         self.assertIn("1 recording, 1 output, 2 tasks", told.out)
         lines = [line for line in told.err.splitlines() if "left out: " in line]
-        self.assertIn(str(broken), lines[0])
+        self.assertIn("z.WAV: ", lines[0])
         self.assertIn("a00.txt", lines[1])
         self.assertIn("... and 6 more", lines[-1])
         self.assertEqual(len(lines), 21)
@@ -301,7 +301,7 @@ class TestPlans(ClusterTest):
         refused = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.plan, "--parts",
                       self.folder / "none" / "parts", *entry_options(ENTRIES[:1]))
         self.assertEqual(refused.code, 1)
-        self.assertIn(str(self.folder / "none"), refused.err)
+        self.assertRegex(refused.err, r"--parts: .*none: ")
         self.assertFalse(self.plan.exists())
 
     def test_a_new_plan_does_not_take_the_parts_of_another(self):
