@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Puts the libraries that Carvello uses into build/windows-deps, for the cross build. Debian has no mingw-w64 packages of
+# Puts the libraries that Carvello uses into build/windows-deps, for the cross build. All clones of a user share them: they
+# stand in the user's cache, in CARVELLO_WINDOWS_DEPS if that names a folder, and build/windows-deps leads there. Debian has no mingw-w64 packages of
 # them: Qt, pugixml, zlib and libpng are built from Debian's own source packages, GoogleTest from the sources that Debian
 # installs, and CLI11 and nlohmann-json are headers only. All are static. A library that was built before, from the same version and
 # in the same way, is left as it is; Qt takes a quarter of an hour on two processors.
@@ -7,7 +8,15 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 . packaging/debian/source_packages.sh
 
-prefix=$PWD/build/windows-deps
+prefix=${CARVELLO_WINDOWS_DEPS:-${XDG_CACHE_HOME:-${HOME:-$PWD/build}/.cache}/carvello/windows-deps}
+if [ -d build/windows-deps ] && [ ! -L build/windows-deps ]; then
+  prefix=$PWD/build/windows-deps # made before they were shared
+else
+  mkdir -p build "$prefix"
+  ln -sfn "$prefix" build/windows-deps
+fi
+exec 9> "$prefix/lock" # the next one waits, and then finds them
+flock 9
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
