@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <regex>
+
 #include "support/platform.h"
 
 namespace carvello {
@@ -54,7 +56,7 @@ TEST(VersionInfo, AModuleWithoutRecordKeepsItsBuildTexts) {
 
 TEST(Release, IsAVersionOfThreeNumbers) {
   EXPECT_EQ(Release() + ".0", VersionValue("FileVersion"));
-  EXPECT_THAT(Release(), testing::MatchesRegex("[0-9]+\\.[0-9]+\\.[0-9]+"));
+  EXPECT_TRUE(std::regex_match(Release(), std::regex("[0-9]+\\.[0-9]+\\.[0-9]+"))) << Release();
 }
 
 TEST(VersionValue, FindsByExactKey) {
