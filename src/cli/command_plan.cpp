@@ -138,7 +138,7 @@ EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) con
     return EExit::OutputFailed;
   }
   // Tasks make the folder of the parts, and none above it: those may be another machine's, which is not there.
-  if (const std::string above = platform::FolderOf(plan.strParts); !platform::IsWritableFolder(above)) {
+  if (const std::string above = FolderAboveParts(plan); !platform::IsWritableFolder(above)) {
     PrintMessage((m_strParts.empty() ? "--output " : "--parts: ") + above + ": " + SystemErrorText());
     return EExit::OutputFailed;
   }

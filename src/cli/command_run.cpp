@@ -46,9 +46,7 @@ std::string TemporaryName(const std::string& folder, const STaskPart& part) {
 
 // The folders that were there when the plan was made. One that is missing is on a disk that this machine does not see.
 std::set<std::string> PlannedFolders(const SWorkPlan& plan) {
-  std::string parts = plan.strParts;
-  while (platform::NameOf(parts).empty() && platform::FolderOf(parts) != parts) parts = platform::FolderOf(parts);
-  std::set<std::string> folders = {platform::FolderOf(parts)};
+  std::set<std::string> folders = {FolderAboveParts(plan)};
   for (const SEntrySpec& spec : plan.job.entries) {
     folders.insert(spec.strOutput.empty() ? plan.job.strOutput : spec.strOutput);
   }

@@ -58,6 +58,12 @@ std::vector<STaskPart> PartsOf(const SWorkPlan& plan, std::size_t task, const CO
   return parts;
 }
 
+std::string FolderAboveParts(const SWorkPlan& plan) {
+  std::string parts = plan.strParts;
+  while (platform::NameOf(parts).empty() && platform::FolderOf(parts) != parts) parts = platform::FolderOf(parts);
+  return platform::FolderOf(parts);
+}
+
 bool IsPartName(const std::string& name) {
   std::size_t task = 0;
   std::size_t entry = 0;

@@ -34,6 +34,8 @@ bool IsMakingFolderName(const std::string& name);
 // With all that is in it.
 void RemoveMakingFolder(const std::string& folder);
 
+// The folder in which that of all parts stands, however its name ends.
+std::string FolderAboveParts(const SWorkPlan& plan);
 // The folder of a recording's parts.
 std::string PartsFolder(const SWorkPlan& plan, std::size_t recording);
 
