@@ -56,7 +56,7 @@ class CSearch {
         LeaveOut(path, path + ": is neither a file nor a folder");
       } else if (file->nSize == 0) {
         LeaveOut(path, path + ": is empty");
-      } else if (!IsPartName(name)) {
+      } else if (!IsPartsFolderName(platform::NameOf(folder)) || !IsPartName(name)) {
         m_found.files.push_back({path, false});
       }
     }

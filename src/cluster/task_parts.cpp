@@ -64,6 +64,10 @@ std::string FolderAboveParts(const SWorkPlan& plan) {
   return platform::FolderOf(parts);
 }
 
+bool IsPartsFolderName(const std::string& name) {
+  return name.size() > 6 && name.front() == 'r' && name.find_first_not_of("0123456789", 1) == std::string::npos;
+}
+
 bool IsPartName(const std::string& name) {
   std::size_t task = 0;
   std::size_t entry = 0;

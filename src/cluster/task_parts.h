@@ -26,6 +26,8 @@ std::vector<STaskPart> PartsOf(const SWorkPlan& plan, std::size_t task, const CO
 
 // Whether a file of that name in such a folder is a part, or a manifest.
 bool IsPartName(const std::string& name);
+// Whether the folder of a recording's parts may be called so.
+bool IsPartsFolderName(const std::string& name);
 
 // The folder for what a task has in the making, in that of its recording's parts. What is left of ones that were killed
 // stands there, and nothing else.

@@ -51,7 +51,8 @@ TEST_F(RecordingSearch, FilesComeAsNamedAndThoseOfFoldersByName) {
 
 TEST_F(RecordingSearch, PartsOfAnyPlanAreNoRecordings) {
   for (const char* const name : {"cuts/a.wav", "cuts/other.parts/r000000/t0000000-e000000.wav"}) Make(name);
-  EXPECT_THAT(Find({m_folder / "cuts"}), ElementsAre("cuts/a.wav"));
+  Make("cuts/t0000000-e000000.wav");  // a recording may be called so, elsewhere
+  EXPECT_THAT(Find({m_folder / "cuts"}), ElementsAre("cuts/a.wav", "cuts/t0000000-e000000.wav"));
 }
 
 TEST_F(RecordingSearch, TheFolderOfTheOutputsCannotBeNamed) {
