@@ -148,8 +148,8 @@ EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) con
     return EExit::OutputsExist;
   }
   // Above all no recording, and nothing else that the plan is made of.
-  if (exists && !IsReplaceablePlan(m_strPlan)) {
-    PrintMessage("--plan " + m_strPlan + ": this file is no plan, and is not replaced. Accepted: another name");
+  if (std::string error; exists && !IsReplaceablePlan(m_strPlan, error)) {
+    PrintMessage("--plan " + m_strPlan + ": " + error);
     return EExit::Usage;
   }
   const auto parts = platform::ListFolder(plan.strParts);

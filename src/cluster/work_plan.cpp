@@ -168,16 +168,19 @@ bool ParseWorkPlan(std::string_view text, const std::string& path, SWorkPlan& pl
   return false;
 }
 
-bool IsReplaceablePlan(const std::string& path) {
-  constexpr std::size_t kHead = 64;
+bool IsReplaceablePlan(const std::string& path, std::string& error) {
+  constexpr std::int64_t kHead = 64;
   CFile file;
-  if (!file.Open(path, platform::EOpenMode::ReadShared)) return false;
-  const std::int64_t length = file.Length();
-  if (length == 0) return true;
-  std::string head(std::min<std::size_t>(kHead, static_cast<std::size_t>(std::max<std::int64_t>(length, 0))), '\0');
-  if (head.empty() || !file.ReadExactly(head.data(), head.size())) return false;
+  const std::int64_t length = file.Open(path, platform::EOpenMode::ReadShared) ? file.Length() : -1;
+  std::string head(static_cast<std::size_t>(std::clamp<std::int64_t>(length, 0, kHead)), '\0');
+  if (length < 0 || !file.ReadExactly(head.data(), head.size())) {
+    error = "cannot be read: " + SystemErrorText(file.FirstError() != 0 ? file.FirstError() : platform::LastError());
+    return false;
+  }
   std::erase_if(head, [](char c) { return c == ' ' || c == '\n' || c == '\r' || c == '\t'; });
-  return head.starts_with(Format("{\"%s\":", kPlanKey));
+  if (length == 0 || head.starts_with(Format("{\"%s\":", kPlanKey))) return true;
+  error = "this file is no plan, and is not replaced. Accepted: another name";
+  return false;
 }
 
 bool ReadWorkPlan(const std::string& path, SWorkPlan& plan, std::string& error, bool& unreadable) {

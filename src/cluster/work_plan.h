@@ -55,8 +55,8 @@ struct SWorkPlan {
   std::vector<SPlannedTask> tasks{};
 };
 
-// Whether a plan, of whatever version, or nothing at all stands in the file.
-bool IsReplaceablePlan(const std::string& path);
+// Whether a plan, of whatever version, or nothing at all stands in the file. False with `error`, without the path.
+bool IsReplaceablePlan(const std::string& path, std::string& error);
 
 // The plan's file, one JSON object.
 std::string WorkPlanText(const SWorkPlan& plan);
