@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QLineEdit>
 #include <QTest>
 
 namespace carvello::test {
@@ -38,6 +39,17 @@ void CAnswers::LookForDialog() {
   QAbstractButton* button = box->button(m_answers.front());
   m_answers.pop_front();
   QTest::mouseClick(button, Qt::LeftButton);
+}
+
+void CAnswers::ChooseFile(const std::string& path) {
+  Do([path](QDialog& dialog) { TypePath(dialog, path); });
+}
+
+void TypePath(QDialog& dialog, const std::string& path) {
+  auto* pField = dialog.findChild<QLineEdit*>("fileNameEdit");
+  QVERIFY2(pField != nullptr, "no file dialog");
+  pField->setText(QString::fromStdString(path));
+  dialog.accept();
 }
 
 }  // namespace carvello::test

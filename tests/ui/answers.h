@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <deque>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace carvello::test {
@@ -28,6 +29,8 @@ class CAnswers : public QObject {
   void Give(QMessageBox::StandardButton button) { m_answers.push_back(button); }
   // What the user does in the next modal dialog that is no message box; it must close it.
   void Do(std::function<void(QDialog&)> action) { m_actions.push_back(std::move(action)); }
+  // The path that the user types into the next file dialog.
+  void ChooseFile(const std::string& path);
 
   // All boxes shown, in order. A box that no answer was given for was closed with the Escape key.
   const std::vector<SShownBox>& Shown() const { return m_shown; }
@@ -43,5 +46,8 @@ class CAnswers : public QObject {
   std::vector<SShownBox> m_shown;
   int m_nUnexpected = 0;
 };
+
+// Into a file dialog, which it closes. A dialog's own selectFile() does nothing once its field has the focus.
+void TypePath(QDialog& dialog, const std::string& path);
 
 }  // namespace carvello::test

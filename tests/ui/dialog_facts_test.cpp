@@ -4,7 +4,6 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QMimeData>
 #include <QPushButton>
@@ -406,11 +405,7 @@ void DialogFactsTest::FactsAreSavedWithAJobAndComeBackWithIt() {
   m_pFixture->SetPath(1009, m_pFixture->OutputFolder());
   m_pFixture->Choose(1011, "10 kHz");
   m_pFixture->Click(1015);
-  m_pFixture->Answers().Do([job](QDialog& dialog) {
-    emit qobject_cast<QFileDialog*>(&dialog)->fileSelected(QString::fromStdString(job));
-    qobject_cast<QFileDialog*>(&dialog)->selectFile(QString::fromStdString(job));
-    dialog.accept();
-  });
+  m_pFixture->Answers().ChooseFile(job);
   Action("Save &As…").trigger();
   QTRY_VERIFY(QFileInfo::exists(QString::fromStdString(job)));
   SJobFile saved;

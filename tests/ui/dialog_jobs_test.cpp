@@ -69,18 +69,8 @@ class DialogJobsTest : public QObject {
       m_pFixture->Click(1015);
     }
   }
-  // Answers the next file dialog.
-  void ChooseFile(const std::string& path) {
-    m_pFixture->Answers().Do([path](QDialog& dialog) {
-      auto* pFiles = qobject_cast<QFileDialog*>(&dialog);
-      QVERIFY(pFiles != nullptr);
-      pFiles->selectFile(QString::fromStdString(path));
-      emit pFiles->fileSelected(QString::fromStdString(path));
-      dialog.accept();
-    });
-  }
   void Save(const std::string& path) {
-    ChooseFile(path);
+    m_pFixture->Answers().ChooseFile(path);
     Key(Qt::CTRL | Qt::SHIFT | Qt::Key_S);
   }
   void OpenJob(const std::string& path) { emit m_pFixture->Dialog().findChild<CJobMenu*>()->FilePressed(path); }
@@ -165,10 +155,8 @@ void DialogJobsTest::AFileOfTheRecordingIsNotOverwritten() {
   const std::string path = m_pFixture->Folder() / "rec.wav";
   const auto size = QFile(QString::fromStdString(path)).size();
   m_pFixture->Answers().Do([path](QDialog& dialog) {  // asks itself whether to replace it
-    auto* pFiles = qobject_cast<QFileDialog*>(&dialog);
-    pFiles->setOption(QFileDialog::DontConfirmOverwrite);
-    pFiles->selectFile(QString::fromStdString(path));
-    dialog.accept();
+    qobject_cast<QFileDialog*>(&dialog)->setOption(QFileDialog::DontConfirmOverwrite);
+    test::TypePath(dialog, path);
   });
   m_pFixture->Answers().Give(QMessageBox::Ok);
   Key(Qt::CTRL | Qt::Key_S);
@@ -181,7 +169,7 @@ void DialogJobsTest::OpeningReplacesTheListAndCanBeUndone() {
   AddEntries(3);
   const auto before = Rows();
   const std::string path = Write("job.json", R"({"entries": [{"frequency": "7.1M", "bandwidth": "10k"}]})");
-  ChooseFile(path);
+  m_pFixture->Answers().ChooseFile(path);
   Key(Qt::CTRL | Qt::Key_O);
   QCOMPARE(m_pFixture->List().RowCount(), 1);
   QCOMPARE(m_pFixture->Row(0)[0], QString("7.100.000"));
@@ -511,7 +499,7 @@ void DialogJobsTest::ClosingSavesWhenThatIsTheAnswer() {
   QVERIFY(m_pFixture->Dialog().isVisible());  // there is no file
   const std::string path = m_pFixture->Folder() / "evening.json";
   m_pFixture->Answers().Give(QMessageBox::Save);
-  ChooseFile(path);
+  m_pFixture->Answers().ChooseFile(path);
   m_pFixture->Dialog().close();
   QVERIFY(!m_pFixture->Dialog().isVisible());
   QVERIFY(QFile::exists(QString::fromStdString(path)));

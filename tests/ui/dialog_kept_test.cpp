@@ -1,7 +1,6 @@
 // What is kept of the list of entries and offered again, and moving the list to another folder.
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QLabel>
 #include <QPushButton>
@@ -269,10 +268,7 @@ void DialogKeptTest::WithoutKeptListsTheListCanBeSavedBeforeAnotherInput() {
   m_pFixture->SetPath(1000, other);
   QCOMPARE(m_pFixture->List().RowCount(), 3);
   m_pFixture->Answers().Give(QMessageBox::Save);
-  m_pFixture->Answers().Do([job](QDialog& dialog) {
-    static_cast<QFileDialog&>(dialog).selectFile(QString::fromStdString(job));
-    dialog.accept();
-  });
+  m_pFixture->Answers().ChooseFile(job);
   m_pFixture->SetPath(1000, other);
   QCOMPARE(m_pFixture->Text(1001), QString("3.500 MHz"));
   SJobFile saved;

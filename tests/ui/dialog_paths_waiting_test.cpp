@@ -82,10 +82,7 @@ class DialogPathsWaitingTest : public QObject {
   // A list that was saved on the disk that is to die.
   void OpenSaved(int entries) {
     OpenReady(entries);
-    m_pFixture->Answers().Do([path = Path("job.json")](QDialog& dialog) {
-      static_cast<QFileDialog&>(dialog).selectFile(QString::fromStdString(path));
-      dialog.accept();
-    });
+    m_pFixture->Answers().ChooseFile(Path("job.json"));
     emit Menu().SaveAsPressed();
     QTRY_COMPARE(m_pFixture->Log().filter(QString("Saved %1 entries: ").arg(entries)).size(), 1);
   }

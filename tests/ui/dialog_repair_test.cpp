@@ -1,7 +1,6 @@
 // Recordings that their recorder could not end: open as far as they go, and repaired from the window.
 #include <QDir>
 #include <QFile>
-#include <QFileDialog>
 #include <QPushButton>
 
 #include "ui/dialog_fixture.h"
@@ -45,15 +44,6 @@ class DialogRepairTest : public QObject {
   }
   COfferStrip& Strip() { return *m_pFixture->Dialog().findChild<COfferStrip*>("stripRepair"); }
   void Repair() { QTest::mouseClick(Strip().findChild<QPushButton*>(), Qt::LeftButton); }
-  void ChooseFolder(const std::string& folder) {
-    m_pFixture->Answers().Do([folder](QDialog& dialog) {
-      auto* pFiles = qobject_cast<QFileDialog*>(&dialog);
-      QVERIFY(pFiles != nullptr);
-      pFiles->setDirectory(QString::fromStdString(folder));
-      pFiles->selectFile(QString::fromStdString(folder));
-      dialog.accept();
-    });
-  }
 
   std::unique_ptr<CDialogFixture> m_pFixture;
 };
@@ -102,7 +92,7 @@ void DialogRepairTest::IntoAFolderTheCopyIsOpenedAndTheFileStays() {
   m_pFixture->Open();
   m_pFixture->SetPath(1000, path);
   m_pFixture->Answers().Give(QMessageBox::SaveAll);
-  ChooseFolder(m_pFixture->OutputFolder());
+  m_pFixture->Answers().ChooseFile(m_pFixture->OutputFolder());
   m_pFixture->Answers().Give(QMessageBox::Ok);
   Repair();
   QTRY_VERIFY(m_pFixture->Answers().AllUsed());
@@ -132,7 +122,7 @@ void DialogRepairTest::AFileThatStandsInTheFolderIsTold() {
   m_pFixture->Open();
   m_pFixture->SetPath(1000, path);
   m_pFixture->Answers().Give(QMessageBox::SaveAll);
-  ChooseFolder(m_pFixture->OutputFolder());
+  m_pFixture->Answers().ChooseFile(m_pFixture->OutputFolder());
   m_pFixture->Answers().Give(QMessageBox::Ok);
   Repair();
   QTRY_VERIFY(m_pFixture->Answers().AllUsed());

@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QImageReader>
-#include <QLineEdit>
 
 #include "ui/spectrum_fixture.h"
 #include "ui/ui_test.h"
@@ -21,17 +20,6 @@ class SpectrumPicturesTest : public CSpectrumSuite {
   void CancellingSavesNothing();
   void AFileThatCannotBeWrittenIsTold();
   void ThePictureHasNoCursor();
-
- private:
-  // Answers the question for a file by typing a path.
-  void AnswerWith(const std::string& path) {
-    m_pFixture->Answers().Do([path](QDialog& dialog) {
-      auto* pField = dialog.findChild<QLineEdit*>("fileNameEdit");
-      QVERIFY(pField != nullptr);
-      pField->setText(QString::fromStdString(path));
-      QTest::keyClick(pField, Qt::Key_Return);
-    });
-  }
 };
 
 void SpectrumPicturesTest::CopiesWhatIsSeenWithItsAxes() {
@@ -48,7 +36,7 @@ void SpectrumPicturesTest::CopiesWhatIsSeenWithItsAxes() {
 
 void SpectrumPicturesTest::SavesAPngFile() {
   const std::string path = m_pFixture->Folder() / "picture";
-  AnswerWith(path);
+  m_pFixture->Answers().ChooseFile(path);
   m_pFixture->Key(Qt::Key_S, Qt::ControlModifier);
   const QString file = QString::fromStdString(path) + ".png";
   QTRY_VERIFY(QFile::exists(file));
@@ -66,7 +54,7 @@ void SpectrumPicturesTest::CancellingSavesNothing() {
 }
 
 void SpectrumPicturesTest::AFileThatCannotBeWrittenIsTold() {
-  AnswerWith(m_pFixture->Folder() / "gone/picture.png");
+  m_pFixture->Answers().ChooseFile(m_pFixture->Folder() / "gone/picture.png");
   m_pFixture->Answers().Give(QMessageBox::Ok);
   m_pFixture->Press("buttonSave");
   QTRY_VERIFY(!m_pFixture->Answers().Shown().empty());

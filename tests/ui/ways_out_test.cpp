@@ -1,5 +1,4 @@
 // Messages about what is gone or may not be read name it, and what can be done.
-#include <QFileDialog>
 #include <cerrno>
 
 #include "ui/dead_disk.h"
@@ -173,10 +172,7 @@ void WaysOutTest::AJobThatCannotBeReadIsNamed() {
 void WaysOutTest::AJobThatCannotBeSavedIsNamed() {
   OpenReady();
   const std::string path = m_pFixture->Folder() / "job.json";
-  m_pFixture->Answers().Do([path](QDialog& dialog) {
-    static_cast<QFileDialog&>(dialog).selectFile(QString::fromStdString(path));
-    dialog.accept();
-  });
+  m_pFixture->Answers().ChooseFile(path);
   auto& menu = *m_pFixture->Dialog().findChild<CJobMenu*>();
   emit menu.SaveAsPressed();
   const CDeadDisk refusing(path, EACCES);
