@@ -104,8 +104,14 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
   }
   if (!CollectionMayBeWritten(request.strCollection)) return EExit::OutputsExist;
   SCutReport report = PlannedReport(entries, "not processed");
-  const SExistingRule rule{m_options.bOverwrite, m_options.bSkipExisting};
-  if (!SettleExisting(rule, recording, folders, entries, report)) return EExit::OutputsExist;
+  if (m_options.bSkipExisting) {
+    LeaveFinished(recording, folders, true, entries, report);
+  } else if (!m_options.bOverwrite) {
+    if (const auto existing = ExistingFiles(entries, folders); !existing.empty()) {
+      PrintExisting(existing);
+      return EExit::OutputsExist;
+    }
+  }
   if (entries.Size() == 0) {
     PrintErrLine("All output files exist, processing not started.");
     if (m_options.bJson) PrintOut(CutReportJson(report));

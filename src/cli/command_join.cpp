@@ -61,6 +61,7 @@ EExit CJoinCommand::Run() {
   const auto begun = std::chrono::steady_clock::now();
   const std::int64_t cpuBegun = platform::ProcessCpuMilliseconds();
   std::vector<std::size_t> missing;
+  std::vector<std::string> existing;
   SCutReport report;
   for (const bool joins : {false, true}) {
     report = {};
@@ -77,8 +78,9 @@ EExit CJoinCommand::Run() {
       SCutReport planned = PlannedReport(recording.Entries(), "not processed");
       std::vector<std::size_t> entries;
       if (incomplete.empty() || m_bSkipExisting) {
-        const EExit settled = Settle(recording, planned, entries, !joins);
+        const EExit settled = Settle(recording, !joins, planned, entries, existing);
         if (settled != EExit::Ok) return settled;
+        if (joins && !existing.empty()) break;
       }
       // Where all is finished, the parts may be gone.
       const bool finished = m_bSkipExisting && entries.empty();
@@ -93,6 +95,10 @@ EExit CJoinCommand::Run() {
       if (joins) Join(plan, recording, std::move(parts), entries, planned);
       report.outputs.insert(report.outputs.end(), planned.outputs.begin(), planned.outputs.end());
       report.nInputBytes += planned.nInputBytes;
+    }
+    if (!existing.empty()) {
+      PrintExisting(existing);
+      return EExit::OutputsExist;
     }
     if (!missing.empty()) return TellMissing(missing);
   }
@@ -170,17 +176,21 @@ EExit CJoinCommand::TellMissing(const std::vector<std::size_t>& missing) const {
   return EExit::TryAgain;
 }
 
-// Which entries of the recording are to be made. `tells`: which of them were begun before.
-EExit CJoinCommand::Settle(const COpenRecording& recording, SCutReport& report, std::vector<std::size_t>& entries,
-                           bool tells) const {
+// Which entries of the recording are to be made, and the files that nobody said may be replaced. `tells`: which of them
+// were begun before.
+EExit CJoinCommand::Settle(const COpenRecording& recording, bool tells, SCutReport& report,
+                           std::vector<std::size_t>& entries, std::vector<std::string>& existing) const {
   COutputFolders folders;
   CEntryList list = recording.Entries();
   if (const std::string error = ReplacedInput(list, recording.Recording(), folders); !error.empty()) {
     PrintMessage(error);
     return EExit::Usage;
   }
-  if (!SettleExisting({m_bOverwrite, m_bSkipExisting, tells}, recording.Recording(), folders, list, report)) {
-    return EExit::OutputsExist;
+  if (m_bSkipExisting) {
+    LeaveFinished(recording.Recording(), folders, tells, list, report);
+  } else if (!m_bOverwrite) {
+    const std::vector<std::string> found = ExistingFiles(list, folders);
+    existing.insert(existing.end(), found.begin(), found.end());
   }
   for (std::size_t i = 0; i < report.outputs.size(); ++i) {
     if (!report.outputs[i].bSkipped) entries.push_back(i);

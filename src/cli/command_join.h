@@ -28,8 +28,8 @@ class CJoinCommand : public CCommand {
                                      Parts& parts) const;
   std::string GapIn(const COpenRecording& recording, const Parts& parts) const;
   EExit TellMissing(const std::vector<std::size_t>& missing) const;
-  EExit Settle(const COpenRecording& recording, SCutReport& report, std::vector<std::size_t>& entries,
-               bool tells) const;
+  EExit Settle(const COpenRecording& recording, bool tells, SCutReport& report, std::vector<std::size_t>& entries,
+               std::vector<std::string>& existing) const;
   void Join(const SWorkPlan& plan, const COpenRecording& recording, Parts parts,
             const std::vector<std::size_t>& entries, SCutReport& report) const;
   EExit PrintReport(const SCutReport& report) const;

@@ -190,7 +190,11 @@ EExit CPlanCommand::Run() {
   const EExit added = AddRecordings(files.files, plan, sums);
   PrintMessages(sums.warnings);
   if (added != EExit::Ok) return added;
-  PrintLeftOut(plan, sums);
+  if (!sums.existing.empty()) {
+    PrintExisting(sums.existing);
+    return EExit::OutputsExist;
+  }
+  if (const EExit complete = PrintLeftOut(plan, sums); complete != EExit::Ok) return complete;
   if (plan.tasks.empty()) {
     PrintMessage(sums.nRecordings == 0
                      ? "no recordings found. Accepted: their files, or folders that hold them"
@@ -216,13 +220,23 @@ EExit CPlanCommand::Run() {
 EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPlan& plan, SSums& sums) const {
   // Files have many names: by links, and by the folders that they are named from.
   std::set<std::pair<std::uint64_t, std::uint64_t>> seen;
-  const auto key = [](const std::string& path) {
+  const auto see = [&seen](const std::string& path, bool& isNew) {
     const auto status = platform::GetFileStatus(path);
-    return status ? std::pair(status->nVolume, status->nFileNumber) : std::pair<std::uint64_t, std::uint64_t>();
+    if (status) isNew = seen.emplace(status->nVolume, status->nFileNumber).second;
+    return status.has_value();
+  };
+  const auto refuse = [](const std::string& path) {
+    PrintMessage(path + ": cannot be read: " + SystemErrorText());
+    return EExit::InputUnreadable;
   };
   sums.held.assign(plan.job.entries.size(), false);
   for (const SFoundFile& file : files) {
-    if (seen.contains(key(file.strPath))) continue;
+    bool isNew = false;
+    if (!see(file.strPath, isNew)) {
+      if (!file.bNamed && platform::MeansMissing(platform::LastError())) continue;  // since the folder was listed
+      return refuse(file.strPath);
+    }
+    if (!isNew) continue;
     std::uint32_t parts = 1;
     for (std::uint32_t part = 1; part <= parts; ++part) {
       COpenRecording recording;
@@ -233,11 +247,18 @@ EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPla
         sums.leftOut.push_back({file.strPath, error});
         break;
       }
+      if (opened == COpenRecording::EResult::Unreadable && !file.bNamed && !platform::IsReadable(file.strPath) &&
+          platform::MeansRefused(platform::LastError())) {
+        sums.leftOut.push_back({file.strPath, error, ELeftOut::Refused});
+        break;
+      }
       if (opened != COpenRecording::EResult::Ok) {
         PrintMessageLines(error);
         return opened == COpenRecording::EResult::Refused ? EExit::Usage : EExit::InputUnreadable;
       }
-      for (const std::string& member : recording.Recording().AllFiles()) seen.insert(key(member));
+      for (const std::string& member : recording.Recording().AllFiles()) {
+        if (!see(member, isNew)) return refuse(member);
+      }
       if (plan.job.given.nPart == 0 && told == 0 && recording.Recording().parts.size() > 1) {
         // All of them, one after the other, and the first one is not chosen for the others.
         parts = static_cast<std::uint32_t>(recording.Recording().parts.size());
@@ -270,16 +291,8 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
     return EExit::Usage;
   }
   if (!m_options.bOverwrite && !m_options.bSkipExisting) {
-    std::vector<std::string> existing;
-    for (const OutputEntry* entry : recording.Entries().Pointers()) {
-      const std::vector<std::string> found = folders.ExistingOutputFiles(*entry);
-      existing.insert(existing.end(), found.begin(), found.end());
-    }
-    if (!existing.empty()) {
-      PrintMessage("these outputs exist already. Accepted: --overwrite or --skip-existing");
-      PrintList(existing);
-      return EExit::OutputsExist;
-    }
+    const std::vector<std::string> existing = ExistingFiles(recording.Entries(), folders);
+    sums.existing.insert(sums.existing.end(), existing.begin(), existing.end());
   }
   SPlannedRecording planned = recording.Planned(input, part);
   for (const SPlannedFile& file : planned.files) {
@@ -317,17 +330,28 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
   return EExit::Ok;
 }
 
-// First those that are named like the recordings: a broken one must not drown in notes and pictures.
-void CPlanCommand::PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const {
+// First those that are named like the recordings: a broken one must not drown in notes and pictures. One that was not
+// read may be a recording, which a plan must not lose.
+EExit CPlanCommand::PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const {
   std::set<std::string> endings;
   for (const SPlannedRecording& recording : plan.recordings) endings.insert(EndingOf(recording.strInput));
   std::vector<std::string> messages;
+  for (const SLeftOutFile& file : sums.leftOut) {
+    const bool likely = endings.empty() || endings.contains(EndingOf(file.strPath));
+    if (file.kind == ELeftOut::Unread || (file.kind == ELeftOut::Refused && likely)) messages.push_back(file.strReason);
+  }
+  if (!messages.empty()) {
+    PrintMessages(messages);
+    PrintMessage("no plan without these. Accepted: the right to read them, or the names of the recordings, or --list");
+    return EExit::InputUnreadable;
+  }
   for (const bool likely : {true, false}) {
     for (const SLeftOutFile& file : sums.leftOut) {
       if (endings.contains(EndingOf(file.strPath)) == likely) messages.push_back(file.strReason);
     }
   }
   PrintMessages(messages, "left out: ");
+  return EExit::Ok;
 }
 
 void CPlanCommand::PrintResult(const SWorkPlan& plan, const SSums& sums) const {

@@ -35,6 +35,7 @@ class CPlanCommand : public CCommand {
     std::size_t nOutputs = 0;
     std::size_t nRecordings = 0;  // looked at; the plan has those that hold any of the entries
     std::vector<SLeftOutFile> leftOut;
+    std::vector<std::string> existing;  // files of outputs
     std::vector<std::string> warnings;
   };
 
@@ -43,7 +44,7 @@ class CPlanCommand : public CCommand {
   EExit AddRecordings(const std::vector<SFoundFile>& files, SWorkPlan& plan, SSums& sums) const;
   EExit AddRecording(const COpenRecording& recording, const std::string& input, std::uint32_t part, SWorkPlan& plan,
                      SSums& sums) const;
-  void PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const;
+  EExit PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const;
   void PrintResult(const SWorkPlan& plan, const SSums& sums) const;
 
   SCutOptions m_options;

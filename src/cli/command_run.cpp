@@ -230,7 +230,7 @@ EExit CRunCommand::MakeParts(const SWorkPlan& plan, const COpenRecording& record
     // Another one may have done the same task meanwhile.
     if (FindManifest(making[i].part, making[i].strKey)) continue;
     complete = false;
-    if (result.state != EOutputState::Stopped) PrintMessage(making[i].part.strPath + ": " + problem);
+    if (result.state != EOutputState::Stopped) PrintMessage(problem);
   }
   if (complete) return EExit::Ok;
   // What one machine could not write or read another one may, and this one later.
@@ -242,7 +242,7 @@ bool CRunCommand::Complete(const SMaking& making, const SOutputResult& result, c
                            std::string& error) const {
   const std::string& name = making.part.strPath;
   if (!result.bOk) {
-    error = result.strError;
+    error = name + ": " + result.strError;
     return false;
   }
   SPartManifest manifest;
@@ -253,8 +253,8 @@ bool CRunCommand::Complete(const SMaking& making, const SOutputResult& result, c
   manifest.marks = result.marks;
   if (!HashPart(making.Wave(), manifest.strSha256, manifest.nFrames, error)) return false;
   if (manifest.nFrames != making.part.range.nEnd - making.part.range.nFirst) {
-    error = Format("%lld samples were written, %lld were due", static_cast<long long>(manifest.nFrames),
-                   static_cast<long long>(result.nFramesDue));
+    error = Format("%s: %lld samples were written, %lld were due", making.Wave().c_str(),
+                   static_cast<long long>(manifest.nFrames), static_cast<long long>(result.nFramesDue));
     return false;
   }
   // Both are whole on the disk before either has its name, and what a task that is killed leaves lies in its folder.
@@ -262,7 +262,7 @@ bool CRunCommand::Complete(const SMaking& making, const SOutputResult& result, c
   if (!WriteWholeFile(making.Manifest(), text.data(), text.size(), false, error)) return false;
   if (!platform::RenameFile(making.Wave(), name, true) ||
       !platform::RenameFile(making.Manifest(), making.part.strManifest, true)) {
-    error = SystemErrorText();
+    error = name + ": " + SystemErrorText();
     return false;
   }
   platform::SyncFolder(platform::FolderOf(name));

@@ -66,19 +66,26 @@ SCutReport PlannedReport(const CEntryList& entries, const std::string& error) {
   return report;
 }
 
-bool SettleExisting(const SExistingRule& rule, const CRecordingSet& recording, COutputFolders& folders,
-                    CEntryList& entries, SCutReport& report) {
-  if (rule.bOverwrite) return true;
+std::vector<std::string> ExistingFiles(const CEntryList& entries, COutputFolders& folders) {
   std::vector<std::string> existing;
+  for (const OutputEntry* entry : entries.Pointers()) {
+    const std::vector<std::string> files = folders.ExistingOutputFiles(*entry);
+    existing.insert(existing.end(), files.begin(), files.end());
+  }
+  return existing;
+}
+
+void PrintExisting(const std::vector<std::string>& files) {
+  PrintMessage("these outputs exist already. Accepted: --overwrite or --skip-existing");
+  PrintList(files);
+}
+
+void LeaveFinished(const CRecordingSet& recording, COutputFolders& folders, bool tells, CEntryList& entries,
+                   SCutReport& report) {
   std::vector<std::string> unfinished;
   std::vector<std::size_t> skipped;
   const CExistingOutputs outputs(entries.Pointers(), recording, folders);
   for (std::size_t i = 0; i < entries.Size(); ++i) {
-    if (!rule.bSkip) {
-      const std::vector<std::string> files = folders.ExistingOutputFiles(entries[i]);
-      existing.insert(existing.end(), files.begin(), files.end());
-      continue;
-    }
     const SExistingOutput found = outputs.Find(entries[i]);
     if (found.kind == EExistingOutput::Incomplete) unfinished.push_back(found.strReason);
     if (found.kind == EExistingOutput::None || found.kind == EExistingOutput::Incomplete) continue;
@@ -91,17 +98,11 @@ bool SettleExisting(const SExistingRule& rule, const CRecordingSet& recording, C
     result.strError = found.strReason;
     if (!result.bOk) result.strError += ". Accepted: --overwrite or another folder";
   }
-  if (!existing.empty()) {
-    PrintMessage("these outputs exist already. Accepted: --overwrite or --skip-existing");
-    PrintList(existing);
-    return false;
-  }
-  if (rule.bTells && !unfinished.empty()) {
+  if (tells && !unfinished.empty()) {
     PrintMessage("done again, for an earlier job has not finished them:");
     PrintList(unfinished);
   }
   entries.Remove(skipped);
-  return true;
 }
 
 }  // namespace carvello

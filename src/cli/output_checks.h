@@ -21,16 +21,14 @@ std::string UnwritableFolder(const SCutRequest& request, std::string& problem);
 // Every entry of the list with `error` until something better is known.
 SCutReport PlannedReport(const CEntryList& entries, const std::string& error);
 
-struct SExistingRule {
-  bool bOverwrite = false;
-  bool bSkip = false;
-  bool bTells = true;  // on stderr, which ones are done again
-};
-// Decides what becomes of outputs that exist. Entries to be left out are taken from the list and marked in the
-// report; what an earlier job has not finished stays in it. False when nobody decided; they are listed on stderr
-// then.
-bool SettleExisting(const SExistingRule& rule, const CRecordingSet& recording, COutputFolders& folders,
-                    CEntryList& entries, SCutReport& report);
+// The files of outputs that exist, and the message that asks what is to become of them.
+std::vector<std::string> ExistingFiles(const CEntryList& entries, COutputFolders& folders);
+void PrintExisting(const std::vector<std::string>& files);
+
+// Takes the entries whose outputs are to be left from the list and marks them in the report. What an earlier job has
+// not finished stays in it; `tells`: which those are, on stderr.
+void LeaveFinished(const CRecordingSet& recording, COutputFolders& folders, bool tells, CEntryList& entries,
+                   SCutReport& report);
 
 // On stderr, and not more of them than anybody reads: lines below a message, and messages.
 void PrintList(const std::vector<std::string>& lines);

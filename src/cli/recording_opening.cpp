@@ -21,7 +21,7 @@ std::string RecordingProblem(const CRecordingSet& recording) {
     return Format("%s: its centre frequency, %lld Hz, is no radio frequency", name.c_str(),
                   static_cast<long long>(recording.nRadioCenterFreq));
   }
-  return InputProblem(recording).value_or("");
+  return InputProblem(recording).value_or(SInputProblem()).strText;
 }
 
 }  // namespace

@@ -39,11 +39,11 @@ COpenRecording::EResult COpenRecording::Open(const SWorkPlan& plan, const std::s
   SGivenFacts given = plan.job.given;
   if (part != 0) given.nPart = part;
   if (!ReadRecordingInput(input, m_input, error, given)) {
-    return m_input.recording.bReadFailed ? EResult::Unreadable : EResult::NoRecording;
+    return m_input.bUnread ? EResult::Unreadable : EResult::NoRecording;
   }
   if (const auto problem = InputProblem(m_input.recording)) {
-    error = *problem;
-    return EResult::NoRecording;
+    error = problem->strText;
+    return problem->bUnread ? EResult::Unreadable : EResult::NoRecording;
   }
   if (m_input.recording.nSampleRate == 0) {
     error = input + ": its sample rate is not known";

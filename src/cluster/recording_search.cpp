@@ -22,8 +22,8 @@ FileKey KeyOf(const platform::FileStatus& status) {
   return {status.nVolume, status.nFileNumber};
 }
 
-std::string Unreadable(const std::string& path) {
-  return path + ": cannot be read: " + SystemErrorText();
+std::string Unreadable(const std::string& path, std::uint32_t problem) {
+  return path + ": cannot be read: " + SystemErrorText(problem);
 }
 
 class CSearch {
@@ -36,7 +36,7 @@ class CSearch {
 
   bool IsOfOutputs(const platform::FileStatus& status) const { return m_outputs.contains(KeyOf(status)); }
 
-  // False when the folder itself cannot be read.
+  // False when the folder itself cannot be read, for the system's last error.
   bool Folder(const std::string& folder, const platform::FileStatus& status) {
     // A link can lead back to a folder above it.
     if (IsOfOutputs(status) || !m_seen.insert(KeyOf(status)).second) return true;
@@ -48,8 +48,12 @@ class CSearch {
       const std::string path = platform::JoinPath(folder, name);
       const auto file = platform::GetFileStatus(path);
       if (!file) {
+        const std::uint32_t problem = platform::LastError();
         // Gone since the folder was listed, if it is not a link.
-        if (platform::GetNameStatus(path)) LeaveOut(path, Unreadable(path));
+        if (platform::MeansMissing(problem) && !platform::GetNameStatus(path)) continue;
+        const bool missing = platform::MeansMissing(problem);
+        const ELeftOut kind = platform::MeansRefused(problem) ? ELeftOut::Refused : ELeftOut::Unread;
+        LeaveOut(path, Unreadable(path, problem), missing ? ELeftOut::NoRecording : kind);
       } else if (file->bDirectory) {
         folders.emplace_back(path, *file);
       } else if (!file->bRegular) {
@@ -61,13 +65,19 @@ class CSearch {
       }
     }
     for (const auto& [path, below] : folders) {
-      if (!Folder(path, below)) LeaveOut(path, Unreadable(path));
+      if (Folder(path, below)) continue;
+      // Many disks have one that is closed to all users.
+      const std::uint32_t problem = platform::LastError();
+      const bool refused = platform::MeansRefused(problem);
+      LeaveOut(path, Unreadable(path, problem), refused ? ELeftOut::NoRecording : ELeftOut::Unread);
     }
     return true;
   }
 
  private:
-  void LeaveOut(const std::string& path, std::string reason) { m_found.leftOut.push_back({path, std::move(reason)}); }
+  void LeaveOut(const std::string& path, std::string reason, ELeftOut kind = ELeftOut::NoRecording) {
+    m_found.leftOut.push_back({path, std::move(reason), kind});
+  }
 
   std::set<FileKey> m_outputs;
   std::set<FileKey> m_seen;
@@ -91,7 +101,7 @@ bool FindFiles(const std::vector<std::string>& named, const std::vector<std::str
       error = name + ": is the folder of the outputs. Accepted: another --output, or the names of the recordings in it";
       return false;
     } else if (!search.Folder(name, *status)) {
-      error = Unreadable(name);
+      error = Unreadable(name, platform::LastError());
       return false;
     }
   }

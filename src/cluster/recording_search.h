@@ -11,10 +11,16 @@ struct SFoundFile {
   bool bNamed = false;  // by the user, who wants to know when it is none; others may be anything
 };
 
+enum class ELeftOut {
+  NoRecording,
+  Refused,  // a file that this user may not read
+  Unread,   // what the system fails to read, and may hold recordings
+};
 // What stands in a folder and is passed over.
 struct SLeftOutFile {
   std::string strPath;
   std::string strReason;  // with the path
+  ELeftOut kind = ELeftOut::NoRecording;
 };
 
 struct SFoundFiles {

@@ -81,7 +81,7 @@ void CJobPlan::ChooseEntries(bool overwrite) {
 void CJobPlan::FindObstacle() {
   if (const auto problem = InputProblem(m_recording)) {
     const bool refused = !m_recording.files.empty() && !platform::IsReadable(m_recording.files.front().strPath);
-    m_obstacle = SObstacle{EStartResult::InputUnsupported, *problem, refused ? platform::LastError() : 0};
+    m_obstacle = SObstacle{EStartResult::InputUnsupported, problem->strText, refused ? platform::LastError() : 0};
     return;
   }
   LeaveOutUnwritable();
@@ -144,15 +144,16 @@ std::string CJobPlan::Place() const {
   return m_strPlace;
 }
 
-std::optional<std::string> InputProblem(const CRecordingSet& recording) {
-  if (recording.files.empty()) return "The input holds no files";
+std::optional<SInputProblem> InputProblem(const CRecordingSet& recording) {
+  if (recording.files.empty()) return SInputProblem{"The input holds no files"};
   // Read as the job will read it: the analysis finds its way through files that a stream from front to back does not.
   const SRecordingFile& first = recording.files.front();
   const std::string& name = first.strPath;
   if (first.container != EContainer::Wave) {
     CInputFile file;
     file.Describe(recording.kind, recording.format);
-    return file.Open(first) ? std::nullopt : std::optional(file.Problem());
+    if (file.Open(first)) return std::nullopt;
+    return SInputProblem{file.Problem(), true};
   }
   CWaveFileReader file;
   WAVEFORMATEXTENSIBLE format;
@@ -163,9 +164,10 @@ std::optional<std::string> InputProblem(const CRecordingSet& recording) {
   } else if (!KindOfWave(format).IsKnown()) {
     reason = UnsupportedFormatText(format);
   }
+  const bool unread = file.ErrorCode() != 0;
   file.Close();
   if (reason.empty()) return std::nullopt;
-  return Format("%s: %s", name.c_str(), reason.c_str());
+  return SInputProblem{name + ": " + reason, unread};
 }
 
 }  // namespace carvello

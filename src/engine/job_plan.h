@@ -76,7 +76,11 @@ class CJobPlan {
   std::string m_strPlace CARVELLO_GUARDED_BY(m_lock);
 };
 
-// Why no job can read this recording, as a text that names the file and what is accepted; nothing when one can.
-std::optional<std::string> InputProblem(const CRecordingSet& recording);
+struct SInputProblem {
+  std::string strText;   // names the file and what is accepted
+  bool bUnread = false;  // the system did not let it be read; else what was read is nothing that a job takes
+};
+// Why no job can read this recording; nothing when one can.
+std::optional<SInputProblem> InputProblem(const CRecordingSet& recording);
 
 }  // namespace carvello

@@ -37,11 +37,14 @@ bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::st
   const std::string problem = OpenProblem(path);
   if (!problem.empty()) {
     error = path + ": " + problem + RightsHint(path);
+    const std::optional<platform::FileStatus> status = platform::GetFileStatus(path);
+    input.bUnread = !status || status->bRegular;
     return false;
   }
   CMyStringArray log;
   if (!AnalyseRecordingSet(path, input.recording, log, given) || input.recording.files.empty()) {
     const std::string reason = LastProblem(log);
+    input.bUnread = input.recording.bReadFailed;
     const char* const failure =
         input.recording.bReadFailed ? "the recording cannot be read" : "not recognised as an IQ recording";
     error = Format("%s: %s%s%s", path.c_str(), failure, reason.empty() ? "" : ": ", reason.c_str());
@@ -58,6 +61,7 @@ bool ReadRecordingInput(const std::string& path, SRecordingInput& input, std::st
   std::string unread;
   ReadInfoTexts(first, input.infoTexts, &unread);
   if (unread.empty()) return true;
+  input.bUnread = true;
   error = Format("%s: the recording cannot be read: [ERROR] %s: %s", path.c_str(), first.c_str(), unread.c_str());
   return false;
 }

@@ -13,6 +13,7 @@ struct SRecordingInput {
   CRecordingSet recording;
   SInfoTexts infoTexts;               // of the first file
   std::vector<std::string> warnings;  // what the analysis found odd, for the user to know
+  bool bUnread = false;               // there may be one, and the system did not let it be read
 };
 
 // Describes the set that the file belongs to. False when that cannot be done; `error` then names the file and why.

@@ -356,6 +356,25 @@ class TestPlans(ClusterTest):
         run_ok("cut", self.recordings / "a.wav", "--output", self.out, "--entry", "f=7.1M,bw=12k")
         self.assertEqual(run("plan", self.recordings / "a.wav", *arguments).code, 4)
 
+    def test_outputs_that_exist_are_named_for_all_recordings_at_once(self):
+        for name, hour in (("a.wav", 0), ("b.wav", 1)):
+            self.record(name, 6, hour)
+        self.make_plan(*entry_options(ENTRIES[:1]))
+        self.run_all()
+        for name in ("a.wav", "b.wav"):
+            run_ok("cut", self.recordings / name, "--output", self.out, *entry_options(ENTRIES[:1]))
+        outputs = sorted(path.name for path in self.out.glob("*.wav"))
+        self.assertEqual(len(outputs), 2)
+        before = [(self.out / name).stat().st_mtime_ns for name in outputs]
+        again = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.folder / "again.json",
+                    *entry_options(ENTRIES[:1]))
+        for refused in (again, run("join", self.plan)):
+            self.assertEqual(refused.code, 4)
+            self.assertEqual(refused.err.count("these outputs exist already"), 1)
+            for name in outputs:
+                self.assertIn(name, refused.err)
+        self.assertEqual([(self.out / name).stat().st_mtime_ns for name in outputs], before)
+
     def test_the_script_for_slurm_is_one_that_bash_takes(self):
         self.record("a.wav", 12)
         script = self.make_plan(*entry_options(), "--sbatch").out

@@ -2,6 +2,7 @@
 wrong is ever called done, and nothing that is left over is in the way."""
 import json
 import os
+import re
 import resource
 import shutil
 import signal as signals
@@ -291,6 +292,43 @@ echo 77
 
     def leftovers(self):
         return list((self.out / "night.parts").rglob("*.tmp"))
+
+
+class TestWhatMayNotBeRead(ClusterTest):
+    """In the folders of a plan's recordings: a night must not lose one of them while the plan is told to be good."""
+
+    def setUp(self):
+        super().setUp()
+        self.record("a.wav", 6)
+        self.closed = self.record("b.wav", 6, hour=1)
+        (self.recordings / "private.txt").write_text("of somebody else\n")
+        below = self.recordings / "lost+found"
+        below.mkdir()
+        self.program, self.rights = as_plain_user(self.folder)
+        self.out.chmod(0o777)
+        for path in (self.closed, self.recordings / "private.txt", below):
+            path.chmod(0)
+            self.addCleanup(path.chmod, 0o700)
+
+    def plan_as_plain_user(self):
+        return run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.out / "night.json",
+                   *entry_options(WAVES[:1]), program=self.program, **self.rights)
+
+    def test_a_recording_among_others_is_named_and_there_is_no_plan(self):
+        refused = self.plan_as_plain_user()
+        self.assertEqual(refused.code, 3, refused.err)
+        self.assertIn(f"{self.closed}: ", refused.err)
+        self.assertIn("no plan without these", refused.err)
+        self.assertNotIn("private.txt", refused.err)
+        self.assertEqual(list(self.out.iterdir()), [])
+
+    def test_what_is_not_named_like_a_recording_and_a_folder_below_are_named_and_left_out(self):
+        self.closed.write_bytes(b"")
+        told = self.plan_as_plain_user()
+        self.assertEqual(told.code, 0, told.err)
+        self.assertIn("1 recording, 1 output, 2 tasks", told.out)
+        for name in ("private.txt", "lost+found"):
+            self.assertRegex(told.err, f"left out: .*{re.escape(name)}: .*Permission denied")
 
 
 class TestWhereTasksWrite(InterruptedTest):

@@ -1,16 +1,21 @@
-"""Lets calls of a task, and of the join behind it, fail one after the other.
+"""Lets calls of a plan, of a task, and of the join behind it, fail one after the other.
 
     cluster.py [STEP]     every STEP-th place of every kind (default 1), once and for good; beyond 100 once only
 
-A task passes when it ends with 0, 75 or 3 (or with 1 where memory fails before it has begun, or for good), with a message unless it is 0, and a task and a join that nothing fails make
-the undisturbed outputs from what it left. So does a join, which ends with 0, 1, 3, 4 or 75: with 0 its outputs are the
-undisturbed ones, and otherwise another join makes them so.
+A plan passes when it ends with 0 and the undisturbed plan is written, or with 1 or 3 and a message, and there is no plan
+or a whole one. A task passes when it ends with 0, 75 or 3 (or with 1 where memory fails before it has begun, or for
+good), with a message unless it is 0, and a task and a join that nothing fails make the undisturbed outputs from what it
+left. So does a join, which ends with 0, 1, 3, 4 or 75: with 0 its outputs are the undisturbed ones, and otherwise another
+join makes them so.
 """
 import shutil
 import subprocess
 import sys
 
+import numpy
+
 import job
+from makers import START, Layout, write_recording
 
 ERRORS = {
     "open": ("EACCES", "EIO", "ENOSPC", "EMFILE"),
@@ -33,19 +38,10 @@ ENTRIES = ("f=7.1M,bw=10k", "f=7.15M,bw=20k,bits=32", "f=7.2M,bw=12345,format=si
 RATE = 750_000
 
 
-class Night:
+class Programs:
     def __init__(self, folder):
         self.folder = folder
-        self.output, self.kept, self.plan = folder / "out", folder / "kept", folder / "night.json"
-        self.output.mkdir()
-        options = [word for entry in ENTRIES for word in ("--entry", entry)]
-        source = job.make_input(folder, RATE, (1, 1, 1))
-        self.program("plan", source, "--output", self.output, "--shard", 2, "--plan", self.plan, "--sigmf-meta", *options)
-        for task in (0, 1):
-            self.program("run", self.plan, "--task", task)
-        shutil.copytree(self.output, self.kept)
-        self.program("join", self.plan)
-        self.wanted = self.samples()
+        folder.mkdir()
 
     def program(self, *arguments, fault=None):
         environment = {"LC_ALL": "C.UTF-8", "TZ": "UTC", "LD_PRELOAD": job.FAULTS, "FAULT_CLOCK": str(job.CLOCK)}
@@ -59,6 +55,53 @@ class Night:
             raise AssertionError(f"{arguments[0]} ended with {done.returncode}: {done.stderr.decode()}")
         failed = int.from_bytes(counts.read_bytes()[8 * len(job.KINDS):8 * len(job.KINDS) + 8], "little") if fault else 0
         return done.returncode, done.stderr.decode(errors="replace"), failed
+
+
+class Planning(Programs):
+    """Of a folder with two recordings, so that a plan can lose one, and with what is none."""
+
+    def __init__(self, folder):
+        super().__init__(folder)
+        self.recordings, self.plan = folder / "in", folder / "night.json"
+        (self.recordings / "later").mkdir(parents=True)
+        (folder / "out").mkdir()
+        job.make_input(self.recordings, RATE, (1, 1))
+        (self.recordings / "notes.txt").write_text("of the night\n")
+        later = Layout(RATE, start=START + 3600)
+        write_recording(self.recordings / "later" / "b.wav", later, numpy.zeros(RATE, complex))
+        self.arguments = ("plan", self.recordings, "--plan", self.plan, "--output", folder / "out", "--shard", 1, "--entry",
+                          ENTRIES[0])
+        self.program(*self.arguments)
+        self.wanted = self.plan.read_bytes()
+        assert self.wanted.count(b".wav") == 5, self.wanted
+
+    def try_plan(self, fault):
+        """Whether anything failed; raises AssertionError for what must not be."""
+        self.plan.unlink(missing_ok=True)
+        code, err, failed = self.program(*self.arguments, fault=fault)
+        killed = fault.error == "kill" and code == -9
+        assert killed or code in (0, 1, 3), f"ended with {code}: {err}"
+        assert killed or code == 0 or err.strip(), "no message"
+        assert self.plan.exists() or code != 0, "no plan"
+        # Folders that are closed to a user are left out of what is looked into, and named.
+        closed = fault.error == "EACCES" and f"left out: {self.recordings / 'later'}: cannot be read: " in err
+        assert closed or not self.plan.exists() or self.plan.read_bytes() == self.wanted, f"another plan: {err}"
+        return failed > 0
+
+
+class Night(Programs):
+    def __init__(self, folder):
+        super().__init__(folder)
+        self.output, self.kept, self.plan = folder / "out", folder / "kept", folder / "night.json"
+        self.output.mkdir()
+        options = [word for entry in ENTRIES for word in ("--entry", entry)]
+        source = job.make_input(folder, RATE, (1, 1, 1))
+        self.program("plan", source, "--output", self.output, "--shard", 2, "--plan", self.plan, "--sigmf-meta", *options)
+        for task in (0, 1):
+            self.program("run", self.plan, "--task", task)
+        shutil.copytree(self.output, self.kept)
+        self.program("join", self.plan)
+        self.wanted = self.samples()
 
     def samples(self):
         return {path.name: path.read_bytes() for path in self.output.iterdir() if path.is_file()}
@@ -108,8 +151,8 @@ def main():
     folder = job.work_folder()
     wrong = places = 0
     try:
-        night = Night(folder)
-        for attempt in (night.try_task, night.try_join):
+        night = Night(folder / "night")
+        for attempt in (Planning(folder / "planning").try_plan, night.try_task, night.try_join):
             for kind, errors in ERRORS.items():
                 for error in errors:
                     for times in (0,) if error == "full" else (1,) if error == "kill" or step > 100 else (1, 0):
