@@ -14,9 +14,9 @@ mkdir -p "$source"
 trap 'rm -rf "$work"' EXIT
 
 # All that .gitignore does not name, asked of a repository that knows nothing yet: in an unpacked archive there is no other,
-# and what was deleted here is in none of the answers.
+# and what was deleted here is in none of the answers. What a user leaves out of all repositories does not count.
 git init -q --bare "$work/none"
-git --git-dir="$work/none" --work-tree="$PWD" ls-files -z --others --exclude-standard |
+git -c core.excludesFile=/dev/null --git-dir="$work/none" --work-tree="$PWD" ls-files -z --others --exclude-standard |
   xargs -0 cp --parents --no-dereference -t "$source"
 cp -r packaging/debian/package "$source/debian"
 # The commit, which the copy has no history to tell from.

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Puts the libraries that Carvello uses into build/windows-deps, for the cross build. All clones of a user share them: they
-# stand in the user's cache, in CARVELLO_WINDOWS_DEPS if that names a folder, and build/windows-deps leads there. Debian has no mingw-w64 packages of
-# them: Qt, pugixml, zlib and libpng are built from Debian's own source packages, GoogleTest from the sources that Debian
-# installs, and CLI11 and nlohmann-json are headers only. All are static. A library that was built before, from the same version and
-# in the same way, is left as it is; Qt takes a quarter of an hour on two processors.
+# stand in the user's cache, in CARVELLO_WINDOWS_DEPS if that names a folder, and build/windows-deps leads there. Debian
+# has no mingw-w64 packages of them: Qt, pugixml, zlib and libpng are built from Debian's own source packages, GoogleTest
+# from the sources that Debian installs, and CLI11 and nlohmann-json are headers only. All are static. A library that was
+# built before, from the same version and in the same way, is left as it is; Qt takes a quarter of an hour on two
+# processors.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 . packaging/debian/source_packages.sh

@@ -19,7 +19,7 @@ elif [ $# -eq 0 ]; then
   install_packages "${packages_windows[@]}"
   packaging/windows/build-dependencies.sh
   configure windows
-  cmake --build --preset windows
+  cmake --build --preset windows >&2 # the name of the zip alone goes to stdout
 else
   sed -n '2,/^set/s/^# \?//p' "$0" >&2
   exit 2

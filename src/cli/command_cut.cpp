@@ -84,10 +84,7 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
   SPlanNotes notes;
   COutputFolders folders;
   std::string error;
-  if (BuildEntryList(request, recording, entries, notes, error)) {
-    error = ReplacedInput(entries, recording, folders);
-  }
-  if (!error.empty()) {
+  if (!BuildEntryList(request, recording, entries, notes, error)) {
     PrintMessageLines(error);
     return EExit::Usage;
   }
@@ -98,17 +95,16 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
     if (m_options.bJson) PrintOut(CutReportJson(PlannedReport(entries, problem)));
     return EExit::OutputFailed;
   }
-  if (!request.strCollection.empty() && IsInputFile(request.strCollection, recording)) {
-    PrintMessage("--collection: " + request.strCollection + " would replace the input file. Accepted: another name");
-    return EExit::Usage;
-  }
-  if (!CollectionMayBeWritten(request.strCollection)) return EExit::OutputsExist;
+  if (const EExit checked = CheckReplacedInput(entries, recording, folders); checked != EExit::Ok) return checked;
+  if (const EExit checked = CheckCollection(request.strCollection, recording); checked != EExit::Ok) return checked;
   SCutReport report = PlannedReport(entries, "not processed");
   if (m_options.bSkipExisting) {
     LeaveFinished(recording, folders, true, entries, report);
   } else if (!m_options.bOverwrite) {
-    if (const auto existing = ExistingFiles(entries, folders); !existing.empty()) {
-      PrintExisting(existing);
+    const auto existing = ExistingFiles(entries, folders);
+    if (!existing) return EExit::OutputFailed;
+    if (!existing->empty()) {
+      PrintExisting(*existing);
       return EExit::OutputsExist;
     }
   }
@@ -124,12 +120,10 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
 }
 
 // What stands there is replaced with consent only, or where finished outputs are left as they are: it names them again.
-bool CCutCommand::CollectionMayBeWritten(const std::string& path) const {
-  if (path.empty() || m_options.bOverwrite || !platform::GetNameStatus(path)) return true;
-  if (m_options.bSkipExisting && IsOwnCollection(path)) return true;
-  PrintMessage("--collection: this file exists already. Accepted: --overwrite or another name");
-  PrintList({path});
-  return false;
+EExit CCutCommand::CheckCollection(const std::string& path, const CRecordingSet& recording) const {
+  if (path.empty()) return EExit::Ok;
+  const bool replace = m_options.bOverwrite || (m_options.bSkipExisting && IsOwnCollection(path));
+  return CheckNewFile("--collection " + path, path, recording, replace);
 }
 
 EExit CCutCommand::WriteCollection(const std::string& path, const CRecordingSet& recording, const SCutReport& report,

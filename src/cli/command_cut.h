@@ -25,7 +25,7 @@ class CCutCommand : public CCommand {
   EExit Cut(const SCutRequest& request, const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries);
   EExit RunJob(EEngineSetting engine, const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries,
                SCutReport& report) const;
-  bool CollectionMayBeWritten(const std::string& path) const;
+  EExit CheckCollection(const std::string& path, const CRecordingSet& recording) const;
   // The exit code that the command ends with: `result`, unless that was good and writing fails.
   EExit WriteCollection(const std::string& path, const CRecordingSet& recording, const SCutReport& report,
                         EExit result) const;

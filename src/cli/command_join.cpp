@@ -76,14 +76,13 @@ EExit CJoinCommand::Run() {
       Parts parts;
       const std::vector<std::size_t> incomplete = FindParts(plan, i, recording, parts);
       SCutReport planned = PlannedReport(recording.Entries(), "not processed");
-      std::vector<std::size_t> entries;
+      std::vector<SWanted> wanted;
       if (incomplete.empty() || m_bSkipExisting) {
-        const EExit settled = Settle(recording, !joins, planned, entries, existing);
+        const EExit settled = Settle(recording, !joins, planned, wanted, existing);
         if (settled != EExit::Ok) return settled;
-        if (joins && !existing.empty()) break;
       }
       // Where all is finished, the parts may be gone.
-      const bool finished = m_bSkipExisting && entries.empty();
+      const bool finished = m_bSkipExisting && wanted.empty();
       if (!finished && !incomplete.empty()) {
         missing.insert(missing.end(), incomplete.begin(), incomplete.end());
         continue;
@@ -92,7 +91,7 @@ EExit CJoinCommand::Run() {
         PrintMessage(Format("%s: no plan: its tasks leave out samples of %s", m_strPlan.c_str(), gap.c_str()));
         return EExit::Usage;
       }
-      if (joins) Join(plan, recording, std::move(parts), entries, planned);
+      if (joins) Join(plan, recording, std::move(parts), wanted, planned);
       report.outputs.insert(report.outputs.end(), planned.outputs.begin(), planned.outputs.end());
       report.nInputBytes += planned.nInputBytes;
     }
@@ -109,7 +108,7 @@ EExit CJoinCommand::Run() {
     PrintMessage("stopped; what is not joined yet: join again, with --skip-existing");
     return EExit::Stopped;
   }
-  if (result == EExit::Ok && m_bRemoveParts) RemoveParts(plan);
+  if (result == EExit::Ok && m_bRemoveParts && !RemoveParts(plan)) return EExit::OutputFailed;
   return result;
 }
 
@@ -176,36 +175,35 @@ EExit CJoinCommand::TellMissing(const std::vector<std::size_t>& missing) const {
   return EExit::TryAgain;
 }
 
-// Which entries of the recording are to be made, and the files that nobody said may be replaced. `tells`: which of them
-// were begun before.
-EExit CJoinCommand::Settle(const COpenRecording& recording, bool tells, SCutReport& report,
-                           std::vector<std::size_t>& entries, std::vector<std::string>& existing) const {
+// Which entries of the recording are to be made. `looks`, before anything is: which of them were begun before is told,
+// and the files that nobody said may be replaced are added to `existing`. One that appears later fails its output.
+EExit CJoinCommand::Settle(const COpenRecording& recording, bool looks, SCutReport& report,
+                           std::vector<SWanted>& wanted, std::vector<std::string>& existing) const {
   COutputFolders folders;
   CEntryList list = recording.Entries();
-  if (const std::string error = ReplacedInput(list, recording.Recording(), folders); !error.empty()) {
-    PrintMessage(error);
-    return EExit::Usage;
-  }
+  const EExit checked = CheckReplacedInput(list, recording.Recording(), folders);
+  if (checked != EExit::Ok) return checked;
+  std::set<std::size_t> again;
   if (m_bSkipExisting) {
-    LeaveFinished(recording.Recording(), folders, tells, list, report);
-  } else if (!m_bOverwrite) {
-    const std::vector<std::string> found = ExistingFiles(list, folders);
-    existing.insert(existing.end(), found.begin(), found.end());
+    again = LeaveFinished(recording.Recording(), folders, looks, list, report);
+  } else if (!m_bOverwrite && looks) {
+    const auto found = ExistingFiles(list, folders);
+    if (!found) return EExit::OutputFailed;
+    existing.insert(existing.end(), found->begin(), found->end());
   }
   for (std::size_t i = 0; i < report.outputs.size(); ++i) {
-    if (!report.outputs[i].bSkipped) entries.push_back(i);
+    if (!report.outputs[i].bSkipped) wanted.push_back({i, m_bOverwrite || again.contains(i)});
   }
   return EExit::Ok;
 }
 
 void CJoinCommand::Join(const SWorkPlan& plan, const COpenRecording& recording, Parts parts,
-                        const std::vector<std::size_t>& entries, SCutReport& report) const {
+                        const std::vector<SWanted>& wanted, SCutReport& report) const {
   const auto isStopped = [] { return StopRequests() > 0; };
-  const SWritePolicy policy{
-      .bReplace = m_bOverwrite || m_bSkipExisting, .bSync = plan.bSync, .bCountFrames = plan.bCountFrames};
   std::atomic<std::int64_t> bytes = 0;
-  SideBySide(entries.size(), platform::ProcessorCount(), [&](std::size_t i) noexcept {
-    const std::size_t entry = entries[i];
+  SideBySide(wanted.size(), platform::ProcessorCount(), [&](std::size_t i) noexcept {
+    const std::size_t entry = wanted[i].nEntry;
+    const SWritePolicy policy{.bReplace = wanted[i].bReplace, .bSync = plan.bSync, .bCountFrames = plan.bCountFrames};
     SCutOutput& output = report.outputs[entry];
     if (isStopped()) {
       output.result.state = EOutputState::Stopped;
@@ -241,19 +239,29 @@ EExit CJoinCommand::PrintReport(const SCutReport& report) const {
 }
 
 // What else stands in the folders, and they themselves then, is left alone.
-void CJoinCommand::RemoveParts(const SWorkPlan& plan) const {
+bool CJoinCommand::RemoveParts(const SWorkPlan& plan) const {
+  bool removed = true;
+  const auto tell = [&removed](const std::string& path) {
+    if (platform::MeansMissing(platform::LastError())) return;
+    if (removed) PrintMessage("--remove-parts: " + path + ": " + SystemErrorText());
+    removed = false;
+  };
   for (std::size_t i = 0; i < plan.recordings.size(); ++i) {
     const std::string folder = PartsFolder(plan, i);
     const auto names = platform::ListFolder(folder);
-    if (!names) continue;
+    if (!names) {
+      tell(folder);
+      continue;
+    }
     for (const std::string& name : *names) {
       const std::string path = platform::JoinPath(folder, name);
-      if (IsPartName(name)) platform::RemoveFile(path);
+      if (IsPartName(name) && !platform::RemoveFile(path)) tell(path);
       if (IsMakingFolderName(name)) RemoveMakingFolder(path);
     }
     platform::RemoveFolder(folder);
   }
   platform::RemoveFolder(plan.strParts);
+  return removed;
 }
 
 }  // namespace carvello

@@ -28,12 +28,18 @@ class CJoinCommand : public CCommand {
                                      Parts& parts) const;
   std::string GapIn(const COpenRecording& recording, const Parts& parts) const;
   EExit TellMissing(const std::vector<std::size_t>& missing) const;
-  EExit Settle(const COpenRecording& recording, bool tells, SCutReport& report, std::vector<std::size_t>& entries,
+  // An entry of a recording that is to be made, by its place in the list.
+  struct SWanted {
+    std::size_t nEntry = 0;
+    bool bReplace = false;  // what stands there
+  };
+
+  EExit Settle(const COpenRecording& recording, bool looks, SCutReport& report, std::vector<SWanted>& wanted,
                std::vector<std::string>& existing) const;
-  void Join(const SWorkPlan& plan, const COpenRecording& recording, Parts parts,
-            const std::vector<std::size_t>& entries, SCutReport& report) const;
+  void Join(const SWorkPlan& plan, const COpenRecording& recording, Parts parts, const std::vector<SWanted>& wanted,
+            SCutReport& report) const;
   EExit PrintReport(const SCutReport& report) const;
-  void RemoveParts(const SWorkPlan& plan) const;
+  bool RemoveParts(const SWorkPlan& plan) const;
 
   std::string m_strPlan;
   bool m_bOverwrite = false;

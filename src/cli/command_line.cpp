@@ -1,6 +1,7 @@
 #include "cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <limits>
 #include <sstream>
 
@@ -23,13 +24,25 @@ CLI::Option* AddTo(CLI::App& app, const SOption& option, std::vector<std::string
   return app.add_option(option.strNames, *target, option.strMeaning)->allow_extra_args(!HasHyphens(option));
 }
 
-CLI::Option* AddTo(CLI::App& app, const SOption& option, std::uint32_t* target) {
-  return app.add_option(option.strNames, *target, option.strMeaning)
-      ->check(CLI::Range(1U, std::numeric_limits<std::uint32_t>::max()));
+// The library takes "010" for 8 and "0x10" for 16, which lists of numbers of equal length are full of.
+std::string AsDecimal(const std::string& text) {
+  if (text.empty() || text.find_first_not_of("0123456789") != std::string::npos) {
+    throw CLI::ValidationError(text + " is not a whole number");
+  }
+  return text.substr(std::min(text.find_first_not_of('0'), text.size() - 1));
 }
 
-template <typename T>
-CLI::Option* AddTo(CLI::App& app, const SOption& option, T* target) {
+CLI::Option* AddTo(CLI::App& app, const SOption& option, std::uint32_t* target) {
+  return app.add_option(option.strNames, *target, option.strMeaning)
+      ->check(CLI::Range(1U, std::numeric_limits<std::uint32_t>::max()))
+      ->transform(AsDecimal);
+}
+
+CLI::Option* AddTo(CLI::App& app, const SOption& option, std::optional<std::size_t>* target) {
+  return app.add_option(option.strNames, *target, option.strMeaning)->transform(AsDecimal);
+}
+
+CLI::Option* AddTo(CLI::App& app, const SOption& option, std::string* target) {
   return app.add_option(option.strNames, *target, option.strMeaning);
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/console.h"
 #include "cli/help_texts.h"
+#include "cli/output_checks.h"
 #include "cli/picture_drawing.h"
 #include "cli/png_file.h"
 #include "cli/progress_display.h"
@@ -69,14 +70,8 @@ EExit CPictureCommand::Run() {
     return EExit::Usage;
   }
   const std::string& strOutput = m_options.strOutput;
-  if (IsInputFile(strOutput, recording)) {
-    PrintMessage(strOutput + ": is a file of the input. Accepted: another name");
-    return EExit::Usage;
-  }
-  if (!m_options.bOverwrite && platform::GetNameStatus(strOutput)) {
-    PrintMessage(strOutput + ": exists already. Accepted: --overwrite or another name");
-    return EExit::OutputsExist;
-  }
+  const EExit checked = CheckNewFile(strOutput, strOutput, recording, m_options.bOverwrite);
+  if (checked != EExit::Ok) return checked;
   if (!CanWriteWholeFile(strOutput, error)) {
     PrintMessage(error);
     return EExit::OutputFailed;

@@ -38,6 +38,8 @@ constexpr const char* kExamples =
     "  carvello-cli plan /data/night --jobs channels.json --entries-absolute --output cuts --shard 0:10:00 \\\n"
     "    --plan night.json --sbatch > night.sh && bash night.sh\n\n";
 
+constexpr const char* kNoUtf8 = ": a name that is no UTF-8 cannot stand in a plan. Accepted: another name";
+
 // Of a name, as most systems take it for the same: ".wav".
 std::string EndingOf(const std::string& path) {
   const std::string name = platform::NameOf(path);
@@ -118,6 +120,18 @@ bool CPlanCommand::ReadOptions(SWorkPlan& plan, std::vector<std::string>& inputs
   plan.bSync = !m_options.bNoSync;
   plan.bCountFrames = m_options.bDs64Frames;
   plan.strParts = platform::AbsolutePath(parts);
+  std::vector<std::string> paths = {plan.job.strOutput, plan.strParts};
+  for (const SEntrySpec& spec : plan.job.entries) paths.push_back(spec.strOutput);
+  for (const std::string& path : paths) {
+    if (IsUtf8(path)) continue;
+    error = path + kNoUtf8;
+    return false;
+  }
+  for (const std::string& path : {platform::AbsolutePath(m_strPlan), platform::ProgramPath()}) {
+    if (!m_bSbatch || Printable(path) == path) continue;
+    error = "--sbatch: a script cannot name what no terminal shows: " + Printable(path) + ". Accepted: another name";
+    return false;
+  }
   return true;
 }
 
@@ -142,7 +156,12 @@ EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) con
     PrintMessage((m_strParts.empty() ? "--output " : "--parts: ") + above + ": " + SystemErrorText());
     return EExit::OutputFailed;
   }
-  const bool exists = platform::GetNameStatus(m_strPlan).has_value();
+  const std::optional<bool> there = platform::IsThere(m_strPlan);
+  if (!there) {
+    PrintMessage("--plan " + m_strPlan + ": " + SystemErrorText());
+    return EExit::OutputFailed;
+  }
+  const bool exists = *there;
   if (exists && !m_options.bOverwrite) {
     PrintMessage("--plan " + m_strPlan + ": this file exists already. Accepted: --overwrite or another name");
     return EExit::OutputsExist;
@@ -153,6 +172,10 @@ EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) con
     return EExit::Usage;
   }
   const auto parts = platform::ListFolder(plan.strParts);
+  if (!parts && platform::IsThere(plan.strParts) != std::optional(false)) {
+    PrintMessage(plan.strParts + ": " + SystemErrorText() + ". Accepted: --parts with a folder, or a new name for one");
+    return EExit::OutputFailed;
+  }
   if (!exists && parts && !parts->empty()) {
     PrintMessage(plan.strParts + ": holds the parts of another plan. Accepted: --parts, or another name for this plan");
     return EExit::OutputsExist;
@@ -175,7 +198,12 @@ EExit CPlanCommand::Run() {
     PrintMessage(MissingLibraryText());
     return EExit::InputUnreadable;
   }
-  plan.strLibrary = DescribeLibrary(dsp).version.value_or("");
+  const std::optional<std::string> library = DescribeLibrary(dsp).version;
+  if (!library) {
+    PrintMessage("The downconverter library does not tell its version, by which tasks know it: " + DspLibraryPath());
+    return EExit::InputUnreadable;
+  }
+  plan.strLibrary = *library;
   if (const EExit checked = CheckMeans(plan, dsp); checked != EExit::Ok) return checked;
   std::vector<std::string> outputs = {plan.job.strOutput, plan.strParts};
   for (const SEntrySpec& spec : plan.job.entries) {
@@ -277,10 +305,8 @@ EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPla
 EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::string& input, std::uint32_t part,
                                  SWorkPlan& plan, SSums& sums) const {
   COutputFolders folders;
-  if (const std::string error = ReplacedInput(recording.Entries(), recording.Recording(), folders); !error.empty()) {
-    PrintMessage(error);
-    return EExit::Usage;
-  }
+  const EExit checked = CheckReplacedInput(recording.Entries(), recording.Recording(), folders);
+  if (checked != EExit::Ok) return checked;
   for (const OutputEntry* entry : recording.Entries().Pointers()) {
     if (sums.outputs.insert(platform::FileNameKey(entry->strFileName)).second) continue;
     const std::string which = part == 0 ? input : Format("part %u of %s", part, input.c_str());
@@ -291,13 +317,14 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
     return EExit::Usage;
   }
   if (!m_options.bOverwrite && !m_options.bSkipExisting) {
-    const std::vector<std::string> existing = ExistingFiles(recording.Entries(), folders);
-    sums.existing.insert(sums.existing.end(), existing.begin(), existing.end());
+    const auto existing = ExistingFiles(recording.Entries(), folders);
+    if (!existing) return EExit::OutputFailed;
+    sums.existing.insert(sums.existing.end(), existing->begin(), existing->end());
   }
   SPlannedRecording planned = recording.Planned(input, part);
   for (const SPlannedFile& file : planned.files) {
     if (IsUtf8(file.strPath)) continue;
-    PrintMessage(file.strPath + ": a name that is no UTF-8 cannot stand in a plan. Accepted: another name");
+    PrintMessage(file.strPath + kNoUtf8);
     return EExit::Usage;
   }
   SPlanNotes notes;

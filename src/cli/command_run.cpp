@@ -228,7 +228,7 @@ EExit CRunCommand::MakeParts(const SWorkPlan& plan, const COpenRecording& record
     platform::RemoveFile(making[i].Wave());
     platform::RemoveFile(making[i].Manifest());
     // Another one may have done the same task meanwhile.
-    if (FindManifest(making[i].part, making[i].strKey)) continue;
+    if (IsPartWhole(making[i].part, making[i].strKey)) continue;
     complete = false;
     if (result.state != EOutputState::Stopped) PrintMessage(problem);
   }

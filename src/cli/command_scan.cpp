@@ -4,6 +4,7 @@
 
 #include "cli/console.h"
 #include "cli/help_texts.h"
+#include "cli/output_checks.h"
 #include "cli/recording_opening.h"
 #include "cli/scan_report.h"
 #include "cli/span_progress.h"
@@ -76,14 +77,8 @@ bool CScanCommand::ReadOptions(SScanRequest& request, std::string& error) const 
 
 EExit CScanCommand::CheckJobFile(const CRecordingSet& recording) const {
   if (m_strJobFile.empty()) return EExit::Ok;
-  if (IsInputFile(m_strJobFile, recording)) {
-    PrintMessage(m_strJobFile + ": is a file of the input. Accepted: another name");
-    return EExit::Usage;
-  }
-  if (!m_bOverwrite && platform::GetNameStatus(m_strJobFile)) {
-    PrintMessage(m_strJobFile + ": exists already. Accepted: --overwrite or another name");
-    return EExit::OutputsExist;
-  }
+  const EExit checked = CheckNewFile(m_strJobFile, m_strJobFile, recording, m_bOverwrite);
+  if (checked != EExit::Ok) return checked;
   std::string error;
   if (CanWriteWholeFile(m_strJobFile, error)) return EExit::Ok;
   PrintMessage(error);

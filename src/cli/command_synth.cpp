@@ -6,6 +6,7 @@
 #include "cli/synth_layout.h"
 #include "cli/synth_programs.h"
 #include "cli/synth_recording.h"
+#include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -66,9 +67,11 @@ EExit CSynthCommand::Run() {
     return EExit::Usage;
   }
   for (const std::string& file : SynthPaths(settings)) {
-    if (m_bOverwrite || !platform::GetFileStatus(file)) continue;
-    PrintMessage(file + ": exists already. Accepted: --overwrite or another name");
-    return EExit::OutputsExist;
+    if (m_bOverwrite) continue;
+    const std::optional<bool> there = platform::IsThere(file);
+    if (there && !*there) continue;
+    PrintMessage(file + ": " + (there ? "exists already. Accepted: --overwrite or another name" : SystemErrorText()));
+    return there ? EExit::OutputsExist : EExit::OutputFailed;
   }
   CatchStopRequests();
   const SSynthResult result = WriteSynthRecording(settings);

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "cli/console.h"
+#include "cli/recording_opening.h"
 #include "engine/existing_output.h"
 #include "support/formatting.h"
 #include "support/platform.h"
@@ -15,16 +16,36 @@ constexpr std::size_t kLinesListed = 20;
 
 }  // namespace
 
-// The input file that an entry would replace, as a message; empty when there is none.
-std::string ReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders) {
+EExit CheckReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders) {
   const std::vector<std::string> inputFiles = recording.AllFiles();
   for (const OutputEntry* entry : entries.Pointers()) {
     const std::vector<std::string> replaced = folders.InputFilesReplaced(*entry, inputFiles);
+    if (!folders.Problem().empty()) {
+      PrintMessage(folders.Problem());
+      return EExit::OutputFailed;
+    }
     if (replaced.empty()) continue;
-    return Format("--output: %s would replace the input file %s. Accepted: another folder", entry->strFileName.c_str(),
-                  replaced.front().c_str());
+    PrintMessage(Format("--output: %s would replace the input file %s. Accepted: another folder",
+                        entry->strFileName.c_str(), replaced.front().c_str()));
+    return EExit::Usage;
   }
-  return {};
+  return EExit::Ok;
+}
+
+EExit CheckNewFile(const std::string& what, const std::string& path, const CRecordingSet& recording, bool overwrite) {
+  const std::optional<bool> isInput = IsInputFile(path, recording);
+  const std::optional<bool> there = isInput ? platform::IsThere(path) : std::nullopt;
+  if (!there) {
+    PrintMessage(what + ": " + SystemErrorText());
+    return EExit::OutputFailed;
+  }
+  if (*isInput) {
+    PrintMessage(what + ": is a file of the input. Accepted: another name");
+    return EExit::Usage;
+  }
+  if (overwrite || !*there) return EExit::Ok;
+  PrintMessage(what + ": exists already. Accepted: --overwrite or another name");
+  return EExit::OutputsExist;
 }
 
 // The first folder of the entries that nothing can be created in, and why; empty when there is none.
@@ -66,10 +87,14 @@ SCutReport PlannedReport(const CEntryList& entries, const std::string& error) {
   return report;
 }
 
-std::vector<std::string> ExistingFiles(const CEntryList& entries, COutputFolders& folders) {
+std::optional<std::vector<std::string>> ExistingFiles(const CEntryList& entries, COutputFolders& folders) {
   std::vector<std::string> existing;
   for (const OutputEntry* entry : entries.Pointers()) {
     const std::vector<std::string> files = folders.ExistingOutputFiles(*entry);
+    if (!folders.Problem().empty()) {
+      PrintMessage(folders.Problem());
+      return std::nullopt;
+    }
     existing.insert(existing.end(), files.begin(), files.end());
   }
   return existing;
@@ -80,14 +105,18 @@ void PrintExisting(const std::vector<std::string>& files) {
   PrintList(files);
 }
 
-void LeaveFinished(const CRecordingSet& recording, COutputFolders& folders, bool tells, CEntryList& entries,
-                   SCutReport& report) {
+std::set<std::size_t> LeaveFinished(const CRecordingSet& recording, COutputFolders& folders, bool tells,
+                                    CEntryList& entries, SCutReport& report) {
+  std::set<std::size_t> again;
   std::vector<std::string> unfinished;
   std::vector<std::size_t> skipped;
   const CExistingOutputs outputs(entries.Pointers(), recording, folders);
   for (std::size_t i = 0; i < entries.Size(); ++i) {
     const SExistingOutput found = outputs.Find(entries[i]);
-    if (found.kind == EExistingOutput::Incomplete) unfinished.push_back(found.strReason);
+    if (found.kind == EExistingOutput::Incomplete) {
+      unfinished.push_back(found.strReason);
+      again.insert(i);
+    }
     if (found.kind == EExistingOutput::None || found.kind == EExistingOutput::Incomplete) continue;
     skipped.push_back(i);
     report.outputs[i].bSkipped = true;
@@ -103,6 +132,7 @@ void LeaveFinished(const CRecordingSet& recording, COutputFolders& folders, bool
     PrintList(unfinished);
   }
   entries.Remove(skipped);
+  return again;
 }
 
 }  // namespace carvello

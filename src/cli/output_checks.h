@@ -1,19 +1,27 @@
 // What is looked at before outputs are made: where they go, and what stands there already.
 #pragma once
 
+#include <cstddef>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "cli/cut_report.h"
 #include "cli/cut_request.h"
+#include "cli/exit_codes.h"
 #include "engine/entry_list.h"
 #include "engine/output_files.h"
 #include "input/recording_set.h"
 
 namespace carvello {
 
-// The input file that an entry would replace, as a message; empty when there is none.
-std::string ReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders);
+// Whether an entry would replace an input file, told on stderr then; or where the system does not let that be known.
+EExit CheckReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders);
+
+// Whether another file that a command writes may have this name, with a message that begins with `what` where it may
+// not: it is an input file, or it exists and nothing is to be replaced, or the system does not tell.
+EExit CheckNewFile(const std::string& what, const std::string& path, const CRecordingSet& recording, bool overwrite);
 
 // The first folder of the entries that nothing can be created in, and why; empty when there is none.
 std::string UnwritableFolder(const SCutRequest& request, std::string& problem);
@@ -21,14 +29,15 @@ std::string UnwritableFolder(const SCutRequest& request, std::string& problem);
 // Every entry of the list with `error` until something better is known.
 SCutReport PlannedReport(const CEntryList& entries, const std::string& error);
 
-// The files of outputs that exist, and the message that asks what is to become of them.
-std::vector<std::string> ExistingFiles(const CEntryList& entries, COutputFolders& folders);
+// The files of outputs that exist, and the message that asks what is to become of them. Nothing where the system does
+// not tell, which the first says on stderr.
+std::optional<std::vector<std::string>> ExistingFiles(const CEntryList& entries, COutputFolders& folders);
 void PrintExisting(const std::vector<std::string>& files);
 
 // Takes the entries whose outputs are to be left from the list and marks them in the report. What an earlier job has
-// not finished stays in it; `tells`: which those are, on stderr.
-void LeaveFinished(const CRecordingSet& recording, COutputFolders& folders, bool tells, CEntryList& entries,
-                   SCutReport& report);
+// not finished stays in it and is to be replaced: gives the places that those had. `tells`: which they are, on stderr.
+std::set<std::size_t> LeaveFinished(const CRecordingSet& recording, COutputFolders& folders, bool tells,
+                                    CEntryList& entries, SCutReport& report);
 
 // On stderr, and not more of them than anybody reads: lines below a message, and messages.
 void PrintList(const std::vector<std::string>& lines);

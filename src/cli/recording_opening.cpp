@@ -51,14 +51,18 @@ EExit OpenRecording(const std::string& path, const SGivenOptions& options, SReco
   return EExit::InputUnreadable;
 }
 
-bool IsInputFile(const std::string& path, const CRecordingSet& recording) {
+std::optional<bool> IsInputFile(const std::string& path, const CRecordingSet& recording) {
+  const auto missing = [] {
+    return platform::MeansMissing(platform::LastError()) ? std::optional(false) : std::nullopt;
+  };
   const std::optional<platform::FileStatus> status = platform::GetFileStatus(path);
-  if (!status) return false;
-  const std::vector<std::string> files = recording.AllFiles();
-  return std::any_of(files.begin(), files.end(), [&](const std::string& file) {
+  if (!status) return missing();
+  for (const std::string& file : recording.AllFiles()) {
     const std::optional<platform::FileStatus> input = platform::GetFileStatus(file);
-    return input && input->nVolume == status->nVolume && input->nFileNumber == status->nFileNumber;
-  });
+    if (!input && !missing()) return std::nullopt;
+    if (input && input->nVolume == status->nVolume && input->nFileNumber == status->nFileNumber) return true;
+  }
+  return false;
 }
 
 }  // namespace carvello

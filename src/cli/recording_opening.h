@@ -18,7 +18,8 @@ EExit DescribeRecording(const std::string& path, const SGivenOptions& options, S
 EExit OpenRecording(const std::string& path, const SGivenOptions& options, SRecordingInput& input,
                     const SGivenFacts& given = {});
 
-// Whether the path leads to one of the recording's files, by whatever name.
-bool IsInputFile(const std::string& path, const CRecordingSet& recording);
+// Whether the path leads to one of the recording's files, by whatever name. Nothing where the system does not tell:
+// LastError() of the platform holds the reason.
+std::optional<bool> IsInputFile(const std::string& path, const CRecordingSet& recording);
 
 }  // namespace carvello

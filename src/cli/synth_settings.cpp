@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "jobs/quantities.h"
+#include "support/formatting.h"
 #include "support/platform.h"
 #include "support/text.h"
 
@@ -68,6 +69,10 @@ bool ReadProgram(const SSynthOptions& options, SSynthSettings& settings, std::st
   }
   const SSynthProgram& program = *settings.pProgram;
   const auto folder = platform::GetFileStatus(options.strPath);
+  if (!settings.bNamed && !folder && !platform::MeansMissing(platform::LastError())) {
+    error = Format("OUT \"%s\": %s", options.strPath.c_str(), SystemErrorText().c_str());
+    return false;
+  }
   if (!settings.bNamed && (!folder || !folder->bDirectory)) {
     error = Format("OUT \"%s\" cannot be used with --program. Accepted: a folder that exists", options.strPath.c_str());
     return false;

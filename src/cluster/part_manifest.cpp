@@ -36,6 +36,19 @@ void AddText(CSha256& hash, const std::string& text) {
   hash.Add(text.c_str(), text.size() + 1);
 }
 
+// Of what a join goes by: the samples are told by their own hash, and the marks decide where parts of an output end.
+std::string CheckOf(const SPartManifest& manifest) {
+  CSha256 hash;
+  for (const std::string& text : {manifest.strKey, manifest.strEntry, manifest.strSha256}) AddText(hash, text);
+  AddText(hash, std::to_string(manifest.nFirst));
+  AddText(hash, std::to_string(manifest.nFrames));
+  for (const SStretchMark& mark : manifest.marks) {
+    AddText(hash, std::to_string(mark.llFrame));
+    AddText(hash, std::to_string(mark.nOutput));
+  }
+  return hash.Hex();
+}
+
 }  // namespace
 
 SPartOrigin OriginOf(const SWorkPlan& plan, const SPlannedRecording& recording) {
@@ -81,6 +94,7 @@ std::string PartManifestText(const SPartManifest& manifest) {
   json.BeginArray();
   for (const SStretchMark& mark : manifest.marks) json.Add(std::vector<std::int64_t>{mark.llFrame, mark.nOutput});
   json.EndArray();
+  json.Member("check", CheckOf(manifest));
   json.EndObject();
   return json.Document();
 }
@@ -98,6 +112,7 @@ std::optional<SPartManifest> ParseManifest(std::string_view text) {
     for (const Json& mark : json.at("marks")) {
       manifest.marks.push_back({WholeNumber(mark.at(0)), WholeNumber(mark.at(1))});
     }
+    if (json.at("check").get<std::string>() != CheckOf(manifest)) return std::nullopt;
   } catch (const Json::exception&) {
     return std::nullopt;
   } catch (const std::invalid_argument&) {

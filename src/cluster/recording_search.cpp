@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <string_view>
 #include <utility>
 
 #include "cluster/task_parts.h"
@@ -15,6 +16,7 @@ namespace carvello {
 namespace {
 
 constexpr std::int64_t kLargestList = std::int64_t{64} << 20;
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";  // some editors begin with it
 
 using FileKey = std::pair<std::uint64_t, std::uint64_t>;
 
@@ -111,6 +113,10 @@ bool FindFiles(const std::vector<std::string>& named, const std::vector<std::str
 bool ReadNameList(const std::string& path, std::vector<std::string>& names, std::string& error) {
   CFile file;
   const bool opened = file.Open(path, platform::EOpenMode::ReadShared);
+  if (const auto status = platform::GetFileStatus(path); status && !status->bRegular) {
+    error = path + ": is no ordinary file. Accepted: a file with a name in each line";
+    return false;
+  }
   const std::int64_t length = opened ? file.Length() : -1;
   if (length > kLargestList) {
     error = path + ": a list has at most 64 MiB";
@@ -118,11 +124,10 @@ bool ReadNameList(const std::string& path, std::vector<std::string>& names, std:
   }
   std::string text(static_cast<std::size_t>(std::max<std::int64_t>(length, 0)), '\0');
   if (length < 0 || !file.ReadExactly(text.data(), text.size())) {
-    error = path +
-            ": cannot be read: " + SystemErrorText(file.FirstError() != 0 ? file.FirstError() : platform::LastError());
+    error = Unreadable(path, file.FirstError() != 0 ? file.FirstError() : platform::LastError());
     return false;
   }
-  for (std::size_t begin = 0; begin < text.size();) {
+  for (std::size_t begin = text.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0; begin < text.size();) {
     const std::size_t end = std::min(text.find('\n', begin), text.size());
     std::string line = text.substr(begin, end - begin);
     if (line.ends_with('\r')) line.pop_back();

@@ -134,7 +134,7 @@ std::string SlurmScript(const SWorkPlan& plan, const std::string& planPath, cons
 )sh";
   // Slurm gives it to a plain shell, which does not know all that bash's own quoting writes.
   text += "  join=" +
-          QuotedWord("echo 'If this ends before all is joined: bash night.sh join, with more --time.'; " +
+          QuotedWord("echo 'If this ends before all is joined: the script once more, with join behind its name.'; " +
                      QuotedWord(program) + " join " + QuotedWord(planPath) + " --skip-existing") +
           "\n";
   text += "  exec sbatch --job-name=carvello-join --open-mode=append " + Options(join, " ") + " \\\n";

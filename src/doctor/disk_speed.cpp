@@ -82,8 +82,8 @@ class CMeasurement {
 
   void Read(SDiskSpeed& result) {
     const CScratchFile direct(platform::OpenPastCache(m_file));
-    result.bReadPastCache = direct.IsOpen() && ReadAll(direct.Handle(), result);
     // A file system may let it be opened so and refuse to read.
+    result.bReadPastCache = direct.IsOpen() && ReadAll(direct.Handle(), result);
     if (!result.bReadPastCache) ReadAll(m_file, result);
   }
 
@@ -98,11 +98,12 @@ class CMeasurement {
 
   static void Fail(SDiskSpeed& result, const std::string& what) { result.strProblem = what + SystemErrorText(); }
 
+  // False where the file cannot be read in its way; what goes wrong otherwise is the result.
   bool ReadAll(platform::FileHandle file, SDiskSpeed& result) {
     result.strProblem.clear();
     if (!platform::SeekFile(file, 0)) {
       Fail(result, "reading: ");
-      return false;
+      return true;
     }
     double seconds = 0;
     for (std::int64_t i = 0; i < m_nPieces; ++i) {
@@ -110,7 +111,7 @@ class CMeasurement {
       std::uint32_t error = 0;
       if (platform::ReadFile(file, m_piece.data(), kPiece, error) != kPiece) {
         result.strProblem = "reading: " + (error == 0 ? std::string("the file ends early") : SystemErrorText(error));
-        return false;
+        return i > 0 || !platform::MeansUnsupported(error);
       }
       seconds += SecondsSince(begin);
       Fill(m_expected, static_cast<std::uint64_t>(i));

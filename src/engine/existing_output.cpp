@@ -20,9 +20,9 @@ bool IsMeta(const std::string& path) {
 
 // Whether a file is of the entry's stretch and frequency, by what its metadata tells. Its name tells the minute only. A
 // later part begins later, so only the first is looked at.
-bool IsOfStretch(const std::string& path, const OutputEntry& entry) {
+bool IsOfStretch(const SFileFacts& facts, const OutputEntry& entry) {
   SMetadataLists metadata;
-  ParseMetadataXml(LookupMetadata(path).strXml, metadata);
+  ParseMetadataXml(facts.strXml, metadata);
   if (metadata.names.empty() || metadata.FindNumber("Sequence") != 0) return true;
   return metadata.FindNumber("UTCSeconds") == static_cast<std::uint32_t>(entry.tStart) &&
          metadata.FindNumber("RadioCenterFreq") == entry.nOutputFrequency;
@@ -35,7 +35,9 @@ struct SPart {
 
 SPart LookAtPart(const std::string& path, const OutputEntry& entry) {
   if (entry.format != EOutputFormat::SigMf && !IsMeta(path)) {
-    return {InspectWrittenFile(path), IsOfStretch(path, entry)};
+    const SFileFacts facts = LookupMetadata(path);
+    if (facts.nError != 0) return {};  // of whatever stretch it is
+    return {InspectWrittenFile(path), IsOfStretch(facts, entry)};
   }
   const SWrittenSigMf found = InspectWrittenSigMf(path);
   const bool told = found.file.format.nSamplesPerSec != 0;
@@ -54,7 +56,9 @@ bool HasForeignMeta(const std::string& path, const OutputEntry& entry) {
   if (entry.format != EOutputFormat::WaveAndMeta || IsMeta(path)) return false;
   // An empty one is what a job leaves that was killed at that moment.
   const auto meta = platform::GetFileStatus(SigMfMetaPath(path));
-  return meta && meta->nSize > 0 && InspectWrittenSigMf(path).file.state == EWrittenState::Foreign;
+  if (!meta) return !platform::MeansMissing(platform::LastError());
+  const EWrittenState state = InspectWrittenSigMf(path).file.state;
+  return meta->nSize > 0 && (state == EWrittenState::Foreign || state == EWrittenState::Unreadable);
 }
 
 // Of files that together are one output.
@@ -121,6 +125,7 @@ std::set<std::int64_t> CExistingOutputs::FramesDue(const OutputEntry& entry) con
 
 SExistingOutput CExistingOutputs::Find(const OutputEntry& entry) const {
   const std::vector<std::string> files = m_folders.ExistingOutputFiles(entry);
+  if (!m_folders.Problem().empty()) return {EExistingOutput::Other, files, m_folders.Problem()};
   if (files.empty()) return {};
   // Meta files are looked at with the files that they belong to; where there are none, they are what there is.
   std::vector<std::string> samples = files;

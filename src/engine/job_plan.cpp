@@ -103,19 +103,7 @@ void CJobPlan::LeaveOutUnwritable() {
   const std::vector<std::string> inputFiles = m_recording.AllFiles();
   std::vector<std::string> problems(m_entries.size());
   std::map<std::string, std::string> folders;  // and the problem of each
-  for (std::size_t i = 0; i < m_entries.size(); ++i) {
-    const OutputEntry& entry = m_entries[i];
-    LookAt(entry.strFileName);
-    const auto replaced = m_folders.InputFilesReplaced(entry, inputFiles);
-    if (!replaced.empty()) {
-      problems[i] = Format("%s would replace the input file %s", entry.strFileName.c_str(), replaced.front().c_str());
-      if (!m_options.bLeaveOutUnwritable) {
-        m_obstacle = SObstacle{EStartResult::OutputIsInput, problems[i]};
-        return;
-      }
-    }
-    folders.try_emplace(platform::FolderOf(entry.strFileName));
-  }
+  for (const OutputEntry& entry : m_entries) folders.try_emplace(platform::FolderOf(entry.strFileName));
   for (auto& [folder, problem] : folders) {
     LookAt(folder);
     if (platform::IsWritableFolder(folder)) continue;
@@ -124,6 +112,26 @@ void CJobPlan::LeaveOutUnwritable() {
     if (!m_options.bLeaveOutUnwritable) {
       m_obstacle = SObstacle{EStartResult::OutputUnwritable, problem, error};
       return;
+    }
+  }
+  for (std::size_t i = 0; i < m_entries.size(); ++i) {
+    const OutputEntry& entry = m_entries[i];
+    if (!folders[platform::FolderOf(entry.strFileName)].empty()) continue;
+    LookAt(entry.strFileName);
+    const auto replaced = m_folders.InputFilesReplaced(entry, inputFiles);
+    if (!m_folders.Problem().empty()) {
+      problems[i] = m_folders.Problem();
+      if (!m_options.bLeaveOutUnwritable) {
+        m_obstacle = SObstacle{EStartResult::OutputUnwritable, problems[i]};
+        return;
+      }
+    }
+    if (!replaced.empty()) {
+      problems[i] = Format("%s would replace the input file %s", entry.strFileName.c_str(), replaced.front().c_str());
+      if (!m_options.bLeaveOutUnwritable) {
+        m_obstacle = SObstacle{EStartResult::OutputIsInput, problems[i]};
+        return;
+      }
     }
   }
   for (std::size_t i = 0; i < m_entries.size(); ++i) {

@@ -18,12 +18,6 @@ bool SameFile(const platform::FileStatus& a, const platform::FileStatus& b) {
   return a.nVolume == b.nVolume && a.nFileNumber == b.nFileNumber;
 }
 
-bool SameFile(const std::string& a, const std::string& b) {
-  const auto statusA = platform::GetFileStatus(a);
-  const auto statusB = platform::GetFileStatus(b);
-  return statusA && statusB && SameFile(*statusA, *statusB);
-}
-
 // A numbered name taken apart: stem, digits, extension with its dot.
 struct SPartName {
   std::string_view stem;
@@ -60,28 +54,48 @@ std::string DigitsOf(std::string_view stem) {
   return digits;
 }
 
-bool Counts(const std::string& path) {
-  return platform::GetNameStatus(path) && (!platform::GetFileStatus(path) || platform::IsReadable(path));
+}  // namespace
+
+void COutputFolders::TellProblem(const std::string& path) {
+  m_strProblem = path + ": " + SystemErrorText();
 }
 
-}  // namespace
+std::optional<platform::FileStatus> COutputFolders::StatusOf(const std::string& path) {
+  const auto status = platform::GetFileStatus(path);
+  if (!status && !platform::MeansMissing(platform::LastError())) TellProblem(path);
+  return status;
+}
+
+bool COutputFolders::Counts(const std::string& path) {
+  const std::optional<bool> there = platform::IsThere(path);
+  if (!there) TellProblem(path);
+  if (!there.value_or(false)) return false;
+  if (!platform::GetFileStatus(path) || platform::IsReadable(path)) return true;
+  if (!platform::MeansRefused(platform::LastError())) TellProblem(path);
+  return false;
+}
 
 const COutputFolders::Names& COutputFolders::NumberedNames(const std::string& folder) {
   const auto [place, isNew] = m_folders.try_emplace(folder);
-  if (!isNew) return place->second;
-  const auto names = platform::ListFolder(folder);
-  if (!names) return place->second;
-  for (const std::string& name : *names) {
-    if (const auto part = TakeApart(name)) place->second.emplace(DigitsOf(part->stem), name);
+  SFolder& found = place->second;
+  if (isNew) {
+    const auto names = platform::ListFolder(folder);
+    if (!names && !platform::MeansMissing(platform::LastError())) found.strProblem = folder + ": " + SystemErrorText();
+    for (const std::string& name : names.value_or(std::vector<std::string>())) {
+      if (const auto part = TakeApart(name)) found.names.emplace(DigitsOf(part->stem), name);
+    }
   }
-  return place->second;
+  if (!found.strProblem.empty()) m_strProblem = found.strProblem;
+  return found.names;
 }
 
 std::vector<std::string> COutputFolders::ExistingParts(const OutputEntry& entry) {
+  m_strProblem.clear();
   return PartsNamed(entry, entry.strFileName);
 }
 
 std::vector<std::string> COutputFolders::ExistingMetaParts(const OutputEntry& entry) {
+  m_strProblem.clear();
   return PartsNamed(entry, SigMfMetaPath(entry.strFileName));
 }
 
@@ -104,10 +118,11 @@ std::vector<std::string> COutputFolders::PartsNamed(const OutputEntry& entry, co
 }
 
 std::vector<std::string> COutputFolders::ExistingOutputFiles(const OutputEntry& entry) {
-  std::vector<std::string> files = ExistingParts(entry);
+  m_strProblem.clear();
+  std::vector<std::string> files = PartsNamed(entry, entry.strFileName);
   files.insert(files.begin(), entry.strFileName);
   if (HasMeta(entry)) AddMetaPaths(entry, files);
-  std::erase_if(files, [](const std::string& file) { return !Counts(file); });
+  std::erase_if(files, [this](const std::string& file) { return !Counts(file); });
   return files;
 }
 
@@ -117,7 +132,7 @@ void COutputFolders::AddMetaPaths(const OutputEntry& entry, std::vector<std::str
     files.push_back(SigMfMetaPath(entry.strFileName));
     return;
   }
-  for (std::string& meta : ExistingMetaParts(entry)) files.push_back(std::move(meta));
+  for (std::string& meta : PartsNamed(entry, SigMfMetaPath(entry.strFileName))) files.push_back(std::move(meta));
 }
 
 std::vector<std::string> COutputFolders::InputFilesReplaced(const OutputEntry& entry,
@@ -125,14 +140,19 @@ std::vector<std::string> COutputFolders::InputFilesReplaced(const OutputEntry& e
   const std::string folder = platform::FolderOf(entry.strFileName);
   const std::string outputName = platform::NameOf(entry.strFileName);
   const std::vector<std::string> existing = ExistingOutputFiles(entry);
+  const auto areSame = [this](const std::string& a, const std::string& b) {
+    const auto statusA = StatusOf(a);
+    const auto statusB = StatusOf(b);
+    return statusA && statusB && SameFile(*statusA, *statusB);
+  };
   std::vector<std::string> replaced;
   for (const std::string& input : inputFiles) {
     const std::string inputName = platform::NameOf(input);
     const bool byName =
         (platform::FileNamesEqual(inputName, outputName) || (!IsOneFile(entry) && IsPartOf(inputName, outputName))) &&
-        SameFile(platform::FolderOf(input), folder);
+        areSame(platform::FolderOf(input), folder);
     const bool bySameFile =
-        std::any_of(existing.begin(), existing.end(), [&](const auto& file) { return SameFile(file, input); });
+        std::any_of(existing.begin(), existing.end(), [&](const auto& file) { return areSame(file, input); });
     if (byName || bySameFile) replaced.push_back(input);
   }
   return replaced;
@@ -142,8 +162,10 @@ std::optional<std::string> RemoveOldParts(const OutputEntry& entry) {
   COutputFolders folders;
   // From part 0 on, which whoever writes an output of this name holds until its end.
   std::vector<std::string> parts = folders.ExistingParts(entry);
+  if (!folders.Problem().empty()) return folders.Problem();
   if (HasMeta(entry)) {
     for (std::string& meta : folders.ExistingMetaParts(entry)) parts.push_back(std::move(meta));
+    if (!folders.Problem().empty()) return folders.Problem();
   }
   for (const std::string& part : parts) {
     // What another job has removed in the meantime is gone as well; which of the two goes on shows at part 0.

@@ -7,11 +7,12 @@
 #include <vector>
 
 #include "engine/output_entry.h"
+#include "support/platform.h"
 
 namespace carvello {
 
 // What stands in the output folders; each folder is listed once, when it is first asked for. Lives as long as one
-// question about them.
+// question about them. Where the system does not tell all that was asked for, Problem() holds what, and why.
 class COutputFolders {
  public:
   // Full paths of the numbered parts ("name 000.wav", ...) of an earlier output of this name, in order; none for an
@@ -27,14 +28,25 @@ class COutputFolders {
   // The input files that writing this entry would replace, by name or by being the same file under another name.
   std::vector<std::string> InputFilesReplaced(const OutputEntry& entry, const std::vector<std::string>& inputFiles);
 
+  // Of the last question; empty when what was given is all.
+  const std::string& Problem() const { return m_strProblem; }
+
  private:
   using Names = std::multimap<std::string, std::string>;  // of what may be parts, by what tells outputs apart roughly
+  struct SFolder {
+    Names names;
+    std::string strProblem;  // why it could not be listed
+  };
 
   std::vector<std::string> PartsNamed(const OutputEntry& entry, const std::string& path);
   void AddMetaPaths(const OutputEntry& entry, std::vector<std::string>& files);
   const Names& NumberedNames(const std::string& folder);
+  bool Counts(const std::string& path);
+  std::optional<platform::FileStatus> StatusOf(const std::string& path);
+  void TellProblem(const std::string& path);
 
-  std::map<std::string, Names> m_folders;
+  std::map<std::string, SFolder> m_folders;
+  std::string m_strProblem;
 };
 
 // Removes the numbered parts of an earlier output of this entry: those of a longer one would read as the end of the new

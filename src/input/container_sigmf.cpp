@@ -201,8 +201,9 @@ bool DescribeSigMf(const std::string& selectedFile, const SGivenFacts& given, CR
                    Printable(platform::NameOf(SigMfMetaPath(selectedFile))).c_str()));
     return false;
   }
-  if (!FindSigMfFiles(selectedFile, found, warnings, error)) {
-    log.Add("[ERROR] " + error);
+  if (SSigMfProblem problem; !FindSigMfFiles(selectedFile, found, warnings, problem)) {
+    set.bReadFailed = problem.bUnread;
+    log.Add("[ERROR] " + problem.strText);
     return false;
   }
   std::vector<SSigMfPart> parts;

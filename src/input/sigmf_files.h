@@ -23,9 +23,14 @@ struct SSigMfFiles {
 // Whether the file is a dataset of SigMF with no meta file beside it, which nothing but the user can describe.
 bool IsLoneSigMfData(const std::string& path);
 
-// All recordings that the selected file leads to, in their order. False when there is none that can be read; `error`
-// then says why, printable. `warnings` tell what was left out.
+struct SSigMfProblem {
+  std::string strText;   // printable
+  bool bUnread = false;  // the system did not let a file be read that is there; else none is, or none is in order
+};
+
+// All recordings that the selected file leads to, in their order. False when there is none, or when any of them is
+// there and cannot be read, so that nobody knows which is which. `warnings` tell what was left out.
 bool FindSigMfFiles(const std::string& selectedFile, std::vector<SSigMfFiles>& found,
-                    std::vector<std::string>& warnings, std::string& error);
+                    std::vector<std::string>& warnings, SSigMfProblem& problem);
 
 }  // namespace carvello

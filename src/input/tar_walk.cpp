@@ -118,10 +118,7 @@ bool WalkTar(CFile& file, std::vector<STarEntry>& entries, std::string& error) {
   SExtension forAll;
   for (std::int64_t position = 0; position + kBlock <= length;) {
     Head head;
-    if (!file.Seek(position) || !file.ReadExactly(head.data(), head.size())) {
-      error = SystemErrorText(file.ReadError());
-      return false;
-    }
+    if (!file.Seek(position) || !file.ReadExactly(head.data(), head.size())) break;
     if (std::all_of(head.begin(), head.end(), [](char c) { return c == '\0'; })) break;  // behind the last file
     const auto told = Number(head, 124, 12);
     if (!IsSumRight(head) || !told || *told < 0) {
@@ -136,7 +133,7 @@ bool WalkTar(CFile& file, std::vector<STarEntry>& entries, std::string& error) {
       std::string text(
           static_cast<std::size_t>(std::min({size, kLargestExtension, std::max<std::int64_t>(length - body, 0)})),
           '\0');
-      text.resize(file.Seek(body) ? file.Read(text.data(), text.size()) : 0);
+      if (!file.Seek(body) || !file.ReadExactly(text.data(), text.size())) break;
       if (type == 'L') extension.name = text.substr(0, text.find('\0'));
       if (type == 'x') ReadPax(text, extension);
       if (type == 'g') ReadPax(text, forAll);
@@ -160,6 +157,10 @@ bool WalkTar(CFile& file, std::vector<STarEntry>& entries, std::string& error) {
     }
     if (size > length - body) break;
     position = body + (size + kBlock - 1) / kBlock * kBlock;
+  }
+  if (file.FirstError() != 0) {
+    error = SystemErrorText(file.FirstError());
+    return false;
   }
   if (!entries.empty()) return true;
   error = length == 0 ? "the file is empty" : "the archive holds no files";

@@ -103,7 +103,7 @@ bool IsOfAnother(const std::string& dataPath, const std::string& dataset) {
   const std::string described =
       dataset.empty() ? stem + kSigMfDataExtension : platform::JoinPath(platform::FolderOf(dataPath), dataset);
   return !platform::FileNamesEqual(platform::NameOf(described), platform::NameOf(dataPath)) &&
-         platform::GetNameStatus(described).has_value();
+         (platform::GetNameStatus(described) || !platform::MeansMissing(platform::LastError()));
 }
 
 void FillFormat(WAVEFORMATEX& format, bool isFloat) {
@@ -120,8 +120,10 @@ SWrittenSigMf InspectWrittenSigMf(const std::string& dataPath) {
   SWrittenSigMf found;
   const std::string metaPath = SigMfMetaPath(dataPath);
   const auto data = platform::GetFileStatus(dataPath);
+  if (!data && !platform::MeansMissing(platform::LastError())) return found;
   const std::int64_t bytes = data ? data->nSize : 0;
   if (!platform::GetFileStatus(metaPath)) {
+    if (!platform::MeansMissing(platform::LastError())) return found;
     if (data) found.file.state = bytes == 0 ? EWrittenState::Unfinished : EWrittenState::Foreign;
     return found;
   }

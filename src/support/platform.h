@@ -126,11 +126,20 @@ bool MeansHeldOpen(std::uint32_t code);
 std::uint32_t MissingBytesError();
 // Whether the code is one by which the system says that there is no file of that name, or can be none.
 bool MeansMissing(std::uint32_t code);
+// Whether the code is one by which the system says that what it was asked for cannot be done with that file at all.
+bool MeansUnsupported(std::uint32_t code);
 // Whether the code is the one by which the system says that something stands under the name already.
 bool MeansExisting(std::uint32_t code);
 // Whether the code is one by which the system refuses this user a file that is in order, or finds that a name leads
 // nowhere but in a circle; any other failure is a fault.
 bool MeansRefused(std::uint32_t code);
+
+// Whether something stands under the name, be it a link that leads nowhere. Nothing where the system does not tell:
+// LastError() holds the reason.
+inline std::optional<bool> IsThere(const std::string& path) {
+  if (GetNameStatus(path)) return true;
+  return MeansMissing(LastError()) ? std::optional(false) : std::nullopt;
+}
 
 // ---- libraries and the program itself --------------------------------------------------------------------------
 

@@ -402,6 +402,10 @@ bool MeansRefused(std::uint32_t code) {
   return code == EACCES || code == EPERM || code == ELOOP;
 }
 
+bool MeansUnsupported(std::uint32_t code) {
+  return code == EINVAL || code == EOPNOTSUPP || code == ENOSYS;
+}
+
 bool MeansExisting(std::uint32_t code) {
   return code == EEXIST;
 }

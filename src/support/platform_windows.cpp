@@ -396,6 +396,10 @@ bool MeansRefused(std::uint32_t code) {
          code == ERROR_CANT_RESOLVE_FILENAME;
 }
 
+bool MeansUnsupported(std::uint32_t code) {
+  return code == ERROR_INVALID_PARAMETER || code == ERROR_NOT_SUPPORTED || code == ERROR_INVALID_FUNCTION;
+}
+
 bool MeansExisting(std::uint32_t code) {
   return code == ERROR_FILE_EXISTS || code == ERROR_ALREADY_EXISTS;
 }

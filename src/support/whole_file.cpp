@@ -62,8 +62,9 @@ bool WriteWholeFile(const std::string& given, const void* bytes, std::size_t cou
     strReason = SystemErrorText();
   }
   if (bWritten) {
-    platform::SyncFolder(platform::FolderOf(path));
-    return true;
+    if (platform::SyncFolder(platform::FolderOf(path))) return true;
+    error = path + ": " + SystemErrorText();  // its name may not outlast a loss of power
+    return false;
   }
   platform::RemoveFile(strName);
   error = path + ": " + strReason;

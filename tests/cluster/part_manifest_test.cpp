@@ -33,21 +33,32 @@ TEST(PartManifest, ReadsWhatItWrites) {
   EXPECT_EQ(again->marks[1].nOutput, 99);
 }
 
+// The check is the SHA-256 of "ab", "x", "01", "0", "5", "1" and "2", with a zero byte behind each.
 TEST(PartManifest, IsNoneWithAnythingElseInIt) {
   const std::string good = R"({"carvello_part": 1, "key": "ab", "output": "x", "first_frame": 0, "frames": 5,
-    "sha256": "01", "marks": [[1, 2]]})";
+    "sha256": "01", "marks": [[1, 2]], "check": "d414aa916c433fc9e4f826b42ea224a36a125d0fba478decc28d39fc90005cd9"})";
   ASSERT_TRUE(ParseManifest(good));
   for (const auto& [what, with] : std::vector<std::pair<std::string, std::string>>{{"_part\": 1", "_part\": 2"},
-                                                                                   {"5", "-5"},
-                                                                                   {"5", "5.5"},
-                                                                                   {"5", "1e99"},
+                                                                                   {"frames\": 5", "frames\": -5"},
+                                                                                   {"frames\": 5", "frames\": 5.5"},
+                                                                                   {"frames\": 5", "frames\": 1e99"},
+                                                                                   {"frames\": 5", "frames\": 6"},
+                                                                                   {"frame\": 0", "frame\": 1"},
                                                                                    {"[1, 2]", "[1]"},
                                                                                    {"[1, 2]", "[1, -2]"},
+                                                                                   {"[1, 2]", "[1, 3]"},
+                                                                                   {"[1, 2]", "[2, 2]"},
+                                                                                   {"[[1, 2]]", "[]"},
                                                                                    {"[[1, 2]]", "7"},
                                                                                    {"\"ab\"", "7"},
+                                                                                   {"\"ab\"", "\"ac\""},
+                                                                                   {"\"x\"", "\"y\""},
+                                                                                   {"\"01\"", "\"02\""},
+                                                                                   {"\"check\"", "\"chick\""},
                                                                                    {"}", ""}}) {
     std::string text = good;
     text.replace(text.find(what), what.size(), with);
+    EXPECT_NE(text, good);
     EXPECT_FALSE(ParseManifest(text)) << text;
   }
   EXPECT_FALSE(ParseManifest(std::string(1'000'000, '[')));

@@ -83,6 +83,12 @@ TEST_F(RecordingSearch, AListHasANameALine) {
   Make("list", "a b.wav\r\n\n-\nlast");
   EXPECT_TRUE(ReadNameList(m_folder / "list", names, error));
   EXPECT_THAT(names, ElementsAre("first", "a b.wav", "-", "last"));
+  Make("marked",
+       "\xEF\xBB\xBF"
+       "b.wav\n");
+  names.clear();
+  EXPECT_TRUE(ReadNameList(m_folder / "marked", names, error));
+  EXPECT_THAT(names, ElementsAre("b.wav"));
   EXPECT_FALSE(ReadNameList(m_folder / "none", names, error));
   EXPECT_THAT(error, testing::HasSubstr("none"));
 }

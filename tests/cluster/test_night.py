@@ -16,7 +16,8 @@ TASKS = sum(LENGTHS) // 10
 KILLED, HELD = (1, 3) if TASKS < 40 else (5, 11)
 AT_ONCE = 2
 
-# Stands for the program in the tasks' script. Two tasks are stopped while they write, until the test lets them go on.
+# Stands for the program in the tasks' script. Two tasks are stopped while they write: one until the test lets it go on,
+# the other for good. Slurm lets a task go on to end it, and the program could come to its end before that.
 HOLDER = """#!/bin/bash
 '{cli}' "$@" &
 process=$!
@@ -26,6 +27,7 @@ if [ "$1" = run ] && {{ [ "$4" = {killed} ] || [ "$4" = {held} ]; }} && mkdir '{
   done
   kill -STOP $process
   mkdir '{folder}/stopped-'"$4"
+  while [ "$4" = {killed} ]; do kill -STOP $process; done
   until [ -e '{folder}/go' ]; do sleep 0.1; done
   kill -CONT $process
 fi

@@ -191,6 +191,21 @@ class TestTasks(ClusterTest):
             self.assertEqual(told["task"], 2)
         told = json.loads(run_ok("run", self.plan, "--json", "--task", 1, env={"SLURM_ARRAY_TASK_ID": "2"}).out)
         self.assertEqual(told["task"], 1)
+
+    def test_numbers_of_tasks_are_decimal_whatever_stands_before_them(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:1]), shard=1)
+        for number in ("010", "10", "00010"):
+            self.assertEqual(json.loads(run_ok("run", self.plan, "--json", "--task", number).out)["task"], 10)
+        self.assertEqual(json.loads(run_ok("run", self.plan, "--json", "--task", "000").out)["task"], 0)
+        for number in ("0x1", "1.0", "+1", "1'0", "ten", ""):
+            refused = run("run", self.plan, "--task", number)
+            self.assertEqual((refused.code, refused.out), (2, ""), number)
+            self.assertIn("--task", refused.err)
+
+    def test_numbers_of_the_environment_that_are_none_are_refused(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:1]))
         for number in ("3", "-1", "x"):
             refused = run("run", self.plan, env={"SLURM_ARRAY_TASK_ID": number})
             self.assertEqual(refused.code, 2)
@@ -298,6 +313,12 @@ class TestPlans(ClusterTest):
 
     def test_parts_go_only_where_a_folder_is(self):
         self.record("a.wav", 6)
+        file = self.folder / "a file"
+        file.write_text("of somebody\n")
+        refused = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.plan, "--parts", file,
+                      *entry_options(ENTRIES[:1]))
+        self.assertEqual(refused.code, 1)
+        self.assertIn(f"{file}: ", refused.err)
         refused = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.plan, "--parts",
                       self.folder / "none" / "parts", *entry_options(ENTRIES[:1]))
         self.assertEqual(refused.code, 1)

@@ -114,7 +114,9 @@ class TestTamperedPlans(ClusterTest):
         self.run_all()
         good = manifests[1].read_text()
         for text in ("", good[:40], "[]", "[" * 200_000, good.replace('"frames": ', '"frames": -'),
-                     good.replace('"frames": ', '"frames": 99999999999999999999'), good.replace('"key": "', '"key": "0')):
+                     good.replace('"frames": ', '"frames": 99999999999999999999'), good.replace('"key": "', '"key": "0'),
+                     json.dumps(json.loads(good) | {"marks": [[1, 1]]}), good.replace('"check": "', '"check": "0')):
+            self.assertNotEqual(text, good)
             manifests[1].write_text(text)
             self.assertEqual(tasks_missing(), [1])
         self.run_all()

@@ -130,6 +130,24 @@ class TestFaultyDisks(InterruptedTest):
         self.assertTrue(self.parts(), "parts are kept until every output is made")
         self.check_joined("--skip-existing")
 
+    def test_parts_that_cannot_be_removed_are_told_with_the_outputs_made(self):
+        recording = self.record("a.wav", 6)
+        run_ok("cut", recording, "--output", self.one, *entry_options(WAVES[:1]))
+        self.make_plan(*entry_options(WAVES[:1]))
+        self.run_all()
+        program, user = as_plain_user(self.folder)
+        for path in (self.recordings, recording, self.plan, *self.out.rglob("*")):
+            path.chmod(0o755 if path.is_dir() else 0o644)
+        self.out.chmod(0o777)
+        closed = self.out / "night.parts" / "r000000"
+        closed.chmod(0o555)
+        done = run("join", self.plan, "--remove-parts", program=program, **user)
+        self.assertEqual(done.code, 1, done.err)
+        self.assertIn(f"--remove-parts: {closed}", done.err)
+        self.assertEqual(len(self.parts()), 4)
+        closed.chmod(0o755)
+        self.check_joined("--skip-existing")
+
     def test_a_folder_that_nothing_may_be_written_to_is_told(self):
         self.record("a.wav", 6)
         self.make_plan(*entry_options(WAVES[:1]))
@@ -176,6 +194,9 @@ class TestFaultyDisks(InterruptedTest):
             done = run("join", self.plan, "--skip-existing", "--remove-parts")
             self.assertEqual(done.code, 1)
             self.assertIn("not those that were written", done.err)
+        # Its manifest still tells that it is there.
+        done = self.limited("run", self.plan, "--task", 0, "--json", size=100)
+        self.assertEqual((done.code, done.out), (TRY_AGAIN, ""), done.err)
         self.run_all()
         self.check_joined("--skip-existing")
 
@@ -237,6 +258,29 @@ echo 77
         line = next(line for line in missing.err.splitlines() if line.endswith("--task 0")).strip()
         words = subprocess.run(["sh", "-c", f'printf "%s\\n" {line}'], capture_output=True, text=True, check=True)
         self.assertEqual(words.stdout.splitlines()[1:], ["run", str(self.plan), "--task", "0"])
+
+    def test_names_that_a_plan_or_a_script_cannot_hold_are_refused(self):
+        self.record("a.wav", 6)
+        strange = os.fsdecode(os.fsencode(self.folder) + b"/o\xff")
+        os.mkdir(strange)
+        for options in (["--output", strange], ["--output", self.out, "--parts", strange + "/parts"]):
+            refused = run("plan", self.recordings, "--shard", 5, "--plan", self.plan, *entry_options(WAVES[:1]), *options)
+            self.assertEqual(refused.code, 2, refused.err)
+            self.assertIn("no UTF-8", refused.err)
+        for name in ("a\tb.json", "a\u200eb.json"):
+            refused = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.folder / name,
+                          *entry_options(WAVES[:1]), "--sbatch")
+            self.assertEqual((refused.code, refused.out), (2, ""), refused.err)
+            self.assertIn("--sbatch: a script cannot name", refused.err)
+        self.assertFalse(self.plan.exists())
+
+    def test_a_list_that_is_no_file_is_told(self):
+        names = self.folder / "names"
+        os.mkfifo(names)
+        refused = run("plan", "--list", names, "--output", self.out, "--shard", 5, "--plan", self.plan,
+                      *entry_options(WAVES[:1]))
+        self.assertEqual(refused.code, 2, refused.err)
+        self.assertIn("is no ordinary file", refused.err)
 
     def test_a_plan_made_by_relative_paths_is_used_from_anywhere(self):
         recording = self.record("a.wav", 12)

@@ -3,7 +3,7 @@
     cluster.py [STEP]     every STEP-th place of every kind (default 1), once and for good; beyond 100 once only
 
 A plan passes when it ends with 0 and the undisturbed plan is written, or with 1 or 3 and a message, and there is no plan
-or a whole one. A task passes when it ends with 0, 75 or 3 (or with 1 where memory fails before it has begun, or for
+or a whole one; a file that is no plan it never replaces. A task passes when it ends with 0, 75 or 3 (or with 1 where memory fails before it has begun, or for
 good), with a message unless it is 0, and a task and a join that nothing fails make the undisturbed outputs from what it
 left. So does a join, which ends with 0, 1, 3, 4 or 75: with 0 its outputs are the undisturbed ones, and otherwise another
 join makes them so.
@@ -88,6 +88,15 @@ class Planning(Programs):
         assert closed or not self.plan.exists() or self.plan.read_bytes() == self.wanted, f"another plan: {err}"
         return failed > 0
 
+    def try_plan_over_a_file(self, fault):
+        """That is no plan, and is never replaced by one."""
+        self.plan.write_text("notes\n")
+        code, err, failed = self.program(*self.arguments, "--overwrite", fault=fault)
+        assert code in (1, 2, 3), f"ended with {code}: {err}"
+        assert err.strip(), "no message"
+        assert self.plan.read_text() == "notes\n", "replaced what is no plan"
+        return failed > 0
+
 
 class Night(Programs):
     def __init__(self, folder):
@@ -134,6 +143,24 @@ class Night(Programs):
             assert {path.name for path in self.output.iterdir()} == set(self.wanted), "something is left over"
         return failed > 0
 
+    def try_mending(self, fault):
+        """A task one of whose parts was damaged, which its manifest does not tell."""
+        self.restore(parts=True)
+        part = min((self.output / "night.parts" / "r000000").glob("*.wav"))
+        samples = bytearray(part.read_bytes())
+        samples[-3000] ^= 1
+        part.write_bytes(samples)
+        code, err, failed = self.program("run", self.plan, "--task", 0, fault=fault)
+        killed = fault.error == "kill" and code == -9
+        early = fault.kind == "memory" and code == 1
+        assert killed or early or code in (0, 75, 3), f"ended with {code}: {err}"
+        assert killed or code == 0 or err.strip(), "no message"
+        if code != 0:
+            self.program("run", self.plan, "--task", 0)
+        self.program("join", self.plan, "--remove-parts")
+        assert self.samples() == self.wanted, "other outputs"
+        return failed > 0
+
     def try_join(self, fault):
         self.restore(parts=True)
         code, err, failed = self.program("join", self.plan, fault=fault)
@@ -152,7 +179,8 @@ def main():
     wrong = places = 0
     try:
         night = Night(folder / "night")
-        for attempt in (Planning(folder / "planning").try_plan, night.try_task, night.try_join):
+        planning = Planning(folder / "planning")
+        for attempt in (planning.try_plan, planning.try_plan_over_a_file, night.try_task, night.try_mending, night.try_join):
             for kind, errors in ERRORS.items():
                 for error in errors:
                     for times in (0,) if error == "full" else (1,) if error == "kill" or step > 100 else (1, 0):

@@ -30,8 +30,7 @@ class FileRepair : public InputTest {
   }
   std::string Head(const std::string& path, std::size_t count) const {
     std::string bytes(count, '\0');
-    std::ifstream(PathOf(path), std::ios::binary)
-        .read(bytes.data(), static_cast<std::streamsize>(count));
+    std::ifstream(PathOf(path), std::ios::binary).read(bytes.data(), static_cast<std::streamsize>(count));
     return bytes;
   }
   std::string WriteOld(const std::string& name, const std::string& bytes) const {

@@ -33,12 +33,12 @@ class SigMfFiles : public testing::Test {
   }
   bool Find(const std::string& path) {
     m_warnings.clear();
-    m_strError.clear();
-    return FindSigMfFiles(path, m_found, m_warnings, m_strError);
+    m_problem = {};
+    return FindSigMfFiles(path, m_found, m_warnings, m_problem);
   }
   std::string Refusal(const std::string& path) {
     EXPECT_FALSE(Find(path));
-    return m_strError;
+    return m_problem.strText;
   }
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
@@ -58,7 +58,7 @@ class SigMfFiles : public testing::Test {
   CTempFolder m_folder;
   std::vector<SSigMfFiles> m_found;
   std::vector<std::string> m_warnings;
-  std::string m_strError;
+  SSigMfProblem m_problem;
   std::string m_strLog;
 };
 
@@ -66,7 +66,7 @@ TEST_F(SigMfFiles, PairIsFoundByEitherFileInAnyLetters) {
   const std::string meta = Write("a.sigmf-meta", kMeta);
   const std::string data = Write("a.sigmf-data", std::string(40, 'x'));
   for (const std::string& path : {meta, data}) {
-    ASSERT_TRUE(Find(path)) << m_strError;
+    ASSERT_TRUE(Find(path)) << m_problem.strText;
     ASSERT_EQ(m_found.size(), 1U);
     EXPECT_EQ(m_found[0].strName, "a.sigmf-meta");
     EXPECT_EQ(m_found[0].strPath, data);
@@ -88,7 +88,7 @@ TEST_F(SigMfFiles, FileThatIsMissingIsNamed) {
 TEST_F(SigMfFiles, DatasetIsAFileOfTheSameFolderOnly) {
   Write("x.wav", std::string(10, 'x'));
   const std::string folder = std::filesystem::path(PathOf(m_folder.Path())).filename().string();
-  ASSERT_TRUE(Find(Write("a.sigmf-meta", With(R"("core:dataset": "x.wav")")))) << m_strError;
+  ASSERT_TRUE(Find(Write("a.sigmf-meta", With(R"("core:dataset": "x.wav")")))) << m_problem.strText;
   EXPECT_EQ(m_found[0].strPath, m_folder / "x.wav");
   const std::string whole = PathOf(m_folder / "x.wav").generic_string();  // no backslashes, which JSON would read
   for (const std::string& name :
@@ -105,7 +105,7 @@ TEST_F(SigMfFiles, ArchiveHoldsPairsInAnyFolders) {
                                                 TarFile("a.sigmf-meta", kMeta) + TarFile("../../a.sigmf-data", "no") +
                                                 TarFile("a.sigmf-data", "1234") + TarFile("two/b.sigmf-meta", kMeta) +
                                                 std::string(1024, '\0'));
-  ASSERT_TRUE(Find(path)) << m_strError;
+  ASSERT_TRUE(Find(path)) << m_problem.strText;
   EXPECT_THAT(Names(), ElementsAre("a.sigmf-meta", "two/b.sigmf-meta"));
   EXPECT_EQ(m_found[0].strPath, path);
   EXPECT_EQ(m_found[0].nBytes, 4);
@@ -136,7 +136,8 @@ TEST_F(SigMfFiles, CollectionNamesFilesOfItsFolderOnly) {
   const auto collection = [this](const std::string& streams) {
     return Write("c.sigmf-collection", R"({"collection": {"core:streams": [)" + streams + "]}}");
   };
-  ASSERT_TRUE(Find(collection(R"(["a", ""], ["../a", ""], ["gone", ""], {"name": "a", "hash": "00"})"))) << m_strError;
+  ASSERT_TRUE(Find(collection(R"(["a", ""], ["../a", ""], ["gone", ""], {"name": "a", "hash": "00"})")))
+      << m_problem.strText;
   EXPECT_THAT(Names(), ElementsAre("a.sigmf-meta", "a.sigmf-meta"));
   EXPECT_THAT(m_warnings, ElementsAre(HasSubstr("../a: is no file name"), HasSubstr("gone.sigmf-meta"),
                                       HasSubstr("not as it was")));

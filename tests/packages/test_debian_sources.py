@@ -60,6 +60,12 @@ class TestSourcesOfDebianPackages(unittest.TestCase):
         self.assertEqual(self.given(), {*COPIED, "cmake/commit.txt", "with a blank.txt"})
         self.assertEqual((self.project / "build" / "commit").read_text().strip(), COMMIT)
 
+    def test_what_a_user_leaves_out_of_all_repositories_is_not_left_out(self):
+        ignored = self.home / ".config" / "git" / "ignore"
+        ignored.parent.mkdir(parents=True)
+        ignored.write_text("*.txt\n")
+        self.assertEqual(self.given(), {*COPIED, "cmake/commit.txt", "with a blank.txt"})
+
     def test_a_clone_gives_its_files_as_they_lie_there(self):
         self.commit_all()
         self.build_something()
