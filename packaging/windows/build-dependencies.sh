@@ -31,8 +31,10 @@ provide() {
   [ "$(cat "$stamp" 2>/dev/null)" != "$wanted" ] || return 0
   echo "Building $name for Windows" >&2
   mkdir -p "$prefix/stamps" "$prefix/include" "$prefix/share/cmake"
-  rm -f "$stamp"
+  rm -f "$stamp" "$work"/*.dsc
   "provide_$name"
+  # Of what sources: those that could be had, which need not be those of the packages that are installed.
+  cat /dev/null $(compgen -G "$work/*.dsc") | sed -nE 's/^(Source|Version): //p' | paste - - > "$prefix/stamps/$name.sources"
   echo "$wanted" > "$stamp"
 }
 

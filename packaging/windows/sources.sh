@@ -9,6 +9,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 . packaging/debian/packages.sh
 . packaging/debian/source_packages.sh
 . packaging/source_date.sh
+project=$PWD
+. packaging/windows/third_party.sh
 install_packages dpkg-dev git
 
 work=$(mktemp -d)
@@ -18,8 +20,28 @@ version=$(sed -n 's/^#define CARVELLO_PRODUCT_VERSION "\(.*\)"$/\1/p' src/suppor
 name=Carvello-$version-sources
 mkdir -p "$folder" "$work/$name"
 git archive --prefix=carvello/ --output "$work/$name/carvello.tar.gz" HEAD
+# linked_in PACKAGE: the version of the sources that what is linked in was made of.
+linked_in() {
+  case $1 in
+    qt6-translations) dpkg-query -W -f '${source:Version}' qt6-translations-l10n ;;
+    cli11) dpkg-query -W -f '${source:Version}' libcli11-dev ;;
+    nlohmann-json3) dpkg-query -W -f '${source:Version}' nlohmann-json3-dev ;;
+    qt6-base) built_from qt qt6-base-dev ;;
+    pugixml) built_from pugixml libpugixml-dev ;;
+    zlib) built_from zlib zlib1g-dev ;;
+    libpng1.6) built_from png libpng-dev ;;
+  esac
+}
+
 for package in qt6-base qt6-translations pugixml zlib libpng1.6 cli11 nlohmann-json3; do
   download_source "$package"
+  given=$(sed -n 's/^Version: //p' "$work/${package}_"*.dsc)
+  wanted=$(linked_in "$package")
+  if [ "$given" != "$wanted" ]; then
+    echo "The sources of $package $wanted, which are linked in, cannot be had: $given can. Upgrade this system, and build" \
+      "its libraries for Windows anew." >&2
+    exit 1
+  fi
   mv "$work/${package}_"* "$work/$name/"
 done
 # The same files give the same archive.

@@ -3,10 +3,12 @@
 
 deps=$project/build/windows-deps
 
-# built_from NAME PACKAGE: the version of PACKAGE that build-dependencies.sh has built NAME from.
+# built_from NAME PACKAGE: the version of PACKAGE, or of the sources that it is of, that build-dependencies.sh has built
+# NAME from.
 built_from() {
   local version
-  version=$(sed -nE "s/^$2(:[a-z0-9]+)?\t(.*)$/\2/p" "$deps/stamps/$1" | head -n 1)
+  version=$(cut -f 2 "$deps/stamps/$1.sources" 2> /dev/null || true)
+  [ -n "$version" ] || version=$(sed -nE "s/^$2(:[a-z0-9]+)?\t(.*)$/\2/p" "$deps/stamps/$1" | head -n 1)
   [ -n "$version" ] || { echo "$1 was not built by packaging/windows/build-dependencies.sh" >&2; return 1; }
   echo "$version"
 }

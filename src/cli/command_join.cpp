@@ -61,10 +61,12 @@ EExit CJoinCommand::Run() {
   const auto begun = std::chrono::steady_clock::now();
   const std::int64_t cpuBegun = platform::ProcessCpuMilliseconds();
   std::vector<std::size_t> missing;
+  std::vector<std::string> problems;
   std::vector<std::string> existing;
   SCutReport report;
   for (const bool joins : {false, true}) {
     report = {};
+    problems.clear();
     if (joins) CatchStopRequests();
     for (std::size_t i = 0; i < plan.recordings.size() && StopRequests() == 0; ++i) {
       COpenRecording recording;
@@ -74,7 +76,7 @@ EExit CJoinCommand::Run() {
         return opened == COpenRecording::EResult::Unreadable ? EExit::TryAgain : EExit::InputUnreadable;
       }
       Parts parts;
-      const std::vector<std::size_t> incomplete = FindParts(plan, i, recording, parts);
+      const std::vector<std::size_t> incomplete = FindParts(plan, i, recording, parts, problems);
       SCutReport planned = PlannedReport(recording.Entries(), "not processed");
       std::vector<SWanted> wanted;
       if (incomplete.empty() || m_bSkipExisting) {
@@ -99,7 +101,7 @@ EExit CJoinCommand::Run() {
       PrintExisting(existing);
       return EExit::OutputsExist;
     }
-    if (!missing.empty()) return TellMissing(missing);
+    if (!missing.empty()) return TellMissing(missing, problems);
   }
   report.dElapsedSeconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
   report.dCpuSeconds = static_cast<double>(platform::ProcessCpuMilliseconds() - cpuBegun) / 1000.0;
@@ -112,9 +114,10 @@ EExit CJoinCommand::Run() {
   return result;
 }
 
-// Gives the tasks of which one is not there.
+// Gives the tasks of which one is not there, or cannot be read, which is a problem then.
 std::vector<std::size_t> CJoinCommand::FindParts(const SWorkPlan& plan, std::size_t number,
-                                                 const COpenRecording& recording, Parts& parts) const {
+                                                 const COpenRecording& recording, Parts& parts,
+                                                 std::vector<std::string>& problems) const {
   std::vector<std::size_t> incomplete;
   const SPartOrigin origin = OriginOf(plan, plan.recordings[number]);
   parts.assign(recording.Entries().Size(), {});
@@ -126,7 +129,9 @@ std::vector<std::size_t> CJoinCommand::FindParts(const SWorkPlan& plan, std::siz
        task < plan.tasks.size() && plan.tasks[task].nRecording == number; ++task) {
     bool complete = true;
     for (const STaskPart& part : PartsOf(plan, task, recording)) {
-      std::optional<SPartManifest> manifest = FindManifest(part, PartKey(origin, part));
+      std::string problem;
+      std::optional<SPartManifest> manifest = FindManifest(part, PartKey(origin, part), &problem);
+      if (!problem.empty()) problems.push_back(problem);
       complete = complete && manifest;
       if (manifest) parts[part.nEntry].push_back({part.strPath, std::move(*manifest)});
     }
@@ -150,7 +155,9 @@ std::string CJoinCommand::GapIn(const COpenRecording& recording, const Parts& pa
   return {};
 }
 
-EExit CJoinCommand::TellMissing(const std::vector<std::size_t>& missing) const {
+EExit CJoinCommand::TellMissing(const std::vector<std::size_t>& missing,
+                                const std::vector<std::string>& problems) const {
+  PrintMessages(problems);
   PrintMessage(missing.size() == 1 ? "1 task is not complete. Do it again, then join:"
                                    : Format("%zu tasks are not complete. Do them again, then join:", missing.size()));
   std::vector<std::string> lines;

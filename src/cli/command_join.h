@@ -25,9 +25,9 @@ class CJoinCommand : public CCommand {
   using Parts = std::vector<std::vector<SReadyPart>>;
 
   std::vector<std::size_t> FindParts(const SWorkPlan& plan, std::size_t number, const COpenRecording& recording,
-                                     Parts& parts) const;
+                                     Parts& parts, std::vector<std::string>& problems) const;
   std::string GapIn(const COpenRecording& recording, const Parts& parts) const;
-  EExit TellMissing(const std::vector<std::size_t>& missing) const;
+  EExit TellMissing(const std::vector<std::size_t>& missing, const std::vector<std::string>& problems) const;
   // An entry of a recording that is to be made, by its place in the list.
   struct SWanted {
     std::size_t nEntry = 0;

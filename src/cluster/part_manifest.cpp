@@ -21,14 +21,19 @@ constexpr int kFormat = 1;
 constexpr std::int64_t kLargestManifest = std::int64_t{256} << 20;
 constexpr std::size_t kPiece = std::size_t{1} << 20;
 
-std::optional<std::string> TextOf(const std::string& path) {
+// `error`: the system's, where it did not let the file be read; 0 else.
+std::optional<std::string> TextOf(const std::string& path, std::uint32_t& error) {
   CFile file;
-  if (!file.Open(path, platform::EOpenMode::ReadShared)) return std::nullopt;
-  const std::int64_t length = file.Length();
-  if (length < 0 || length > kLargestManifest) return std::nullopt;
-  std::string text(static_cast<std::size_t>(length), '\0');
-  if (!file.ReadExactly(text.data(), text.size())) return std::nullopt;
-  return text;
+  error = 0;
+  if (!file.Open(path, platform::EOpenMode::ReadShared)) {
+    error = platform::LastError();
+    return std::nullopt;
+  }
+  const std::int64_t length = std::min(file.Length(), kLargestManifest + 1);
+  std::string text(static_cast<std::size_t>(std::max<std::int64_t>(length, 0)), '\0');
+  const bool read = length >= 0 && length <= kLargestManifest && file.ReadExactly(text.data(), text.size());
+  error = file.FirstError();
+  return read ? std::optional(text) : std::nullopt;
 }
 
 // With an end, so that no two sequences of texts are the same.
@@ -121,16 +126,29 @@ std::optional<SPartManifest> ParseManifest(std::string_view text) {
   return manifest;
 }
 
-std::optional<SPartManifest> FindManifest(const STaskPart& part, const std::string& key) {
-  const std::optional<std::string> text = TextOf(part.strManifest);
-  if (!text) return std::nullopt;
+std::optional<SPartManifest> FindManifest(const STaskPart& part, const std::string& key, std::string* problem) {
+  const auto tell = [problem](const std::string& text) {
+    if (problem != nullptr) *problem = text;
+  };
+  tell({});
+  std::uint32_t unread = 0;
+  const std::optional<std::string> text = TextOf(part.strManifest, unread);
+  if (!text) {
+    if (unread != 0 && !platform::MeansMissing(unread)) {
+      tell(part.strManifest + ": cannot be read: " + SystemErrorText(unread));
+    }
+    return std::nullopt;
+  }
   std::optional<SPartManifest> manifest = ParseManifest(*text);
   const bool fits = manifest && manifest->strKey == key && manifest->nFirst == part.range.nFirst &&
                     manifest->nFrames == part.range.nEnd - part.range.nFirst;
   if (!fits) return std::nullopt;
   SPartSamples samples;
   std::string error;
-  if (!FindPartSamples(part.strPath, samples, error)) return std::nullopt;
+  if (!FindPartSamples(part.strPath, samples, error)) {
+    if (platform::IsThere(part.strPath) != std::optional(false)) tell(error);
+    return std::nullopt;
+  }
   if (samples.nBytes != manifest->nFrames * samples.FrameBytes()) return std::nullopt;
   return manifest;
 }

@@ -40,8 +40,9 @@ std::string PartManifestText(const SPartManifest& manifest);
 // Nothing when the text is none. Numbers are whole and not negative.
 std::optional<SPartManifest> ParseManifest(std::string_view text);
 // Nothing when there is none of this key, with a part of its size beside it. What cannot be read counts as not there,
-// and is made again.
-std::optional<SPartManifest> FindManifest(const STaskPart& part, const std::string& key);
+// and is made again; `problem` names it then, with the system's reason.
+std::optional<SPartManifest> FindManifest(const STaskPart& part, const std::string& key,
+                                          std::string* problem = nullptr);
 // Whether there is one, and the part's samples are those that it tells of: reads them.
 bool IsPartWhole(const STaskPart& part, const std::string& key);
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "input/foreign_recordings.h"
+#include "input/hand_made_tar.h"
 #include "input/input_fixture.h"
 #include "input/recording_set.h"
 #include "input/wave_file_reader.h"
@@ -89,6 +90,7 @@ namespace {
 std::string Described(const CRecordingSet& set, const std::string& folder) {
   std::string text = set.strSourceName + " " + std::to_string(set.nRadioCenterFreq) + " Hz, " +
                      std::to_string(set.tStart) + " to " + std::to_string(set.tEnd) + ", " + set.strMetadata;
+  for (const SRecordingPart& part : set.parts) text += ", " + part.strName;
   for (const SRecordingFile& file : set.files) {
     text += "\n" + file.strPath.substr(folder.size()) + " " + std::to_string(file.nDataBytes) + " " +
             std::to_string(file.nSampleBytes) + " " + std::to_string(file.stamp.nSize) + " " +
@@ -162,6 +164,12 @@ class ReadFaults : public InputTest {
   }
 };
 
+std::string SigMfMeta(int hour, const std::string& members = {}) {
+  return R"({"global": {"core:datatype": "ci16_le", "core:sample_rate": 1000, "core:version": "1.2.5")" + members +
+         R"(}, "captures": [{"core:sample_start": 0, "core:frequency": 7100000, "core:datetime": "2026-03-01T)" +
+         Format("%02d", hour) + R"(:00:00Z"}], "annotations": []})";
+}
+
 std::string NumberedMember(std::size_t dataBytes) {
   const std::string list = Chunk("LIST", "INFO" + InfoText("INAM", "name"));
   return PlainWave(dataBytes,
@@ -215,6 +223,43 @@ TEST_F(ReadFaults, OfAHeadOfItsOwnEndInTheSameDescriptionOrAnError) {
     Write(folder + "/rec.sdriq", head + Le32(0x51358137U) + std::string(4000, 'x'));
   };
   ExpectTheSameOrAnError(write, "rec.sdriq", 1, 5);
+}
+
+TEST_F(ReadFaults, OfAPairOfSigMfEndInTheSameDescriptionOrAnError) {
+  const auto write = [this](const std::string& folder) {
+    Write(folder + "/a.sigmf-meta", SigMfMeta(1));
+    Write(folder + "/a.sigmf-data", std::string(4000, 'x'));
+  };
+  for (const char* const selected : {"a.sigmf-meta", "a.sigmf-data"}) ExpectTheSameOrAnError(write, selected, 1, 5);
+}
+
+TEST_F(ReadFaults, OfACollectionOfSigMfEndInTheSameDescriptionOrAnError) {
+  const auto write = [this](const std::string& folder) {
+    for (const char* const name : {"a", "b"}) {
+      Write(folder + "/" + name + ".sigmf-meta", SigMfMeta(*name - 'a'));
+      Write(folder + "/" + name + ".sigmf-data", std::string(4000, *name));
+    }
+    Write(folder + "/c.sigmf-collection", R"({"collection": {"core:streams": [["a", ""], ["b", ""]]}})");
+  };
+  ExpectTheSameOrAnError(write, "c.sigmf-collection", 1, 20);
+}
+
+// The second recording's files have names that do not fit their heads.
+TEST_F(ReadFaults, OfAnArchiveOfSigMfEndInTheSameDescriptionOrAnError) {
+  const auto named = [](const std::string& name, const std::string& content) {
+    const std::string path = std::string(90, 'd') + "/" + name;
+    const std::string line = Format("%zu path=%s\n", path.size() + 10, path.c_str());
+    return TarFile("PaxHeaders/x", line, {.type = 'x'}) + TarFile("short", content) + TarFile("more.txt", "x");
+  };
+  const auto write = [&](const std::string& folder) {
+    Write(folder + "/a.sigmf", TarFile("a.sigmf-meta", SigMfMeta(1)) + TarFile("a.sigmf-data", std::string(4000, 'a')) +
+                                   named("b.sigmf-meta", SigMfMeta(2)) + named("b.sigmf-data", std::string(4000, 'b')) +
+                                   std::string(1024, '\0'));
+  };
+  MakeFolder("whole");
+  write("whole");
+  EXPECT_NE(Analyse("whole", "a.sigmf").strDescription.find("/b.sigmf-meta"), std::string::npos);
+  ExpectTheSameOrAnError(write, "a.sigmf", 1, 20);
 }
 
 TEST_F(ReadFaults, OfTheInfoTextsAreTold) {

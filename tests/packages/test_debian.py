@@ -113,7 +113,8 @@ class TestOnABareSystem(unittest.TestCase):
         return run("chroot", self.system, "bash", "-euc", script, env=environment)
 
     def files(self):
-        return set(self.inside("find / -xdev \\( -path /proc -o -path /sys \\) -prune -o -type f -print").splitlines())
+        """Files, folders and links."""
+        return set(self.inside("find / -xdev \\( -path /proc -o -path /sys \\) -prune -o -print").splitlines())
 
     def test_installed_run_and_removed(self):
         before = self.files()
@@ -121,7 +122,10 @@ class TestOnABareSystem(unittest.TestCase):
         self.inside("cd /tmp; carvello-cli synth band.wav --seconds 3; mkdir cuts;"
                     "carvello-cli cut band.wav --output cuts --entry f=7.35M,bw=10k; carvello-cli info cuts/*.wav")
         self.inside("apt-get -q -y install --no-install-recommends /tmp/carvello_*.deb")
-        self.assertIn("1.0", self.inside("QT_QPA_PLATFORM=offscreen carvello --version"))
+        for program in ("carvello", "carvello-cli"):
+            told = self.inside(f"QT_QPA_PLATFORM=offscreen {program} --version").splitlines()
+            release = re.search(r"(?m)^## (\S+)", (PROJECT / "CHANGELOG.md").read_text())[1]
+            self.assertIn(f"Release: {release}", told)
         # It shows its window, and is then ended from outside.
         self.inside("cd /tmp; status=0; QT_QPA_PLATFORM=offscreen timeout 5 carvello band.wav || status=$?;"
                     "[ $status = 124 ]")
