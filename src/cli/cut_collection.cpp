@@ -42,7 +42,10 @@ bool WriteSigMfCollection(const std::string& path, const CRecordingSet& recordin
   std::vector<std::pair<std::string, std::string>> streams;
   for (const SCutOutput& output : report.outputs) {
     if (!output.result.bOk) continue;
+    const std::size_t before = streams.size();
+    bool isPair = false;
     for (const std::string& file : output.result.files) {
+      isPair = isPair || file.ends_with(kSigMfDataExtension);
       if (!file.ends_with(kSigMfMetaExtension)) continue;
       std::string hash;
       if (!HashFile(file, hash)) {
@@ -51,6 +54,10 @@ bool WriteSigMfCollection(const std::string& path, const CRecordingSet& recordin
       }
       const std::string name = platform::NameOf(file);
       streams.emplace_back(name.substr(0, name.size() - std::string_view(kSigMfMetaExtension).size()), hash);
+    }
+    if (isPair && streams.size() == before) {
+      error = "--collection: " + output.result.strFileName + ": its meta file cannot be read";
+      return false;
     }
   }
   if (streams.empty()) return true;
