@@ -34,7 +34,7 @@ provide() {
   rm -f "$stamp" "$work"/*.dsc
   "provide_$name"
   # Of what sources: those that could be had, which need not be those of the packages that are installed.
-  cat /dev/null $(compgen -G "$work/*.dsc") | sed -nE 's/^(Source|Version): //p' | paste - - > "$prefix/stamps/$name.sources"
+  find "$work" -maxdepth 1 -name '*.dsc' -exec sed -n '/^Version: /{s///p;q}' {} \; > "$prefix/stamps/$name.sources"
   echo "$wanted" > "$stamp"
 }
 

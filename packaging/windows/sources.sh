@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Packs the sources of what is handed out for Windows: this project as it was last committed, and Debian's source packages
-# of the libraries that are linked in. The licences want the archive to go wherever the folder goes.
+# of the libraries that are linked in, as build-dependencies.sh has built them. The licences want the archive to go
+# wherever the folder goes.
 #   sources.sh           puts it into build/windows-package
 #   sources.sh FOLDER    puts it into FOLDER
 set -euo pipefail
@@ -35,7 +36,7 @@ linked_in() {
 
 for package in qt6-base qt6-translations pugixml zlib libpng1.6 cli11 nlohmann-json3; do
   download_source "$package"
-  given=$(sed -n 's/^Version: //p' "$work/${package}_"*.dsc)
+  given=$(sed -n '/^Version: /{s///p;q}' "$work/${package}_"*.dsc)
   wanted=$(linked_in "$package")
   if [ "$given" != "$wanted" ]; then
     echo "The sources of $package $wanted, which are linked in, cannot be had: $given can. Upgrade this system, and build" \

@@ -7,7 +7,7 @@ deps=$project/build/windows-deps
 # NAME from.
 built_from() {
   local version
-  version=$(cut -f 2 "$deps/stamps/$1.sources" 2> /dev/null || true)
+  version=$(cat "$deps/stamps/$1.sources" 2> /dev/null || true)
   [ -n "$version" ] || version=$(sed -nE "s/^$2(:[a-z0-9]+)?\t(.*)$/\2/p" "$deps/stamps/$1" | head -n 1)
   [ -n "$version" ] || { echo "$1 was not built by packaging/windows/build-dependencies.sh" >&2; return 1; }
   echo "$version"

@@ -95,19 +95,23 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
     if (m_options.bJson) PrintOut(CutReportJson(PlannedReport(entries, problem)));
     return EExit::OutputFailed;
   }
-  if (const EExit checked = CheckReplacedInput(entries, recording, folders); checked != EExit::Ok) return checked;
-  if (const EExit checked = CheckCollection(request.strCollection, recording); checked != EExit::Ok) return checked;
-  SCutReport report = PlannedReport(entries, "not processed");
-  if (m_options.bSkipExisting) {
-    LeaveFinished(recording, folders, true, entries, report);
-  } else if (!m_options.bOverwrite) {
-    const auto existing = ExistingFiles(entries, folders);
-    if (!existing) return EExit::OutputFailed;
-    if (!existing->empty()) {
-      PrintExisting(*existing);
-      return EExit::OutputsExist;
-    }
+  std::vector<std::string> existing;
+  SRefusal refusal = CheckReplacedInput(entries, recording, folders);
+  if (refusal.exit == EExit::Ok) refusal = CheckCollection(request.strCollection, recording);
+  const bool asks = !m_options.bOverwrite && !m_options.bSkipExisting;
+  if (refusal.exit == EExit::Ok && asks) refusal = FindExisting(entries, folders, existing);
+  if (refusal.exit != EExit::Ok) {
+    PrintMessage(refusal.strText);
+    const bool failed = refusal.exit == EExit::OutputFailed;
+    if (m_options.bJson && failed) PrintOut(CutReportJson(PlannedReport(entries, refusal.strText)));
+    return refusal.exit;
   }
+  if (!existing.empty()) {
+    PrintExisting(existing);
+    return EExit::OutputsExist;
+  }
+  SCutReport report = PlannedReport(entries, "not processed");
+  if (m_options.bSkipExisting) LeaveFinished(recording, folders, true, entries, report);
   if (entries.Size() == 0) {
     PrintErrLine("All output files exist, processing not started.");
     if (m_options.bJson) PrintOut(CutReportJson(report));
@@ -120,8 +124,8 @@ EExit CCutCommand::Cut(const SCutRequest& request, const CRecordingSet& recordin
 }
 
 // What stands there is replaced with consent only, or where finished outputs are left as they are: it names them again.
-EExit CCutCommand::CheckCollection(const std::string& path, const CRecordingSet& recording) const {
-  if (path.empty()) return EExit::Ok;
+SRefusal CCutCommand::CheckCollection(const std::string& path, const CRecordingSet& recording) const {
+  if (path.empty()) return {};
   const bool replace = m_options.bOverwrite || (m_options.bSkipExisting && IsOwnCollection(path));
   return CheckNewFile("--collection " + path, path, recording, replace);
 }

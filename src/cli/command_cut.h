@@ -7,6 +7,7 @@
 #include "cli/cut_report.h"
 #include "cli/cut_request.h"
 #include "cli/given_options.h"
+#include "cli/output_checks.h"
 #include "dsp/dsp_binding.h"
 #include "engine/entry_list.h"
 #include "engine/output_files.h"
@@ -25,7 +26,7 @@ class CCutCommand : public CCommand {
   EExit Cut(const SCutRequest& request, const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries);
   EExit RunJob(EEngineSetting engine, const CRecordingSet& recording, const DspBinding& dsp, CEntryList& entries,
                SCutReport& report) const;
-  EExit CheckCollection(const std::string& path, const CRecordingSet& recording) const;
+  SRefusal CheckCollection(const std::string& path, const CRecordingSet& recording) const;
   // The exit code that the command ends with: `result`, unless that was good and writing fails.
   EExit WriteCollection(const std::string& path, const CRecordingSet& recording, const SCutReport& report,
                         EExit result) const;

@@ -188,16 +188,16 @@ EExit CJoinCommand::Settle(const COpenRecording& recording, bool looks, SCutRepo
                            std::vector<SWanted>& wanted, std::vector<std::string>& existing) const {
   COutputFolders folders;
   CEntryList list = recording.Entries();
-  const EExit checked = CheckReplacedInput(list, recording.Recording(), folders);
-  if (checked != EExit::Ok) return checked;
-  std::set<std::size_t> again;
-  if (m_bSkipExisting) {
-    again = LeaveFinished(recording.Recording(), folders, looks, list, report);
-  } else if (!m_bOverwrite && looks) {
-    const auto found = ExistingFiles(list, folders);
-    if (!found) return EExit::OutputFailed;
-    existing.insert(existing.end(), found->begin(), found->end());
+  SRefusal refusal = CheckReplacedInput(list, recording.Recording(), folders);
+  const bool asks = looks && !m_bOverwrite && !m_bSkipExisting;
+  if (refusal.exit == EExit::Ok && asks) refusal = FindExisting(list, folders, existing);
+  if (refusal.exit != EExit::Ok) {
+    PrintMessage(refusal.strText);
+    if (m_bJson && refusal.exit == EExit::OutputFailed) PrintOut(CutReportJson(PlannedReport(list, refusal.strText)));
+    return refusal.exit;
   }
+  std::set<std::size_t> again;
+  if (m_bSkipExisting) again = LeaveFinished(recording.Recording(), folders, looks, list, report);
   for (std::size_t i = 0; i < report.outputs.size(); ++i) {
     if (!report.outputs[i].bSkipped) wanted.push_back({i, m_bOverwrite || again.contains(i)});
   }

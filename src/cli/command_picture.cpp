@@ -70,8 +70,11 @@ EExit CPictureCommand::Run() {
     return EExit::Usage;
   }
   const std::string& strOutput = m_options.strOutput;
-  const EExit checked = CheckNewFile(strOutput, strOutput, recording, m_options.bOverwrite);
-  if (checked != EExit::Ok) return checked;
+  if (const SRefusal refusal = CheckNewFile(strOutput, strOutput, recording, m_options.bOverwrite);
+      refusal.exit != EExit::Ok) {
+    PrintMessage(refusal.strText);
+    return refusal.exit;
+  }
   if (!CanWriteWholeFile(strOutput, error)) {
     PrintMessage(error);
     return EExit::OutputFailed;

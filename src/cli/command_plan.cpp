@@ -172,8 +172,10 @@ EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) con
     return EExit::Usage;
   }
   const auto parts = platform::ListFolder(plan.strParts);
+  const std::uint32_t unlisted = parts ? 0 : platform::LastError();
   if (!parts && platform::IsThere(plan.strParts) != std::optional(false)) {
-    PrintMessage(plan.strParts + ": " + SystemErrorText() + ". Accepted: --parts with a folder, or a new name for one");
+    PrintMessage(plan.strParts + ": " + SystemErrorText(unlisted) +
+                 ". Accepted: --parts with a folder, or a new name for one");
     return EExit::OutputFailed;
   }
   if (!exists && parts && !parts->empty()) {
@@ -222,7 +224,7 @@ EExit CPlanCommand::Run() {
     PrintExisting(sums.existing);
     return EExit::OutputsExist;
   }
-  if (const EExit complete = PrintLeftOut(plan, sums); complete != EExit::Ok) return complete;
+  if (const EExit complete = PrintLeftOut(sums); complete != EExit::Ok) return complete;
   if (plan.tasks.empty()) {
     PrintMessage(sums.nRecordings == 0
                      ? "no recordings found. Accepted: their files, or folders that hold them"
@@ -271,13 +273,12 @@ EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPla
       std::string error;
       const std::uint32_t told = parts > 1 ? part : 0;
       const COpenRecording::EResult opened = recording.Open(plan, file.strPath, told, error);
-      if (opened == COpenRecording::EResult::NoRecording && !file.bNamed) {
-        sums.leftOut.push_back({file.strPath, error});
-        break;
-      }
-      if (opened == COpenRecording::EResult::Unreadable && !file.bNamed && !platform::IsReadable(file.strPath) &&
-          platform::MeansRefused(platform::LastError())) {
-        sums.leftOut.push_back({file.strPath, error, ELeftOut::Refused});
+      if (!file.bNamed &&
+          (opened == COpenRecording::EResult::NoRecording || opened == COpenRecording::EResult::Unreadable)) {
+        const bool refused = !platform::IsReadable(file.strPath) && platform::MeansRefused(platform::LastError());
+        const ELeftOut unread = refused ? ELeftOut::Refused : ELeftOut::Unread;
+        const bool isNone = opened == COpenRecording::EResult::NoRecording;
+        sums.leftOut.push_back({file.strPath, error, isNone ? ELeftOut::NoRecording : unread});
         break;
       }
       if (opened != COpenRecording::EResult::Ok) {
@@ -294,6 +295,7 @@ EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPla
         continue;
       }
       ++sums.nRecordings;
+      sums.endings.insert(EndingOf(file.strPath));
       for (const std::string& warning : recording.Input().warnings) sums.warnings.push_back(warning);
       const EExit added = AddRecording(recording, file.strPath, told, plan, sums);
       if (added != EExit::Ok) return added;
@@ -305,8 +307,14 @@ EExit CPlanCommand::AddRecordings(const std::vector<SFoundFile>& files, SWorkPla
 EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::string& input, std::uint32_t part,
                                  SWorkPlan& plan, SSums& sums) const {
   COutputFolders folders;
-  const EExit checked = CheckReplacedInput(recording.Entries(), recording.Recording(), folders);
-  if (checked != EExit::Ok) return checked;
+  SRefusal refusal = CheckReplacedInput(recording.Entries(), recording.Recording(), folders);
+  if (refusal.exit == EExit::Ok && !m_options.bOverwrite && !m_options.bSkipExisting) {
+    refusal = FindExisting(recording.Entries(), folders, sums.existing);
+  }
+  if (refusal.exit != EExit::Ok) {
+    PrintMessage(refusal.strText);
+    return refusal.exit;
+  }
   for (const OutputEntry* entry : recording.Entries().Pointers()) {
     if (sums.outputs.insert(platform::FileNameKey(entry->strFileName)).second) continue;
     const std::string which = part == 0 ? input : Format("part %u of %s", part, input.c_str());
@@ -315,11 +323,6 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
                "--output",
                entry->strFileName.c_str(), which.c_str(), part == 0 ? "" : " by --part"));
     return EExit::Usage;
-  }
-  if (!m_options.bOverwrite && !m_options.bSkipExisting) {
-    const auto existing = ExistingFiles(recording.Entries(), folders);
-    if (!existing) return EExit::OutputFailed;
-    sums.existing.insert(sums.existing.end(), existing->begin(), existing->end());
   }
   SPlannedRecording planned = recording.Planned(input, part);
   for (const SPlannedFile& file : planned.files) {
@@ -359,9 +362,8 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
 
 // First those that are named like the recordings: a broken one must not drown in notes and pictures. One that was not
 // read may be a recording, which a plan must not lose.
-EExit CPlanCommand::PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const {
-  std::set<std::string> endings;
-  for (const SPlannedRecording& recording : plan.recordings) endings.insert(EndingOf(recording.strInput));
+EExit CPlanCommand::PrintLeftOut(const SSums& sums) const {
+  const std::set<std::string>& endings = sums.endings;
   std::vector<std::string> messages;
   for (const SLeftOutFile& file : sums.leftOut) {
     const bool likely = endings.empty() || endings.contains(EndingOf(file.strPath));

@@ -33,7 +33,8 @@ class CPlanCommand : public CCommand {
     std::uint32_t nBytesPerFrame = 0;
     double dOutputBytes = 0.0;
     std::size_t nOutputs = 0;
-    std::size_t nRecordings = 0;  // looked at; the plan has those that hold any of the entries
+    std::size_t nRecordings = 0;    // looked at; the plan has those that hold any of the entries
+    std::set<std::string> endings;  // of their names
     std::vector<SLeftOutFile> leftOut;
     std::vector<std::string> existing;  // files of outputs
     std::vector<std::string> warnings;
@@ -44,7 +45,7 @@ class CPlanCommand : public CCommand {
   EExit AddRecordings(const std::vector<SFoundFile>& files, SWorkPlan& plan, SSums& sums) const;
   EExit AddRecording(const COpenRecording& recording, const std::string& input, std::uint32_t part, SWorkPlan& plan,
                      SSums& sums) const;
-  EExit PrintLeftOut(const SWorkPlan& plan, const SSums& sums) const;
+  EExit PrintLeftOut(const SSums& sums) const;
   void PrintResult(const SWorkPlan& plan, const SSums& sums) const;
 
   SCutOptions m_options;

@@ -77,8 +77,11 @@ bool CScanCommand::ReadOptions(SScanRequest& request, std::string& error) const 
 
 EExit CScanCommand::CheckJobFile(const CRecordingSet& recording) const {
   if (m_strJobFile.empty()) return EExit::Ok;
-  const EExit checked = CheckNewFile(m_strJobFile, m_strJobFile, recording, m_bOverwrite);
-  if (checked != EExit::Ok) return checked;
+  if (const SRefusal refusal = CheckNewFile(m_strJobFile, m_strJobFile, recording, m_bOverwrite);
+      refusal.exit != EExit::Ok) {
+    PrintMessage(refusal.strText);
+    return refusal.exit;
+  }
   std::string error;
   if (CanWriteWholeFile(m_strJobFile, error)) return EExit::Ok;
   PrintMessage(error);

@@ -1,5 +1,6 @@
 #include "cli/output_checks.h"
 
+#include <optional>
 #include <set>
 
 #include "cli/console.h"
@@ -16,36 +17,26 @@ constexpr std::size_t kLinesListed = 20;
 
 }  // namespace
 
-EExit CheckReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders) {
+SRefusal CheckReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders) {
   const std::vector<std::string> inputFiles = recording.AllFiles();
   for (const OutputEntry* entry : entries.Pointers()) {
     const std::vector<std::string> replaced = folders.InputFilesReplaced(*entry, inputFiles);
-    if (!folders.Problem().empty()) {
-      PrintMessage(folders.Problem());
-      return EExit::OutputFailed;
-    }
+    if (!folders.Problem().empty()) return {EExit::OutputFailed, folders.Problem()};
     if (replaced.empty()) continue;
-    PrintMessage(Format("--output: %s would replace the input file %s. Accepted: another folder",
-                        entry->strFileName.c_str(), replaced.front().c_str()));
-    return EExit::Usage;
+    return {EExit::Usage, Format("--output: %s would replace the input file %s. Accepted: another folder",
+                                 entry->strFileName.c_str(), replaced.front().c_str())};
   }
-  return EExit::Ok;
+  return {};
 }
 
-EExit CheckNewFile(const std::string& what, const std::string& path, const CRecordingSet& recording, bool overwrite) {
+SRefusal CheckNewFile(const std::string& what, const std::string& path, const CRecordingSet& recording,
+                      bool overwrite) {
   const std::optional<bool> isInput = IsInputFile(path, recording);
   const std::optional<bool> there = isInput ? platform::IsThere(path) : std::nullopt;
-  if (!there) {
-    PrintMessage(what + ": " + SystemErrorText());
-    return EExit::OutputFailed;
-  }
-  if (*isInput) {
-    PrintMessage(what + ": is a file of the input. Accepted: another name");
-    return EExit::Usage;
-  }
-  if (overwrite || !*there) return EExit::Ok;
-  PrintMessage(what + ": exists already. Accepted: --overwrite or another name");
-  return EExit::OutputsExist;
+  if (!there) return {EExit::OutputFailed, what + ": " + SystemErrorText()};
+  if (*isInput) return {EExit::Usage, what + ": is a file of the input. Accepted: another name"};
+  if (overwrite || !*there) return {};
+  return {EExit::OutputsExist, what + ": exists already. Accepted: --overwrite or another name"};
 }
 
 // The first folder of the entries that nothing can be created in, and why; empty when there is none.
@@ -87,17 +78,13 @@ SCutReport PlannedReport(const CEntryList& entries, const std::string& error) {
   return report;
 }
 
-std::optional<std::vector<std::string>> ExistingFiles(const CEntryList& entries, COutputFolders& folders) {
-  std::vector<std::string> existing;
+SRefusal FindExisting(const CEntryList& entries, COutputFolders& folders, std::vector<std::string>& existing) {
   for (const OutputEntry* entry : entries.Pointers()) {
     const std::vector<std::string> files = folders.ExistingOutputFiles(*entry);
-    if (!folders.Problem().empty()) {
-      PrintMessage(folders.Problem());
-      return std::nullopt;
-    }
+    if (!folders.Problem().empty()) return {EExit::OutputFailed, folders.Problem()};
     existing.insert(existing.end(), files.begin(), files.end());
   }
-  return existing;
+  return {};
 }
 
 void PrintExisting(const std::vector<std::string>& files) {
@@ -125,7 +112,7 @@ std::set<std::size_t> LeaveFinished(const CRecordingSet& recording, COutputFolde
     result.bOk = found.kind == EExistingOutput::Whole;
     result.state = result.bOk ? EOutputState::Done : EOutputState::Failed;
     result.strError = found.strReason;
-    if (!result.bOk) result.strError += ". Accepted: --overwrite or another folder";
+    if (!result.bOk && !found.bUnread) result.strError += ". Accepted: --overwrite or another folder";
   }
   if (tells && !unfinished.empty()) {
     PrintMessage("done again, for an earlier job has not finished them:");

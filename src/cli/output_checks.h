@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -16,12 +15,18 @@
 
 namespace carvello {
 
-// Whether an entry would replace an input file, told on stderr then; or where the system does not let that be known.
-EExit CheckReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders);
+// What keeps a command from its outputs.
+struct SRefusal {
+  EExit exit = EExit::Ok;
+  std::string strText{};  // of the message
+};
 
-// Whether another file that a command writes may have this name, with a message that begins with `what` where it may
-// not: it is an input file, or it exists and nothing is to be replaced, or the system does not tell.
-EExit CheckNewFile(const std::string& what, const std::string& path, const CRecordingSet& recording, bool overwrite);
+// Whether an entry would replace an input file, or the system does not let that be known.
+SRefusal CheckReplacedInput(const CEntryList& entries, const CRecordingSet& recording, COutputFolders& folders);
+
+// Whether another file that a command writes may have this name. The message begins with `what` where it may not: it is
+// an input file, or it exists and nothing is to be replaced, or the system does not tell.
+SRefusal CheckNewFile(const std::string& what, const std::string& path, const CRecordingSet& recording, bool overwrite);
 
 // The first folder of the entries that nothing can be created in, and why; empty when there is none.
 std::string UnwritableFolder(const SCutRequest& request, std::string& problem);
@@ -29,9 +34,9 @@ std::string UnwritableFolder(const SCutRequest& request, std::string& problem);
 // Every entry of the list with `error` until something better is known.
 SCutReport PlannedReport(const CEntryList& entries, const std::string& error);
 
-// The files of outputs that exist, and the message that asks what is to become of them. Nothing where the system does
-// not tell, which the first says on stderr.
-std::optional<std::vector<std::string>> ExistingFiles(const CEntryList& entries, COutputFolders& folders);
+// Adds the files of outputs that exist; or says that the system does not tell. The message asks what is to become of
+// them.
+SRefusal FindExisting(const CEntryList& entries, COutputFolders& folders, std::vector<std::string>& existing);
 void PrintExisting(const std::vector<std::string>& files);
 
 // Takes the entries whose outputs are to be left from the list and marks them in the report. What an earlier job has

@@ -29,9 +29,11 @@ std::optional<std::string> TextOf(const std::string& path, std::uint32_t& error)
     error = platform::LastError();
     return std::nullopt;
   }
-  const std::int64_t length = std::min(file.Length(), kLargestManifest + 1);
-  std::string text(static_cast<std::size_t>(std::max<std::int64_t>(length, 0)), '\0');
-  const bool read = length >= 0 && length <= kLargestManifest && file.ReadExactly(text.data(), text.size());
+  const std::int64_t length = file.Length();
+  std::string text;
+  const bool fits = length >= 0 && length <= kLargestManifest;
+  if (fits) text.resize(static_cast<std::size_t>(length));
+  const bool read = fits && file.ReadExactly(text.data(), text.size());
   error = file.FirstError();
   return read ? std::optional(text) : std::nullopt;
 }

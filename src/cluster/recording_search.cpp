@@ -53,9 +53,9 @@ class CSearch {
         const std::uint32_t problem = platform::LastError();
         // Gone since the folder was listed, if it is not a link.
         if (platform::MeansMissing(problem) && !platform::GetNameStatus(path)) continue;
-        const bool missing = platform::MeansMissing(problem);
+        const bool isNothing = platform::MeansMissing(problem) || platform::MeansCircle(problem);
         const ELeftOut kind = platform::MeansRefused(problem) ? ELeftOut::Refused : ELeftOut::Unread;
-        LeaveOut(path, Unreadable(path, problem), missing ? ELeftOut::NoRecording : kind);
+        LeaveOut(path, Unreadable(path, problem), isNothing ? ELeftOut::NoRecording : kind);
       } else if (file->bDirectory) {
         folders.emplace_back(path, *file);
       } else if (!file->bRegular) {
@@ -113,6 +113,7 @@ bool FindFiles(const std::vector<std::string>& named, const std::vector<std::str
 bool ReadNameList(const std::string& path, std::vector<std::string>& names, std::string& error) {
   CFile file;
   const bool opened = file.Open(path, platform::EOpenMode::ReadShared);
+  const std::uint32_t refusal = opened ? 0 : platform::LastError();
   if (const auto status = platform::GetFileStatus(path); status && !status->bRegular) {
     error = path + ": is no ordinary file. Accepted: a file with a name in each line";
     return false;
@@ -124,7 +125,7 @@ bool ReadNameList(const std::string& path, std::vector<std::string>& names, std:
   }
   std::string text(static_cast<std::size_t>(std::max<std::int64_t>(length, 0)), '\0');
   if (length < 0 || !file.ReadExactly(text.data(), text.size())) {
-    error = Unreadable(path, file.FirstError() != 0 ? file.FirstError() : platform::LastError());
+    error = Unreadable(path, opened ? file.FirstError() : refusal);
     return false;
   }
   for (std::size_t begin = text.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0; begin < text.size();) {

@@ -125,7 +125,7 @@ std::set<std::int64_t> CExistingOutputs::FramesDue(const OutputEntry& entry) con
 
 SExistingOutput CExistingOutputs::Find(const OutputEntry& entry) const {
   const std::vector<std::string> files = m_folders.ExistingOutputFiles(entry);
-  if (!m_folders.Problem().empty()) return {EExistingOutput::Other, files, m_folders.Problem()};
+  if (!m_folders.Problem().empty()) return {EExistingOutput::Other, files, m_folders.Problem(), true};
   if (files.empty()) return {};
   // Meta files are looked at with the files that they belong to; where there are none, they are what there is.
   std::vector<std::string> samples = files;

@@ -24,6 +24,7 @@ struct SExistingOutput {
   EExistingOutput kind = EExistingOutput::None;
   std::vector<std::string> files;  // full paths
   std::string strReason;           // what is wrong with it, unless it is whole
+  bool bUnread = false;            // the system does not tell what is there
 };
 
 // Judges what earlier jobs over these entries, or over some of them, have left. Which of them begins a job decides

@@ -75,18 +75,22 @@ bool COutputFolders::Counts(const std::string& path) {
   return false;
 }
 
-const COutputFolders::Names& COutputFolders::NumberedNames(const std::string& folder) {
+const COutputFolders::SFolder& COutputFolders::NumberedNames(const std::string& folder) {
   const auto [place, isNew] = m_folders.try_emplace(folder);
   SFolder& found = place->second;
   if (isNew) {
     const auto names = platform::ListFolder(folder);
-    if (!names && !platform::MeansMissing(platform::LastError())) found.strProblem = folder + ": " + SystemErrorText();
+    const std::uint32_t error = names ? 0 : platform::LastError();
+    found.bClosed = !names && platform::MeansRefused(error);
+    if (!names && !found.bClosed && !platform::MeansMissing(error)) {
+      found.strProblem = folder + ": " + SystemErrorText(error);
+    }
     for (const std::string& name : names.value_or(std::vector<std::string>())) {
       if (const auto part = TakeApart(name)) found.names.emplace(DigitsOf(part->stem), name);
     }
   }
   if (!found.strProblem.empty()) m_strProblem = found.strProblem;
-  return found.names;
+  return found;
 }
 
 std::vector<std::string> COutputFolders::ExistingParts(const OutputEntry& entry) {
@@ -106,7 +110,20 @@ std::vector<std::string> COutputFolders::PartsNamed(const OutputEntry& entry, co
   const std::string folder = platform::FolderOf(path);
   const std::string outputName = platform::NameOf(path);
   const std::string stem = outputName.substr(0, outputName.rfind('.'));
-  const auto [begin, end] = NumberedNames(folder).equal_range(DigitsOf(stem));
+  const SFolder& found = NumberedNames(folder);
+  if (found.bClosed) {
+    // From the first on, as they are written.
+    for (int number = 0;; ++number) {
+      parts.push_back(platform::JoinPath(
+          folder, Format("%s %03d%s", stem.c_str(), number, outputName.substr(stem.size()).c_str())));
+      const std::optional<bool> there = platform::IsThere(parts.back());
+      if (there.value_or(false)) continue;
+      if (!there) TellProblem(parts.back());
+      parts.pop_back();
+      return parts;
+    }
+  }
+  const auto [begin, end] = found.names.equal_range(DigitsOf(stem));
   for (auto name = begin; name != end; ++name) {
     if (IsPartOf(name->second, outputName)) parts.push_back(platform::JoinPath(folder, name->second));
   }

@@ -35,12 +35,13 @@ class COutputFolders {
   using Names = std::multimap<std::string, std::string>;  // of what may be parts, by what tells outputs apart roughly
   struct SFolder {
     Names names;
-    std::string strProblem;  // why it could not be listed
+    bool bClosed = false;    // may not be listed, but may hold files that have names which are known
+    std::string strProblem;  // why it could not be listed otherwise
   };
 
   std::vector<std::string> PartsNamed(const OutputEntry& entry, const std::string& path);
   void AddMetaPaths(const OutputEntry& entry, std::vector<std::string>& files);
-  const Names& NumberedNames(const std::string& folder);
+  const SFolder& NumberedNames(const std::string& folder);
   bool Counts(const std::string& path);
   std::optional<platform::FileStatus> StatusOf(const std::string& path);
   void TellProblem(const std::string& path);

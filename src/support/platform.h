@@ -126,6 +126,8 @@ bool MeansHeldOpen(std::uint32_t code);
 std::uint32_t MissingBytesError();
 // Whether the code is one by which the system says that there is no file of that name, or can be none.
 bool MeansMissing(std::uint32_t code);
+// Whether the code is the one by which the system says that links lead back to each other.
+bool MeansCircle(std::uint32_t code);
 // Whether the code is one by which the system says that what it was asked for cannot be done with that file at all.
 bool MeansUnsupported(std::uint32_t code);
 // Whether the code is the one by which the system says that something stands under the name already.

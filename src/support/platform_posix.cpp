@@ -399,7 +399,11 @@ bool MeansMissing(std::uint32_t code) {
 }
 
 bool MeansRefused(std::uint32_t code) {
-  return code == EACCES || code == EPERM || code == ELOOP;
+  return code == EACCES || code == EPERM || MeansCircle(code);
+}
+
+bool MeansCircle(std::uint32_t code) {
+  return code == ELOOP;
 }
 
 bool MeansUnsupported(std::uint32_t code) {

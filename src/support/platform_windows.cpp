@@ -260,6 +260,8 @@ std::optional<std::vector<std::string>> ListFolder(const std::string& folder) {
   };
   WIN32_FIND_DATAW entry{};
   const HANDLE raw = FindFirstFileW(WidePath(JoinPath(folder, "*")).c_str(), &entry);
+  // Some file systems have not even the folder itself in an empty one.
+  if (raw == INVALID_HANDLE_VALUE && GetLastError() == ERROR_NO_MORE_FILES) return std::vector<std::string>();
   if (raw == INVALID_HANDLE_VALUE) return std::nullopt;
   std::unique_ptr<void, CloseFind> search(raw);
   std::vector<std::string> names;
@@ -393,7 +395,11 @@ bool MeansMissing(std::uint32_t code) {
 
 bool MeansRefused(std::uint32_t code) {
   return code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION || code == ERROR_LOCK_VIOLATION ||
-         code == ERROR_CANT_RESOLVE_FILENAME;
+         MeansCircle(code);
+}
+
+bool MeansCircle(std::uint32_t code) {
+  return code == ERROR_CANT_RESOLVE_FILENAME;
 }
 
 bool MeansUnsupported(std::uint32_t code) {

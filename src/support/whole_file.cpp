@@ -63,7 +63,7 @@ bool WriteWholeFile(const std::string& given, const void* bytes, std::size_t cou
   }
   if (bWritten) {
     if (platform::SyncFolder(platform::FolderOf(path))) return true;
-    error = path + ": " + SystemErrorText();  // its name may not outlast a loss of power
+    error = path + ": " + SystemErrorText();
     return false;
   }
   platform::RemoveFile(strName);

@@ -366,6 +366,20 @@ class TestWhatMayNotBeRead(ClusterTest):
         self.assertNotIn("private.txt", refused.err)
         self.assertEqual(list(self.out.iterdir()), [])
 
+    def test_where_no_recording_holds_an_entry_that_is_told_and_not_what_is_closed_beside(self):
+        self.closed.write_bytes(b"")
+        told = run("plan", self.recordings, "--output", self.out, "--shard", 5, "--plan", self.out / "night.json",
+                   "--entries-absolute", "--entry", "f=27M,bw=8k", program=self.program, **self.rights)
+        self.assertEqual(told.code, 2, told.err)
+        self.assertIn("1 recording found, and none holds any of the entries", told.err)
+
+    def test_links_that_lead_back_to_each_other_are_named_and_left_out(self):
+        self.closed.write_bytes(b"")
+        (self.recordings / "loop.wav").symlink_to("loop.wav")
+        told = self.plan_as_plain_user()
+        self.assertEqual(told.code, 0, told.err)
+        self.assertIn("loop.wav: cannot be read: Too many levels of symbolic links", told.err)
+
     def test_what_is_not_named_like_a_recording_and_a_folder_below_are_named_and_left_out(self):
         self.closed.write_bytes(b"")
         told = self.plan_as_plain_user()
