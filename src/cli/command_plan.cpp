@@ -348,7 +348,7 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
     nanoseconds += spectrum ? costs.fSpectrum : costs.fLibrary;
     shares = shares || spectrum;
     const std::int64_t frames = recording.Range(i, 0, std::numeric_limits<std::int64_t>::max()).nEnd;
-    sums.dOutputBytes += static_cast<double>(frames) * (2 * entry.nBitsPerSample / 8);
+    sums.dOutputBytes += static_cast<double>(frames * entry.nBitsPerSample / 4);
   }
   sums.dNanoseconds = std::max(sums.dNanoseconds, nanoseconds + (shares ? SharedSpectrumCost() : 0.0));
   sums.nBytesPerFrame = std::max(sums.nBytesPerFrame, recording.Frames().BytesPerFrame());

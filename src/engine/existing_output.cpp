@@ -140,7 +140,7 @@ SExistingOutput CExistingOutputs::FindIn(std::vector<std::string> files, const O
   const std::set<std::int64_t> due = FramesDue(entry);
   if (files.front() != entry.strFileName) return Judge(files, entry, due);
   // One file of this name. For a split output it stands beside the parts, which alone count unless it is whole.
-  const SExistingOutput output = Judge({entry.strFileName}, entry, due);
+  SExistingOutput output = Judge({entry.strFileName}, entry, due);
   files.erase(files.begin());
   if (output.kind == EExistingOutput::Whole || files.empty()) return output;
   return Judge(files, entry, due);

@@ -15,7 +15,7 @@ constexpr int kNamesTried = 100;
 // Opens a file beside the one that is to be, under a name that nothing has. Empty when there is none.
 std::string OpenBeside(const std::string& path, CFile& file) {
   for (int i = 0; i < kNamesTried; ++i) {
-    const std::string strName = i == 0 ? path + ".part" : Format("%s.part%d", path.c_str(), i);
+    std::string strName = i == 0 ? path + ".part" : Format("%s.part%d", path.c_str(), i);
     if (file.Open(strName, platform::EOpenMode::CreateNew)) return strName;
     if (!platform::MeansExisting(platform::LastError())) break;
   }
