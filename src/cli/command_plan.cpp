@@ -174,8 +174,10 @@ EExit CPlanCommand::CheckMeans(const SWorkPlan& plan, const DspBinding& dsp) con
   const auto parts = platform::ListFolder(plan.strParts);
   const std::uint32_t unlisted = parts ? 0 : platform::LastError();
   if (!parts && platform::IsThere(plan.strParts) != std::optional(false)) {
-    PrintMessage(plan.strParts + ": " + SystemErrorText(unlisted) +
-                 ". Accepted: --parts with a folder, or a new name for one");
+    const auto status = platform::GetFileStatus(plan.strParts);
+    const bool isFile = status && !status->bDirectory;
+    PrintMessage(plan.strParts + ": " +
+                 (isFile ? "is no folder. Accepted: --parts with one, or a new name" : SystemErrorText(unlisted)));
     return EExit::OutputFailed;
   }
   if (!exists && parts && !parts->empty()) {
