@@ -9,7 +9,6 @@ left. So does a join, which ends with 0, 1, 3, 4 or 75: with 0 its outputs are t
 join makes them so.
 """
 import shutil
-import subprocess
 import sys
 
 import numpy
@@ -44,17 +43,10 @@ class Programs:
         folder.mkdir()
 
     def program(self, *arguments, fault=None):
-        environment = {"LC_ALL": "C.UTF-8", "TZ": "UTC", "LD_PRELOAD": job.FAULTS, "FAULT_CLOCK": str(job.CLOCK)}
-        counts = self.folder / "counts"
-        if fault:
-            counts.write_bytes(bytes(4096))
-            environment |= {**fault.environment(), "FAULT_COUNTS": str(counts)}
-        done = subprocess.run([job.CLI, *map(str, arguments)], env=environment, capture_output=True, timeout=120,
-                              stdin=subprocess.DEVNULL)
-        if fault is None and done.returncode != 0:
-            raise AssertionError(f"{arguments[0]} ended with {done.returncode}: {done.stderr.decode()}")
-        failed = int.from_bytes(counts.read_bytes()[8 * len(job.KINDS):8 * len(job.KINDS) + 8], "little") if fault else 0
-        return done.returncode, done.stderr.decode(errors="replace"), failed
+        code, err, failed = job.run_command(self.folder, *arguments, fault=fault)
+        if fault is None and code != 0:
+            raise AssertionError(f"{arguments[0]} ended with {code}: {err}")
+        return code, err, failed
 
 
 class Planning(Programs):
@@ -182,18 +174,9 @@ def main():
         night = Night(folder / "night")
         planning = Planning(folder / "planning")
         for attempt in (planning.try_plan, planning.try_plan_over_a_file, night.try_task, night.try_mending, night.try_join):
-            for kind, errors in ERRORS.items():
-                for error in errors:
-                    for times in (0,) if error == "full" else (1,) if error == "kill" or step > 100 else (1, 0):
-                        at, behind = 1, 0
-                        while behind < 1:
-                            try:
-                                behind += not attempt(job.Fault(kind, error, at, times))
-                            except (AssertionError, subprocess.TimeoutExpired) as problem:
-                                wrong += 1
-                                print(f"{attempt.__name__} {kind} {error} {times} --at {at}: {problem}", flush=True)
-                            places += 1
-                            at += step * RARER.get(kind, 1)
+            tried, bad = job.try_places(attempt, ERRORS, step, RARER, once=step > 100)
+            places += tried
+            wrong += bad
     finally:
         shutil.rmtree(folder)
     print(f"{places} places, {wrong} wrong")

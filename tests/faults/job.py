@@ -70,6 +70,39 @@ class Fault:
                 "FAULT_TIMES": str(self.times)}
 
 
+def run_command(folder, *arguments, fault=None):
+    """Any command: its exit code, what it says on stderr, and how many of its calls failed. `folder` takes the counts."""
+    environment = {"LC_ALL": "C.UTF-8", "TZ": "UTC", "LD_PRELOAD": FAULTS, "FAULT_CLOCK": str(CLOCK)}
+    counts = folder / "counts"
+    if fault:
+        counts.write_bytes(bytes(mmap.PAGESIZE))
+        environment |= {**fault.environment(), "FAULT_COUNTS": str(counts)}
+    done = subprocess.run([CLI, *map(str, arguments)], env=environment, capture_output=True, timeout=120,
+                          stdin=subprocess.DEVNULL)
+    failed = struct.unpack_from("<Q", counts.read_bytes(), 8 * len(KINDS))[0] if fault else 0
+    return done.returncode, done.stderr.decode(errors="replace"), failed
+
+
+def try_places(attempt, errors, step, rarer, once=False, name=""):
+    """Calls attempt(fault) with every `step`-th place of each kind, until nothing fails there; it tells whether anything
+    did, and raises AssertionError for what must not be, which is printed. Kinds in `rarer` have longer steps by that
+    factor. Gives how many places there were, and how many of them wrong."""
+    places = wrong = 0
+    for kind, kinds_errors in errors.items():
+        for error in kinds_errors:
+            for times in (0,) if error == "full" else (1,) if error == "kill" or once else (1, 0):
+                at, failed = 1, True
+                while failed:
+                    try:
+                        failed = attempt(Fault(kind, error, at, times))
+                    except (AssertionError, subprocess.TimeoutExpired) as problem:
+                        wrong += 1
+                        print(f"{attempt.__name__} {name} {kind} {error} {times} --at {at}: {problem}", flush=True)
+                    places += 1
+                    at += step * rarer.get(kind, 1)
+    return places, wrong
+
+
 class Ended:
     """How a run ended: exit code (negative: the signal; None: it had to be killed), texts, calls made and failed."""
 

@@ -6,7 +6,6 @@ Outputs of another start never pass for those of the job: it ends with another e
 whatever could not be read. Finished outputs of the job itself stay as they are or are made again, to the same bytes.
 """
 import shutil
-import subprocess
 import sys
 
 import job
@@ -27,20 +26,13 @@ FORMATS = ((), ("--sigmf-meta",), ("--format", "sigmf"))
 
 class Outputs:
     def __init__(self, folder):
-        self.output, self.counts = folder / "out", folder / "counts"
+        self.folder, self.output = folder, folder / "out"
         self.output.mkdir()
         self.source = job.make_input(folder, RATE, (2, 2))
 
     def cut(self, start, *options, fault=None):
-        environment = {"LC_ALL": "C.UTF-8", "TZ": "UTC", "LD_PRELOAD": job.FAULTS, "FAULT_CLOCK": str(job.CLOCK)}
-        if fault:
-            self.counts.write_bytes(bytes(4096))
-            environment |= {**fault.environment(), "FAULT_COUNTS": str(self.counts)}
-        done = subprocess.run([job.CLI, "cut", self.source, "--output", self.output, "--entry", ENTRY.format(start=start),
-                               *options], env=environment, capture_output=True, timeout=120, stdin=subprocess.DEVNULL)
-        place = 8 * len(job.KINDS)
-        failed = int.from_bytes(self.counts.read_bytes()[place:place + 8], "little") if fault else 0
-        return done.returncode, done.stderr.decode(errors="replace"), failed
+        return job.run_command(self.folder, "cut", self.source, "--output", self.output, "--entry",
+                               ENTRY.format(start=start), *options, fault=fault)
 
     def files(self):
         return {path.name: path.read_bytes() for path in self.output.iterdir()}
@@ -62,6 +54,7 @@ class Outputs:
 
     def try_other(self, fault):
         """Whether anything failed; raises AssertionError for what must not be."""
+        self.restore()
         code, err, failed = self.cut(2, *self.options, "--skip-existing", fault=fault)
         assert code in (1, 3), f"ended with {code}: {err}"
         assert err.strip(), "no message"
@@ -69,11 +62,11 @@ class Outputs:
         return failed > 0
 
     def try_same(self, fault):
+        self.restore()
         code, err, failed = self.cut(1, *self.options, "--skip-existing", fault=fault)
         assert code in (0, 1, 3), f"ended with {code}: {err}"
         assert code == 0 or err.strip(), "no message"
         assert code != 0 or self.files() == self.wanted, "other outputs"
-        self.restore()
         return failed > 0
 
 
@@ -86,19 +79,9 @@ def main():
         for options in FORMATS:
             outputs.begin(options)
             for attempt in (outputs.try_other, outputs.try_same):
-                for kind, errors in ERRORS.items():
-                    for error in errors:
-                        for times in (1, 0):
-                            at, failed = 1, True
-                            while failed:
-                                try:
-                                    failed = attempt(job.Fault(kind, error, at, times))
-                                except (AssertionError, subprocess.TimeoutExpired) as problem:
-                                    outputs.restore()
-                                    wrong += 1
-                                    print(f"{attempt.__name__} {options} {kind} {error} {times} --at {at}: {problem}", flush=True)
-                                places += 1
-                                at += step * RARER.get(kind, 1)
+                tried, bad = job.try_places(attempt, ERRORS, step, RARER, name=" ".join(options))
+                places += tried
+                wrong += bad
     finally:
         shutil.rmtree(folder)
     print(f"{places} places, {wrong} wrong")
