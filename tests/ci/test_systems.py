@@ -32,7 +32,7 @@ class TestSystemsWithoutDebianPackages(unittest.TestCase):
             (self.bin / tool).symlink_to(shutil.which(tool))
         self.project = self.folder / "project"
         for name in ("run", "test", "cmake/build.sh", "packaging/debian/packages.sh",
-                     "packaging/linux/other_systems.sh"):
+                     "packaging/linux/other_systems.sh", "tests/short_form.sh"):
             (self.project / name).parent.mkdir(parents=True, exist_ok=True)
             shutil.copy(PROJECT / name, self.project / name)
 

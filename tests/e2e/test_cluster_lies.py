@@ -1,10 +1,11 @@
 """Plans, parts and manifests that were changed, and inputs of all kinds: never other samples than those of one `cut`."""
 import json
 import os
+import unittest
 
 import numpy as np
 
-from program import run, run_ok
+from program import SLOW, run, run_ok
 from same_output import assert_same_outputs
 from test_cluster import ENTRIES, TRY_AGAIN, ClusterTest, entry_options
 
@@ -140,6 +141,7 @@ class TestInputsOfAllKinds(ClusterTest):
         first = self.record("a.wav", 13.7, files=20)
         self.check_like_cut(first, *entry_options(ENTRIES[:5]), shard=3)
 
+    @unittest.skipIf(SLOW, "thousands of files")
     def test_more_entries_than_one_pass_takes(self):
         recording = self.record("a.wav", 4)
         self.check_like_cut(recording, "--sequence", "7000000:7100500:100", "--bw", "300", shard=2)

@@ -9,12 +9,13 @@ import signal as signals
 import subprocess
 import time
 
-from program import CLI, SLOW, as_plain_user, contents, environment, run, run_ok, start
+from program import CLI, SLOW, as_plain_user, contents, environment, run, run_ok, some, start
 from same_output import assert_same_outputs
 from test_cluster import ENTRIES, TRY_AGAIN, ClusterTest, entry_options
 from wavtools import WaveFile
 
 WAVES = ENTRIES[:5]
+MINUTE = 9 if SLOW else 60
 LONG = ["f=7.1M,bw=250k,bits=32", "f=7.1M,bw=100k,bits=32", "f=7112345,bw=44100"]
 
 
@@ -33,11 +34,11 @@ class InterruptedTest(ClusterTest):
 
 class TestKilledTasks(InterruptedTest):
     def test_tasks_killed_at_any_moment_are_repeated_and_leave_nothing_behind(self):
-        recording = self.record("a.wav", 60)
+        recording = self.record("a.wav", MINUTE)
         run_ok("cut", recording, "--output", self.one, *entry_options(LONG))
-        self.make_plan(*entry_options(LONG), shard=60)
+        self.make_plan(*entry_options(LONG), shard=MINUTE)
         seen = set()
-        for moment in range(0, 12, 3 if SLOW else 1):
+        for moment in some(range(12), 3):
             process = start("run", self.plan, "--task", 0, "--quiet", stderr=subprocess.DEVNULL)
             # Ever later: in front of the first file, in its samples, between a part and what tells of it.
             self.wait_for(lambda: len(self.parts()) > moment // 2, process)
@@ -53,9 +54,9 @@ class TestKilledTasks(InterruptedTest):
         self.check_joined()
 
     def test_a_task_that_is_stopped_says_so_and_leaves_nothing(self):
-        self.record("a.wav", 120)
+        self.record("a.wav", 2 * MINUTE)
         for signal in (signals.SIGINT, signals.SIGTERM):
-            self.make_plan(*entry_options(LONG), "--overwrite", shard=120)
+            self.make_plan(*entry_options(LONG), "--overwrite", shard=2 * MINUTE)
             process = start("run", self.plan, "--task", 0, "--quiet", stderr=subprocess.DEVNULL)
             self.assertTrue(self.wait_for(self.parts, process))
             process.send_signal(signal)
@@ -64,12 +65,12 @@ class TestKilledTasks(InterruptedTest):
             self.assertEqual(self.leftovers(), [])
 
     def test_a_join_killed_at_any_moment_is_finished_by_another(self):
-        recording = self.record("a.wav", 60)
+        recording = self.record("a.wav", MINUTE)
         run_ok("cut", recording, "--output", self.one, *entry_options(LONG))
-        self.make_plan(*entry_options(LONG), shard=20)
+        self.make_plan(*entry_options(LONG), shard=MINUTE // 3)
         self.run_all()
         kills = 0
-        for moment in range(0, 6, 2 if SLOW else 1):
+        for moment in some(range(6), 2):
             process = start("join", self.plan, "--quiet", "--skip-existing", stderr=subprocess.DEVNULL)
             if self.wait_for(lambda: len(list(self.out.glob("*.wav"))) > min(moment, 2), process):
                 time.sleep(0.01 * moment)
@@ -79,10 +80,10 @@ class TestKilledTasks(InterruptedTest):
         self.check_joined("--skip-existing")
 
     def test_a_join_that_is_stopped_leaves_valid_files_and_is_finished_by_another(self):
-        recording = self.record("a.wav", 200)
+        recording = self.record("a.wav", 3 * MINUTE)
         entries = [f"f=7.1M,bw={rate}k,bits=32" for rate in (250, 240, 230, 220)]
         run_ok("cut", recording, "--output", self.one, *entry_options(entries))
-        self.make_plan(*entry_options(entries), shard=100)
+        self.make_plan(*entry_options(entries), shard=2 * MINUTE)
         self.run_all()
         process = start("join", self.plan, "--json", stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self.assertTrue(self.wait_for(lambda: list(self.out.glob("*.wav")), process))

@@ -9,7 +9,7 @@ import numpy as np
 
 import foreign_makers as foreign
 from makers import Layout, write_recording
-from program import EndToEndTest, environment, run_ok
+from program import EndToEndTest, environment, run_ok, some
 
 RATE = 1000
 SECONDS = 4
@@ -50,7 +50,7 @@ class TestTimesInEveryZone(EndToEndTest):
     def check_utc(self, make):
         """`make` gives name and chunks of a file that tells UTC: every zone reads the same."""
         for zone in MOMENTS:
-            for date in UTC_MOMENTS:
+            for date in some(UTC_MOMENTS, 4):
                 expected = foreign.utc_seconds(date)
                 _, info = self.info_of(*make(date), zone)
                 self.assertEqual((info["startUtc"], info["endUtc"]), (expected, expected + SECONDS), (zone, date))
