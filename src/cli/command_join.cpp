@@ -263,7 +263,7 @@ bool CJoinCommand::RemoveParts(const SWorkPlan& plan) const {
     for (const std::string& name : *names) {
       const std::string path = platform::JoinPath(folder, name);
       if (IsPartName(name) && !platform::RemoveFile(path)) tell(path);
-      if (IsMakingFolderName(name)) RemoveMakingFolder(path);
+      if (IsMakingFolderName(name) && !RemoveMakingFolder(path)) tell(path);
     }
     platform::RemoveFolder(folder);
   }

@@ -155,7 +155,7 @@ EExit CRunCommand::DoTask(const SWorkPlan& plan, std::size_t task) {
   }
   if (result == EExit::Ok) {
     // What was left there by ones that were killed, too. One that does the same task at this moment finds its parts
-    // made.
+    // made. What cannot be removed is in nobody's way, and `join --remove-parts` tells of it.
     RemoveMakingFolder(folder);
     PrintResult(task, making.size(), parts.size() - making.size());
   } else {

@@ -39,10 +39,15 @@ bool IsMakingFolderName(const std::string& name) {
   return std::sscanf(name.c_str(), "t%zu.tmp%n", &task, &length) == 1 && std::cmp_equal(length, name.size());
 }
 
-void RemoveMakingFolder(const std::string& folder) {
-  const std::vector<std::string> names = platform::ListFolder(folder).value_or(std::vector<std::string>());
-  for (const std::string& name : names) platform::RemoveFile(platform::JoinPath(folder, name));
-  platform::RemoveFolder(folder);
+bool RemoveMakingFolder(const std::string& folder) {
+  const auto names = platform::ListFolder(folder);
+  if (!names) return false;
+  for (const std::string& name : *names) {
+    const bool gone = platform::RemoveFile(platform::JoinPath(folder, name)) ||
+                      platform::MeansMissing(platform::LastError());  // by another run of the task
+    if (!gone) return false;
+  }
+  return platform::RemoveFolder(folder);
 }
 
 std::vector<STaskPart> PartsOf(const SWorkPlan& plan, std::size_t task, const COpenRecording& recording) {

@@ -33,8 +33,8 @@ bool IsPartsFolderName(const std::string& name);
 // stands there, and nothing else.
 std::string MakingFolder(const SWorkPlan& plan, std::size_t task);
 bool IsMakingFolderName(const std::string& name);
-// With all that is in it.
-void RemoveMakingFolder(const std::string& folder);
+// With all that is in it. False when something is left; the system's last error tells why.
+bool RemoveMakingFolder(const std::string& folder);
 
 // The folder in which that of all parts stands, however its name ends.
 std::string FolderAboveParts(const SWorkPlan& plan);

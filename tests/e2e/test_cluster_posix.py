@@ -147,6 +147,15 @@ class TestFaultyDisks(InterruptedTest):
         self.assertIn(f"--remove-parts: {closed}", done.err)
         self.assertEqual(len(self.parts()), 4)
         closed.chmod(0o755)
+        # What a killed task left, too.
+        making = closed / "t0000001.tmp"
+        making.mkdir()
+        (making / "e000000.wav").write_bytes(b"half")
+        closed.chmod(0o777)
+        done = run("join", self.plan, "--skip-existing", "--remove-parts", program=program, **user)
+        self.assertEqual(done.code, 1, done.err)
+        self.assertIn(f"--remove-parts: {making}: {os.strerror(13)}", done.err)
+        shutil.rmtree(making)
         self.check_joined("--skip-existing")
 
     def test_a_folder_that_nothing_may_be_written_to_is_told(self):
