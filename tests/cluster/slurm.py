@@ -210,12 +210,17 @@ CompleteWait=0
 NodeName={self.node} NodeAddr=127.0.0.1 CPUs={self.processors} RealMemory={self.memory} State=UNKNOWN
 PartitionName=main Nodes=ALL Default=YES MaxTime=INFINITE State=UP
 """)
-        # Control groups, which are the whole machine's, are none of a test's; the earlier Slurm cannot do without the plugin,
-        # and the later one refuses the earlier one's words.
+        # Control groups, which are the whole machine's, are none of a test's. Each Slurm has words of its own for that, and
+        # ends at those of the others.
         version = subprocess.run(["/usr/sbin/slurmd", "-V"], capture_output=True, text=True, check=True).stdout
-        early = int(version.split()[1].split(".")[0]) < 23
-        (self.folder / "cgroup.conf").write_text(
-            "CgroupAutomount=no\nConstrainCores=no\n" if early else "CgroupPlugin=disabled\n")
+        year, month = map(int, version.split()[1].split(".")[:2])
+        if (year, month) < (23, 0):
+            settings = "CgroupAutomount=no\nConstrainCores=no\n"
+        elif (year, month) < (24, 5):
+            settings = "CgroupPlugin=cgroup/v1\nConstrainCores=no\n"  # the one that begins also where none is mounted
+        else:
+            settings = "CgroupPlugin=disabled\n"
+        (self.folder / "cgroup.conf").write_text(settings)
 
     def _cancel_all(self):
         """So that their processes end in order, while there is who ends them."""
