@@ -29,35 +29,72 @@ long_asan=(
   'Response\.'
   'SetsInTimeZone\.[AP]'
   'SignalGenerator\.KeepsItsPhaseFar'
-  'e2e\.test_cluster_lies\.TestInputsOfAllKinds'
+  'e2e\.test_cluster_lies\.'
+  'e2e\.test_cluster_posix\.Test(FaultyDisks|KilledTasks)'
+  'e2e\.test_finished_outputs_posix\.'
   'e2e\.test_impossible_dates\.'
+  'e2e\.test_names\.TestBatches'
   'e2e\.test_other_programs\.'
   'e2e\.test_sets\.TestChainsOf'
   'e2e\.test_shown_texts'
   'e2e\.test_synth_programs\.'
   'e2e\.test_time_zones'
   'ui\.dialog_start_waiting'
+  'ui\.dialog_unattended'
 )
 
 # Bytes of outputs and words, whichever thread they come from.
 long_tsan=(
-  'JobWithoutMemoryTest\.No'
-  'OutputBufferTest\..*MovesNoEnd'
+  'JobWithoutMemoryTest\.[NO]'
+  'OutputBufferTest\.'
   'OverviewCacheTest\.(File|Second)'
   'ReaderWriterTest\.(PartsEnd|SavingEarly|SplitOutput)'
-  'e2e\.test_cluster\.TestPlans'
+  'RecordingOverview\.(WhatCannotBeRead|RowsThatThereWasNoMemory)'
+  'e2e\.test_cluster\.TestTasks'
   'e2e\.test_readme'
   'e2e\.test_sigmf_inputs\.'
   'e2e\.test_terminal_posix\.'
   'ui\.dialog_log'
+  'ui\.dialog_outcome'
   'ui\.dialog_repair'
+  'ui\.dialog_start_waiting'
+  'ui\.spectrum_turns'
 )
 
 # Programs that are started by the dozen, which takes longest there.
 long_windows=(
+  'e2e\.test_cluster_lies\.TestTamperedPlans'
   'e2e\.test_impossible_dates\.'
+  'e2e\.test_names\.TestBatches'
   'e2e\.test_synth_programs\.'
 )
+
+# Cases of the test programs, each of which is one test there: patterns as GoogleTest takes them.
+long_cases_windows=(
+  '*Damages.*'
+  '*ExhaustedMemory*'
+  '*Response.*'
+  '*StretchesOf.*'
+  'EntryListCost.*'
+  'OutputStretchTest.OfAny*'
+  'RecordingOverview.BurstOf*'
+  'RecordingOverview.CallsCome*'
+  'RecordingOverview.Carrier*'
+  'RecordingOverview.LongTransformsAreMadeOnASlow*'
+  'RecordingOverview.SlowDisk*'
+  'RecordingOverview.Sweep*'
+  'RecordingScan.ACarrierOf*'
+  'RecordingScan.AStrongBurst*'
+  'RecordingScan.NoiseAlone*'
+  'SpectrumConverter.GivesTheSamples*'
+)
+
+# cases_left_out_of_short KIND: as GoogleTest takes it, and nothing where each case is a test of CTest's.
+cases_left_out_of_short() {
+  [ "$1" = windows ] || return 0
+  local IFS=:
+  echo "-${long_cases_windows[*]}"
+}
 
 # left_out_of_short KIND: as CTest takes it.
 left_out_of_short() {

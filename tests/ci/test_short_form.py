@@ -1,4 +1,5 @@
 """What the short forms of `./test` leave out: tests that are there, and never what stands for a whole part."""
+import fnmatch
 import os
 import re
 import subprocess
@@ -26,6 +27,12 @@ class TestShortForm(unittest.TestCase):
             self.assertTrue(patterns(kind))
             for pattern in patterns(kind):
                 self.assertTrue(any(re.search(pattern, test) for test in self.tests), pattern)
+
+    def test_every_pattern_of_cases_leaves_a_case_out(self):
+        cases = patterns("cases_windows")
+        self.assertTrue(cases)
+        for pattern in cases:
+            self.assertTrue(any(fnmatch.fnmatchcase(test, pattern) for test in self.tests), pattern)
 
     def test_four_of_five_tests_are_left(self):
         for kind in ("asan", "tsan", "windows"):

@@ -15,7 +15,7 @@ from test_cluster import ENTRIES, TRY_AGAIN, ClusterTest, entry_options
 from wavtools import WaveFile
 
 WAVES = ENTRIES[:5]
-MINUTE = 9 if SLOW else 60
+SECONDS = 9 if SLOW else 30
 LONG = ["f=7.1M,bw=250k,bits=32", "f=7.1M,bw=100k,bits=32", "f=7112345,bw=44100"]
 
 
@@ -34,9 +34,9 @@ class InterruptedTest(ClusterTest):
 
 class TestKilledTasks(InterruptedTest):
     def test_tasks_killed_at_any_moment_are_repeated_and_leave_nothing_behind(self):
-        recording = self.record("a.wav", MINUTE)
+        recording = self.record("a.wav", SECONDS)
         run_ok("cut", recording, "--output", self.one, *entry_options(LONG))
-        self.make_plan(*entry_options(LONG), shard=MINUTE)
+        self.make_plan(*entry_options(LONG), shard=SECONDS)
         seen = set()
         for moment in some(range(12), 3):
             process = start("run", self.plan, "--task", 0, "--quiet", stderr=subprocess.DEVNULL)
@@ -54,9 +54,9 @@ class TestKilledTasks(InterruptedTest):
         self.check_joined()
 
     def test_a_task_that_is_stopped_says_so_and_leaves_nothing(self):
-        self.record("a.wav", 2 * MINUTE)
+        self.record("a.wav", 2 * SECONDS)
         for signal in (signals.SIGINT, signals.SIGTERM):
-            self.make_plan(*entry_options(LONG), "--overwrite", shard=2 * MINUTE)
+            self.make_plan(*entry_options(LONG), "--overwrite", shard=2 * SECONDS)
             process = start("run", self.plan, "--task", 0, "--quiet", stderr=subprocess.DEVNULL)
             self.assertTrue(self.wait_for(self.parts, process))
             process.send_signal(signal)
@@ -65,9 +65,9 @@ class TestKilledTasks(InterruptedTest):
             self.assertEqual(self.leftovers(), [])
 
     def test_a_join_killed_at_any_moment_is_finished_by_another(self):
-        recording = self.record("a.wav", MINUTE)
+        recording = self.record("a.wav", SECONDS)
         run_ok("cut", recording, "--output", self.one, *entry_options(LONG))
-        self.make_plan(*entry_options(LONG), shard=MINUTE // 3)
+        self.make_plan(*entry_options(LONG), shard=SECONDS // 3)
         self.run_all()
         kills = 0
         for moment in some(range(6), 2):
@@ -80,10 +80,10 @@ class TestKilledTasks(InterruptedTest):
         self.check_joined("--skip-existing")
 
     def test_a_join_that_is_stopped_leaves_valid_files_and_is_finished_by_another(self):
-        recording = self.record("a.wav", 3 * MINUTE)
+        recording = self.record("a.wav", 3 * SECONDS)
         entries = [f"f=7.1M,bw={rate}k,bits=32" for rate in (250, 240, 230, 220)]
         run_ok("cut", recording, "--output", self.one, *entry_options(entries))
-        self.make_plan(*entry_options(entries), shard=2 * MINUTE)
+        self.make_plan(*entry_options(entries), shard=2 * SECONDS)
         self.run_all()
         process = start("join", self.plan, "--json", stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         self.assertTrue(self.wait_for(lambda: list(self.out.glob("*.wav")), process))
