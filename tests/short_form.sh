@@ -1,7 +1,7 @@
-# What `./test KIND short` leaves out: tests that take long in a build of that kind and would hardly see more there than
-# those that are left. Sourced by test. Each is a pattern of names of tests.
+# What `./test KIND short` leaves out: what takes longest in a build of that kind, while others that are left go through the
+# same code. Sourced by test. `./test KIND` runs all of it. Patterns of names of tests, as CTest takes them.
 
-# Numbers to the last digit, of samples that others pass through the same code, and steps by the dozen of a person.
+# Numbers to the last digit over many samples, and what hundreds of starts, outputs or steps of a person take.
 long_anywhere=(
   'Demo\.'
   'EntryListCost\.'
@@ -10,9 +10,11 @@ long_anywhere=(
   'RecordingScan\.(ACarrierOf|AStrongBurst|NoiseAlone)'
   'SpectrumConverter\.GivesTheSamples'
   'StretchesOf\.'
+  'e2e\.test_cluster\.TestSplitJoins'
+  'e2e\.test_cluster_lies\.TestManyOutputs'
   'e2e\.test_cut\.TestWideOutputs'
   'e2e\.test_dialog_jobs_posix\.'
-  'e2e\.test_doctor'
+  'e2e\.test_names\.TestBatches'
   'e2e\.test_picture_stops'
   'e2e\.test_scan\.'
   'ui\.accessibility'
@@ -20,20 +22,22 @@ long_anywhere=(
   'ui\.spectrum_move'
 )
 
-# What a program says, and every kind of input once more by the built program: the parts that read them have tests of
-# their own.
+# Inputs of every kind once more by the built program, where the parts that read them have tests of their own; kills and
+# faults, which leave no more to see in memory than other ends do; and waiting.
 long_asan=(
-  'Damages\.'
-  'ExhaustedMemory'
+  'Damages\..*LargeAndNeverClosed'
+  'Jobs/ExhaustedMemory\.EndsIn'
+  'ExhaustedMemoryOfTheParts\.'
   'LimitsTest\.EntriesForWhich'
   'Response\.'
   'SetsInTimeZone\.[AP]'
   'SignalGenerator\.KeepsItsPhaseFar'
+  'e2e\.test_broken_files\.'
   'e2e\.test_cluster_lies\.'
   'e2e\.test_cluster_posix\.Test(FaultyDisks|KilledTasks)'
+  'e2e\.test_doctor'
   'e2e\.test_finished_outputs_posix\.'
   'e2e\.test_impossible_dates\.'
-  'e2e\.test_names\.TestBatches'
   'e2e\.test_other_programs\.'
   'e2e\.test_sets\.TestChainsOf'
   'e2e\.test_shown_texts'
@@ -43,7 +47,7 @@ long_asan=(
   'ui\.dialog_unattended'
 )
 
-# Bytes of outputs and words, whichever thread they come from.
+# Jobs, overviews and dialogs whose threads meet as those of others do that are left, with another end or other bytes.
 long_tsan=(
   'JobWithoutMemoryTest\.[NO]'
   'OutputBufferTest\.'
@@ -51,6 +55,7 @@ long_tsan=(
   'ReaderWriterTest\.(PartsEnd|SavingEarly|SplitOutput)'
   'RecordingOverview\.(WhatCannotBeRead|RowsThatThereWasNoMemory)'
   'e2e\.test_cluster\.TestTasks'
+  'e2e\.test_doctor'
   'e2e\.test_readme'
   'e2e\.test_sigmf_inputs\.'
   'e2e\.test_terminal_posix\.'
@@ -65,17 +70,14 @@ long_tsan=(
 long_windows=(
   'e2e\.test_cluster_lies\.TestTamperedPlans'
   'e2e\.test_impossible_dates\.'
-  'e2e\.test_names\.TestBatches'
   'e2e\.test_synth_programs\.'
 )
 
 # Cases of the test programs, each of which is one test there: patterns as GoogleTest takes them.
 long_cases_windows=(
-  '*Damages.*'
-  '*ExhaustedMemory*'
-  '*Response.*'
-  '*StretchesOf.*'
+  'ExhaustedMemoryOfTheParts.*'
   'EntryListCost.*'
+  'Jobs/ExhaustedMemory.EndsIn*'
   'OutputStretchTest.OfAny*'
   'RecordingOverview.BurstOf*'
   'RecordingOverview.CallsCome*'
@@ -87,6 +89,24 @@ long_cases_windows=(
   'RecordingScan.AStrongBurst*'
   'RecordingScan.NoiseAlone*'
   'SpectrumConverter.GivesTheSamples*'
+  '*Damages.*/LargeAndNeverClosed'
+  '*Response.*'
+  '*StretchesOf.*'
+)
+
+# What a short form must never leave out, for nothing else there goes through it: each a pattern of which a test is left.
+never_left_out=(
+  'e2e\.test_cut\.TestCutOfTwoFileSet'
+  'e2e\.test_cluster\.TestJoins'
+  'e2e\.test_cluster\.TestPlans'
+  'e2e\.test_cut\.TestEngines'
+  'e2e\.test_dialog_posix\.TestDialog'
+  'ExhaustedMemory'
+  'GroupTest\.'
+  'ReaderWriterTest\.'
+  'RecordingOverview\.PictureIsTheSame'
+  'SideBySide'
+  'ui\.dialog_job'
 )
 
 # cases_left_out_of_short KIND: as GoogleTest takes it, and nothing where each case is a test of CTest's.

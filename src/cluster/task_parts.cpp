@@ -42,12 +42,13 @@ bool IsMakingFolderName(const std::string& name) {
 bool RemoveMakingFolder(const std::string& folder) {
   const auto names = platform::ListFolder(folder);
   if (!names) return false;
+  std::string left;
   for (const std::string& name : *names) {
-    const bool gone = platform::RemoveFile(platform::JoinPath(folder, name)) ||
-                      platform::MeansMissing(platform::LastError());  // by another run of the task
-    if (!gone) return false;
+    const std::string path = platform::JoinPath(folder, name);
+    if (platform::RemoveFile(path) || platform::MeansMissing(platform::LastError())) continue;
+    left = path;
   }
-  return platform::RemoveFolder(folder);
+  return (left.empty() || platform::RemoveFile(left)) && platform::RemoveFolder(folder);  // once more, for the reason
 }
 
 std::vector<STaskPart> PartsOf(const SWorkPlan& plan, std::size_t task, const COpenRecording& recording) {

@@ -18,7 +18,7 @@ CLI = Path(os.environ["CARVELLO_CLI"])
 EMULATOR = shlex.split(os.environ.get("CARVELLO_EMULATOR", ""))
 WINDOWS = CLI.suffix.lower() == ".exe"
 SLOW = os.environ.get("CARVELLO_SLOW") == "1"
-TIMEOUT = 1500 if SLOW else 300
+TIMEOUT = 1500 if SLOW and not WINDOWS else 300
 NOBODY = 65534  # the user
 
 

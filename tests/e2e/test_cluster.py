@@ -4,9 +4,8 @@ import json
 import os
 import shutil
 import subprocess
-import unittest
 
-from program import SLOW, WINDOWS, EndToEndTest, run, run_ok, some, start
+from program import WINDOWS, EndToEndTest, run, run_ok, some, start
 from same_output import assert_same_outputs
 
 RATE = 250_000
@@ -104,35 +103,6 @@ class TestTasks(ClusterTest):
                 with self.subTest(engine=engine, shard=shard):
                     self.check_same()
 
-    @unittest.skipIf(SLOW, "outputs of hundreds of megabytes")
-    def test_parts_of_a_split_output_end_where_those_of_a_cut_do(self):
-        """3 minutes at the input's rate with 100 MB a part."""
-        recording = self.record("a.wav", 230, files=2)
-        entries = entry_options(["f=7.1M,bw=250k,bits=16", "f=7.1M,bw=200k,start=+1,bits=16"])
-        run_ok("cut", recording, "--output", self.one, *entries)
-        self.assertGreater(len(list(self.one.iterdir())), 3)
-        self.make_plan(*entries, shard=61)
-        self.run_all()
-        self.check_joined()
-
-    def test_finished_outputs_are_left_by_a_join_whose_parts_are_gone(self):
-        self.record("a.wav", 12)
-        self.make_plan(*entry_options(ENTRIES[:3]))
-        self.run_all()
-        run_ok("join", self.plan, "--remove-parts")
-        again = run_ok("join", self.plan, "--skip-existing")
-        self.assertEqual(again.out.count("exists, skipped"), 3)
-        next(self.out.glob("*.wav")).unlink()
-        self.assertEqual(run("join", self.plan, "--skip-existing").code, TRY_AGAIN)
-
-    def test_join_tells_what_it_has_read(self):
-        self.record("a.wav", 12)
-        self.make_plan(*entry_options(ENTRIES[:3]))
-        self.run_all()
-        told = json.loads(run_ok("join", self.plan, "--json").out)
-        frames = [(output["frames"], output["bits"] // 4) for output in told["outputs"]]
-        self.assertEqual(told["inputBytes"], sum(count * size for count, size in frames))
-
     def test_a_task_that_is_done_is_not_done_again(self):
         self.record("a.wav", 12)
         self.make_plan(*entry_options())
@@ -168,20 +138,6 @@ class TestTasks(ClusterTest):
         for task in (1, 2):
             self.assertIn(f"--task {task}\n", done.err)
         self.assertEqual([path.name for path in self.out.iterdir()], ["night.parts"])
-
-    def test_changed_samples_of_a_part_are_found_by_the_join(self):
-        self.record("a.wav", 12)
-        self.make_plan(*entry_options(ENTRIES[:1]))
-        self.run_all()
-        part = next(path for path in self.parts() if path.suffix == ".wav")
-        with open(part, "r+b") as file:
-            file.seek(-3000, os.SEEK_END)
-            byte = file.read(1)
-            file.seek(-1, os.SEEK_CUR)
-            file.write(bytes([byte[0] ^ 1]))
-        done = run("join", self.plan)
-        self.assertEqual(done.code, 1)
-        self.assertIn("not those that were written", done.err)
 
     def test_two_runs_of_a_task_at_once_leave_one_result(self):
         recording = self.record("a.wav", 20)
@@ -248,6 +204,52 @@ class TestTasks(ClusterTest):
             self.assertIn("no plan", refused.err)
         self.plan.unlink()
         self.assertEqual(run("run", self.plan, "--task", 0).code, TRY_AGAIN)
+
+
+class TestJoins(ClusterTest):
+    def test_finished_outputs_are_left_by_a_join_whose_parts_are_gone(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:3]))
+        self.run_all()
+        run_ok("join", self.plan, "--remove-parts")
+        again = run_ok("join", self.plan, "--skip-existing")
+        self.assertEqual(again.out.count("exists, skipped"), 3)
+        next(self.out.glob("*.wav")).unlink()
+        self.assertEqual(run("join", self.plan, "--skip-existing").code, TRY_AGAIN)
+
+    def test_join_tells_what_it_has_read(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:3]))
+        self.run_all()
+        told = json.loads(run_ok("join", self.plan, "--json").out)
+        frames = [(output["frames"], output["bits"] // 4) for output in told["outputs"]]
+        self.assertEqual(told["inputBytes"], sum(count * size for count, size in frames))
+
+    def test_changed_samples_of_a_part_are_found_by_the_join(self):
+        self.record("a.wav", 12)
+        self.make_plan(*entry_options(ENTRIES[:1]))
+        self.run_all()
+        part = next(path for path in self.parts() if path.suffix == ".wav")
+        with open(part, "r+b") as file:
+            file.seek(-3000, os.SEEK_END)
+            byte = file.read(1)
+            file.seek(-1, os.SEEK_CUR)
+            file.write(bytes([byte[0] ^ 1]))
+        done = run("join", self.plan)
+        self.assertEqual(done.code, 1)
+        self.assertIn("not those that were written", done.err)
+
+
+class TestSplitJoins(ClusterTest):
+    def test_parts_of_a_split_output_end_where_those_of_a_cut_do(self):
+        """3 minutes at the input's rate with 100 MB a part."""
+        recording = self.record("a.wav", 230, files=2)
+        entries = entry_options(["f=7.1M,bw=250k,bits=16", "f=7.1M,bw=200k,start=+1,bits=16"])
+        run_ok("cut", recording, "--output", self.one, *entries)
+        self.assertGreater(len(list(self.one.iterdir())), 3)
+        self.make_plan(*entries, shard=61)
+        self.run_all()
+        self.check_joined()
 
 
 class TestPlans(ClusterTest):

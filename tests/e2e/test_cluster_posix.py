@@ -146,15 +146,16 @@ class TestFaultyDisks(InterruptedTest):
         self.assertEqual(done.code, 1, done.err)
         self.assertIn(f"--remove-parts: {closed}", done.err)
         self.assertEqual(len(self.parts()), 4)
-        closed.chmod(0o755)
+        closed.chmod(0o777)
         # What a killed task left, too.
         making = closed / "t0000001.tmp"
         making.mkdir()
         (making / "e000000.wav").write_bytes(b"half")
-        closed.chmod(0o777)
+        making.chmod(0o555)
         done = run("join", self.plan, "--skip-existing", "--remove-parts", program=program, **user)
         self.assertEqual(done.code, 1, done.err)
         self.assertIn(f"--remove-parts: {making}: {os.strerror(13)}", done.err)
+        making.chmod(0o755)
         shutil.rmtree(making)
         self.check_joined("--skip-existing")
 

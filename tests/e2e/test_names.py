@@ -6,7 +6,7 @@ import unittest
 import numpy as np
 
 from makers import START, Layout, Tone, signal, write_recording
-from program import SLOW, EndToEndTest, local, native, run, run_ok
+from program import EndToEndTest, local, native, run, run_ok
 from wavtools import WaveFile, measure_tone
 
 RATE = 24_000
@@ -147,7 +147,6 @@ class TestBatches(NamesTest):
             self.assertAlmostEqual(tone.amplitude, 4000, delta=20)
         return result
 
-    @unittest.skipIf(SLOW, "a thousand files, and the other test writes them too")
     def test_a_thousand_entries_are_one_pass(self):
         result = self.cut_many(self.PASS)
         self.assertEqual(result.json()["inputBytes"], self.SECONDS * RATE * 4)
