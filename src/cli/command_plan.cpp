@@ -350,7 +350,7 @@ EExit CPlanCommand::AddRecording(const COpenRecording& recording, const std::str
     nanoseconds += spectrum ? costs.fSpectrum : costs.fLibrary;
     shares = shares || spectrum;
     const std::int64_t frames = recording.Range(i, 0, std::numeric_limits<std::int64_t>::max()).nEnd;
-    sums.dOutputBytes += static_cast<double>(frames * entry.nBitsPerSample / 4);
+    sums.dOutputBytes += static_cast<double>(frames) * (static_cast<double>(entry.nBitsPerSample) / 4);
   }
   sums.dNanoseconds = std::max(sums.dNanoseconds, nanoseconds + (shares ? SharedSpectrumCost() : 0.0));
   sums.nBytesPerFrame = std::max(sums.nBytesPerFrame, recording.Frames().BytesPerFrame());
