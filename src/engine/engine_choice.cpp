@@ -135,6 +135,7 @@ std::string EntriesBySpectrum(std::size_t chosen, std::size_t all) {
 // The samples of a stretch are to be those of the whole entry.
 std::vector<EEngine> EnginesOfStretches(const std::vector<const OutputEntry*>& entries) {
   std::vector<EEngine> engines;
+  engines.reserve(entries.size());
   for (const OutputEntry* entry : entries) {
     engines.push_back(entry->stretch ? entry->stretch->engine : EEngine::Library);
   }

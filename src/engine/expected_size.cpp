@@ -6,7 +6,8 @@ namespace carvello {
 
 std::int64_t ExpectedBytes(const OutputEntry& entry, const CInputFrames& input) {
   const std::int64_t frames = OutputFramesOf(entry, input.Due(entry, 0));
-  return frames * (entry.nBitsPerSample / 8 * 2);
+  const std::int64_t bytesPerValue = entry.nBitsPerSample / 8;
+  return 2 * frames * bytesPerValue;  // I and Q
 }
 
 double ExpectedSeconds(const OutputEntry& entry, const CInputFrames& input) {

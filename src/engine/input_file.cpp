@@ -98,9 +98,9 @@ std::uint32_t CInputFile::ReadBlock(SComplex* destination, std::uint32_t frames)
   const std::uint32_t error = m_file.File().ErrorCode();
   if (error != 0 || (done < frames && !AtEnd())) {
     const std::string reason = error != 0 ? SystemErrorText(error) : "the file ends too early";
-    Fail(Format("reading stopped at byte %lld of its %lld sample bytes - %s",
-                static_cast<long long>(Position() * BytesPerFrame()),
-                static_cast<long long>(Frames() * BytesPerFrame()), reason.c_str()));
+    const long long position = Position() * BytesPerFrame();
+    const long long bytes = Frames() * BytesPerFrame();
+    Fail(Format("reading stopped at byte %lld of its %lld sample bytes - %s", position, bytes, reason.c_str()));
   }
   return done;
 }

@@ -29,7 +29,9 @@ class CJoinConverter final : public IEntryConverter {
   std::span<const SComplex> Convert(const SBlockPart& part, CConverterWork& work) override {
     return Give(m_source.GivenBy(part.Position() + part.nCount) - m_nGiven, work);
   }
-  std::span<const SComplex> ConvertSilence(CConverterWork& work) override { return Give(2 * kSilenceFrames, work); }
+  std::span<const SComplex> ConvertSilence(CConverterWork& work) override {
+    return Give(std::int64_t{2} * kSilenceFrames, work);
+  }
   // Who asks for silence takes no more than is due.
   void SetDue(std::int64_t due) { m_nDue = due; }
 
