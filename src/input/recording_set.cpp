@@ -86,7 +86,8 @@ bool TakeGiven(const SGivenFacts& given, CRecordingSet& set, CMyStringArray& log
   if (given.nSampleRate) {
     set.nSampleRate = set.nBandwidth = *given.nSampleRate;
     set.nBytesPerSecond = WholeBytesPerSecond(set.format.Format, set.nSampleRate);
-    set.dDuration = static_cast<double>(set.TotalBytes() / FrameBytes(set.format.Format)) / set.nSampleRate;
+    const std::int64_t frames = set.TotalBytes() / FrameBytes(set.format.Format);
+    set.dDuration = static_cast<double>(frames) / set.nSampleRate;
     SetEnd(Milliseconds(set.tStart, set.nStartMilliseconds) + static_cast<std::int64_t>(set.dDuration * 1000.0), set);
   }
   return true;
