@@ -245,7 +245,8 @@ class CSignalDescriber {
 
   // The mean power above the noise of those rows in which it is on.
   double OverRows(const std::vector<double>& powers, double noise, double largest, SSignal& signal) const {
-    const double fRowCount = IndependentTransforms(static_cast<double>(m_grid.nTransforms / m_grid.nRows));
+    const auto transformsOfARow = m_grid.nTransforms / m_grid.nRows;
+    const double fRowCount = IndependentTransforms(static_cast<double>(transformsOfARow));
     const double fChance = MeanOfNoiseExceeds(fRowCount, kOnChance) - 1.0;
     const double fOn = std::min(std::max(kOnPart * largest, fChance * noise), largest);
     double fSum = 0.0;

@@ -42,7 +42,8 @@ std::pair<std::int64_t, std::int64_t> RowsOfPixel(const SSpectrumView& view, int
                                                   std::int64_t frames) {
   const auto length = static_cast<double>(rowFrames);
   const auto total = static_cast<double>(frames);
-  const auto rows = static_cast<double>((frames + rowFrames - 1) / rowFrames);
+  const std::int64_t rowCount = (frames + rowFrames - 1) / rowFrames;
+  const auto rows = static_cast<double>(rowCount);
   const double lastMiddle = ((rows - 1) * length + total) / 2;  // the last row ends with the recording
   const auto middlesBefore = [&](double frame) {
     return rows > 0 && lastMiddle < frame ? rows : std::clamp(std::ceil(frame / length - 0.5), 0.0, rows);
@@ -80,7 +81,8 @@ SViewPlan PlanView(const SSpectrumView& view, std::int64_t frames, double rate) 
     const double binsPerColumn = static_cast<double>(grid.nTransform) / columnWants;
     grid.nCellBins =
         std::bit_floor(static_cast<std::size_t>(std::clamp(binsPerColumn, 1.0, static_cast<double>(grid.nTransform))));
-    const auto shortest = static_cast<double>(grid.nTransform / kRowsPerTransform);
+    const auto shortestRow = grid.nTransform / kRowsPerTransform;
+    const auto shortest = static_cast<double>(shortestRow);
     grid.nRowFrames = static_cast<std::int64_t>(
         std::bit_floor(static_cast<std::uint64_t>(std::clamp(pixelFrames, shortest, 0x1p40))));
     const bool few = grid.nRowFrames / grid.Hop() <= StateTransforms(ERowState::Sixteen, 0);

@@ -26,7 +26,8 @@ CColumnCells::CColumnCells(std::size_t length, std::size_t cellBins, double rate
                            int columns) {
   const auto bins = static_cast<double>(length);
   const auto perCell = static_cast<double>(cellBins);
-  const auto cells = static_cast<double>(length / cellBins);
+  const std::size_t wholeCells = length / cellBins;
+  const auto cells = static_cast<double>(wholeCells);
   const auto count = static_cast<std::size_t>(std::max(columns, 0));
   const double width = (high - low) / static_cast<double>(count);
   // The place of a frequency among the cells: cell k reaches from k to k + 1.

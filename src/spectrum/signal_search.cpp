@@ -46,6 +46,7 @@ std::vector<bool> OwnBins(const SSignalSearch& search) {
   }
   std::vector<bool> own(nBins);
   for (std::size_t k = 0; k < nBins; ++k) own[k] = search.standing[k] >= 1.0f && powers[k] > lobes[k];
+  if (nBins <= kSlopeBins) return own;
   // Nor as the slope of what stands at the other end.
   for (std::size_t k = 0; k < kSlopeBins && powers[k] < powers[(k + nBins - 1) % nBins]; ++k) own[k] = false;
   for (std::size_t k = nBins; k > nBins - kSlopeBins && powers[k - 1] < powers[k % nBins]; --k) own[k - 1] = false;
