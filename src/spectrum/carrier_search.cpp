@@ -163,8 +163,9 @@ std::optional<double> CCarrierSearch::Frequency() const {
   CBlockTransform(length).Forward(padded.data(), bins.get(), work.get());
 
   const double lowRate = m_rate / static_cast<double>(m_nFactor);
-  const auto most = static_cast<std::int64_t>(
-      std::min(m_reach / lowRate * static_cast<double>(length), static_cast<double>(length / 2 - 1)));
+  const std::size_t last = length / 2 - 1;
+  const auto most =
+      static_cast<std::int64_t>(std::min(m_reach / lowRate * static_cast<double>(length), static_cast<double>(last)));
   std::vector<double> powers;
   for (std::int64_t k = -most; k <= most; ++k) {
     const SComplex& bin = bins[static_cast<std::size_t>(k) & (length - 1)];
